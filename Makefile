@@ -1,0 +1,58 @@
+# Quick start: `make demo` runs the main job, `make test` runs every test. Both install what the
+# machine lacks (Debian 12, as root) before building.
+SHELL := /bin/bash
+BUILD ?= build
+JOBS ?= $(shell nproc)
+
+DEB_PACKAGES := g++ cmake make libgtest-dev libbenchmark-dev libssl-dev openssl clang libclang-rt-14-dev binutils
+
+.PHONY: all deps build demo test test-release test-asan bench fuzz clean
+
+all: build
+
+# Installs the Debian packages that are missing; quiet when everything is there.
+deps:
+	@missing=""; for p in $(DEB_PACKAGES); do dpkg -s $$p >/dev/null 2>&1 || missing="$$missing $$p"; done; \
+	if [ -n "$$missing" ]; then \
+	  echo "installing:$$missing"; \
+	  if [ "$$(id -u)" != 0 ]; then echo "run as root to install:$$missing"; exit 1; fi; \
+	  apt-get update -qq && DEBIAN_FRONTEND=noninteractive apt-get install -y -qq $$missing >/dev/null; \
+	fi
+
+$(BUILD)/release/CMakeCache.txt:
+	cmake -S . -B $(BUILD)/release -DCMAKE_BUILD_TYPE=Release >/dev/null
+
+build: deps $(BUILD)/release/CMakeCache.txt
+	cmake --build $(BUILD)/release -j$(JOBS)
+
+demo: build
+	@echo "== tarvelon asn1 samples/gost2012_256_cert.der"
+	@$(BUILD)/release/tools/tarvelon asn1 samples/gost2012_256_cert.der
+
+test-release: build
+	cd $(BUILD)/release && ctest --output-on-failure -j$(JOBS)
+
+test-asan: deps
+	cmake -S . -B $(BUILD)/asan -DCMAKE_BUILD_TYPE=RelWithDebInfo -DTV_SANITIZE=ON >/dev/null
+	cmake --build $(BUILD)/asan -j$(JOBS)
+	cd $(BUILD)/asan && ASAN_OPTIONS=detect_leaks=1:abort_on_error=1 UBSAN_OPTIONS=print_stacktrace=1:halt_on_error=1 \
+	  ctest --output-on-failure -j$(JOBS)
+
+# Sanitizers first, the optimised build last: the output ends with ctest's summary of the whole suite.
+test: test-asan test-release
+
+bench: deps
+	cmake -S . -B $(BUILD)/bench -DCMAKE_BUILD_TYPE=Release -DTV_BENCH=ON -DTV_TESTS=OFF >/dev/null
+	cmake --build $(BUILD)/bench -j$(JOBS) --target tarvelon_bench
+	$(BUILD)/bench/bench/tarvelon_bench --benchmark_min_time=0.2
+
+FUZZ_SECONDS ?= 60
+fuzz: deps
+	CC=clang CXX=clang++ cmake -S . -B $(BUILD)/fuzz -DCMAKE_BUILD_TYPE=RelWithDebInfo -DTV_FUZZ=ON -DTV_TESTS=OFF >/dev/null
+	cmake --build $(BUILD)/fuzz -j$(JOBS) --target tarvelon_fuzz_decode
+	mkdir -p $(BUILD)/fuzz/corpus
+	$(BUILD)/fuzz/fuzz/tarvelon_fuzz_decode -max_total_time=$(FUZZ_SECONDS) -max_len=8192 \
+	  $(BUILD)/fuzz/corpus fuzz/seeds
+
+clean:
+	rm -rf $(BUILD)

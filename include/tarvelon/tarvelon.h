@@ -1,0 +1,8 @@
+/* Tarvelon: umbrella header. Valid C11 and C++. */
+#ifndef TARVELON_H
+#define TARVELON_H
+
+#include "tarvelon/types.h"
+#include "tarvelon/asn1.h"
+
+#endif

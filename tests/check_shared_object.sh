@@ -1,0 +1,26 @@
+#!/usr/bin/env bash
+# The shipped object: its name, that it needs only the C library, and that it exports nothing
+# beyond the public interface (the names of the export list and, later, the JNI entry points).
+set -euo pipefail
+so=$1
+exports=$2
+fail() { echo "FAIL: $*"; exit 1; }
+needed=$(readelf -d "$so" | awk '/NEEDED/ {print $5}' | tr -d '[]')
+echo "NEEDED: $needed"
+for lib in $needed; do
+  case $lib in
+    libc.so.*|libm.so.*|ld-linux*) ;;
+    *) fail "unexpected run-time dependency $lib" ;;
+  esac
+done
+readelf -d "$so" | grep -q 'SONAME.*\[libtarvelon\.so\.1\]' || fail "SONAME is not libtarvelon.so.1"
+exported=$(nm -D --defined-only "$so" | awk '{print $3}' | sort -u)
+if [ -f "$exports" ]; then
+  extra=$(comm -23 <(echo "$exported" | grep -v '^Java_' ) <(sort -u "$exports"))
+  [ -z "$extra" ] || fail "exported but not in the interface: $extra"
+  have=$(comm -12 <(echo "$exported") <(sort -u "$exports") | wc -l)
+  echo "exported: $have of $(sort -u "$exports" | wc -l) interface functions"
+else
+  echo "no export list at $exports; checked dependencies only"
+fi
+echo "shared object: ok"

@@ -1,0 +1,170 @@
+// tarvelon: command-line companion of the library.
+//
+//   tarvelon asn1 FILE    indented dump of any BER/DER element tree
+#include <cstdio>
+#include <cstring>
+#include <string>
+#include <vector>
+
+#include "tarvelon/tarvelon.h"
+
+namespace {
+
+const char* kUsage =
+    "usage: tarvelon asn1 FILE\n"
+    "  asn1 FILE   dump the BER/DER element tree of FILE\n";
+
+bool ReadFile(const char* path, std::vector<uint8_t>& data) {
+    FILE* f = std::fopen(path, "rb");
+    if (!f) return false;
+    uint8_t chunk[65536];
+    size_t n;
+    while ((n = std::fread(chunk, 1, sizeof chunk, f)) > 0) data.insert(data.end(), chunk, chunk + n);
+    bool ok = !std::ferror(f);
+    std::fclose(f);
+    return ok;
+}
+
+const char* UniversalName(uint32_t tag) {
+    static const char* const names[] = {
+        "EOC", "BOOLEAN", "INTEGER", "BIT STRING", "OCTET STRING", "NULL", "OBJECT IDENTIFIER",
+        "ObjectDescriptor", "EXTERNAL", "REAL", "ENUMERATED", "EMBEDDED PDV", "UTF8String", "RELATIVE-OID",
+        "TIME", "[UNIVERSAL 15]", "SEQUENCE", "SET", "NumericString", "PrintableString", "TeletexString",
+        "VideotexString", "IA5String", "UTCTime", "GeneralizedTime", "GraphicString", "VisibleString",
+        "GeneralString", "UniversalString", "CHARACTER STRING", "BMPString"};
+    return tag < sizeof names / sizeof names[0] ? names[tag] : nullptr;
+}
+
+std::string TagText(uint8_t cls, uint32_t tag) {
+    if (cls == ASN1_CLASS_UNIVERSAL) {
+        if (const char* name = UniversalName(tag)) return name;
+        return "[UNIVERSAL " + std::to_string(tag) + "]";
+    }
+    const char* prefix = cls == ASN1_CLASS_CONTEXT ? "" : cls == ASN1_CLASS_APPLICATION ? "APPLICATION " : "PRIVATE ";
+    return std::string("[") + prefix + std::to_string(tag) + "]";
+}
+
+bool IsText(uint32_t tag) {
+    return tag == ASN1_UTF8_STRING || (tag >= ASN1_NUMERIC_STRING && tag <= ASN1_GENERALIZED_TIME) ||
+           tag == ASN1_VISIBLE_STRING;
+}
+
+struct Failure {
+    size_t offset;
+    uint32_t code;
+    const char* what;
+};
+
+class Dumper {
+public:
+    explicit Dumper(const std::vector<uint8_t>& data) : data_(data) {}
+
+    // Dumps the elements in [begin, end); returns the offset reached (after an end-of-contents for
+    // indefinite contents). Fails with the offset of the element that could not be read.
+    bool Elements(size_t begin, size_t end, bool indefinite, int depth, size_t* reached, Failure* fail) {
+        size_t pos = begin;
+        while (pos < end) {
+            if (indefinite && end - pos >= 2 && data_[pos] == 0 && data_[pos + 1] == 0) {
+                std::printf("%8zu: %*sEOC\n", pos, depth * 2, "");
+                *reached = pos + 2;
+                return true;
+            }
+            if (depth > 64) {
+                *fail = Failure{pos, TV_ERR_MALFORMED, "nesting deeper than 64 levels"};
+                return false;
+            }
+            uint8_t cls = 0, cons = 0;
+            uint32_t tag = 0, len = 0, indef = 0, hl = 0;
+            uint32_t rc = GetAsn1ObjectInfo(data_.data() + pos, static_cast<uint32_t>(end - pos), &cls, &cons, &tag,
+                                            &len, &indef, &hl);
+            if (rc != TV_OK) {
+                *fail = Failure{pos, rc, "unreadable header"};
+                return false;
+            }
+            if (!indef && uint64_t{hl} + len > end - pos) {
+                *fail = Failure{pos, TV_ERR_MALFORMED, "length runs past the enclosing element"};
+                return false;
+            }
+            std::printf("%8zu: %*s%s%s", pos, depth * 2, "", TagText(cls, tag).c_str(), cons ? " {" : "");
+            if (indef) std::printf(" (indefinite)");
+            else std::printf(" len=%u", len);
+            if (cons) {
+                std::printf("\n");
+                size_t inner = 0;
+                size_t contentEnd = indef ? end : pos + hl + len;
+                if (!Elements(pos + hl, contentEnd, indef, depth + 1, &inner, fail)) return false;
+                if (indef && inner == 0) {
+                    *fail = Failure{pos, TV_ERR_INDEFINITE, "missing end-of-contents"};
+                    return false;
+                }
+                std::printf("%8s  %*s}\n", "", depth * 2, "");
+                pos = indef ? inner : contentEnd;
+                continue;
+            }
+            if (indef) {
+                std::printf("\n");
+                *fail = Failure{pos, TV_ERR_INDEFINITE, "primitive element with indefinite length"};
+                return false;
+            }
+            Contents(pos, hl, len, cls, tag);
+            pos += hl + len;
+        }
+        *reached = indefinite ? 0 : pos;
+        return true;
+    }
+
+private:
+    void Contents(size_t pos, uint32_t hl, uint32_t len, uint8_t cls, uint32_t tag) {
+        const uint8_t* c = data_.data() + pos + hl;
+        if (cls == ASN1_CLASS_UNIVERSAL && tag == ASN1_OBJECT_IDENTIFIER && len > 0 && len < 256) {
+            uint8_t packed[256];
+            packed[0] = static_cast<uint8_t>(len);
+            std::memcpy(packed + 1, c, len);
+            char text[4096];
+            uint32_t size = sizeof text;
+            if (ConvertOidToString(packed, text, &size) == TV_OK) {
+                std::printf(" %s\n", text);
+                return;
+            }
+        }
+        if (cls == ASN1_CLASS_UNIVERSAL && IsText(tag)) {
+            std::printf(" \"%.*s\"\n", static_cast<int>(len), reinterpret_cast<const char*>(c));
+            return;
+        }
+        std::printf("%s", len ? " :" : "");
+        const uint32_t shown = len > 64 ? 64 : len;
+        for (uint32_t i = 0; i < shown; ++i) std::printf(" %02X", c[i]);
+        if (shown < len) std::printf(" ... (%u more)", len - shown);
+        std::printf("\n");
+    }
+
+    const std::vector<uint8_t>& data_;
+};
+
+int Asn1Command(const char* path) {
+    std::vector<uint8_t> data;
+    if (!ReadFile(path, data)) {
+        std::fprintf(stderr, "tarvelon: cannot read %s\n", path);
+        return 2;
+    }
+    if (data.empty()) {
+        std::fprintf(stderr, "tarvelon: %s is empty\n", path);
+        return 1;
+    }
+    Dumper dumper(data);
+    size_t reached = 0;
+    Failure fail{};
+    if (!dumper.Elements(0, data.size(), false, 0, &reached, &fail)) {
+        std::fprintf(stderr, "tarvelon: %s: %s at offset %zu (status %u)\n", path, fail.what, fail.offset, fail.code);
+        return 1;
+    }
+    return 0;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    if (argc == 3 && std::strcmp(argv[1], "asn1") == 0) return Asn1Command(argv[2]);
+    std::fputs(kUsage, stderr);
+    return 2;
+}
