@@ -4,5 +4,7 @@
 
 #include "tarvelon/types.h"
 #include "tarvelon/asn1.h"
+#include "tarvelon/time.h"
+#include "tarvelon/text.h"
 
 #endif
