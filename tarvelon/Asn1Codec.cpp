@@ -77,8 +77,9 @@ uint32_t FindElementEnd(const uint8_t* in, size_t len, size_t* total) noexcept {
 size_t HeaderSize(uint32_t tag, size_t contentLen) noexcept {
     size_t n = 2;
     if (tag >= 31)
-        for (uint32_t t = tag; t >= 0x80; t >>= 7) ++n;  // one octet per base-128 group beyond the first
-    for (size_t l = contentLen; l >= 0x80 && l > 0; l >>= 8) ++n;
+        for (uint32_t t = tag; t; t >>= 7) ++n;  // one octet per base-128 group of a high tag
+    if (contentLen >= 0x80)
+        for (size_t l = contentLen; l; l >>= 8) ++n;  // one octet per octet of a long-form length
     return n;
 }
 

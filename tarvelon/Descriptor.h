@@ -32,7 +32,7 @@ struct SlotEntry {
     const Asn1Descriptor* descriptor;
 };
 
-// Refuses to compile unless every slot 0..N-1 appears once, in order, with a descriptor.
+// Refuses to compile unless every slot 0..N-1 appears once, in order.
 // Deliberately not constexpr: reaching it during constant evaluation is a compile error.
 inline void ComponentSlotsOutOfOrder() {}
 
@@ -40,7 +40,7 @@ template <typename Slot, size_t N>
 consteval Components<N> Slots(const SlotEntry<Slot> (&entries)[N]) {
     Components<N> c{};
     for (size_t i = 0; i < N; ++i) {
-        if (static_cast<size_t>(entries[i].slot) != i || entries[i].descriptor == nullptr)
+        if (static_cast<size_t>(entries[i].slot) != i)
             ComponentSlotsOutOfOrder();
         c.items[i] = entries[i].descriptor;
     }
