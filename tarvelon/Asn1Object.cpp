@@ -4,6 +4,27 @@
 
 TV_MODULE(Asn1Object)
 
+// The records are part of the binary interface: callers (and the Java binding) lay them out
+// themselves, so their shape is pinned here.
+#include <cstddef>
+#include <type_traits>
+static_assert(std::is_standard_layout_v<Asn1Descriptor> && std::is_trivially_copyable_v<Asn1Descriptor>);
+static_assert(offsetof(Asn1Descriptor, tagClass) == 0 && offsetof(Asn1Descriptor, constructed) == 1 &&
+              offsetof(Asn1Descriptor, flags) == 2 && offsetof(Asn1Descriptor, typeCode) == 3 &&
+              offsetof(Asn1Descriptor, tag) == 4 && offsetof(Asn1Descriptor, valueSize) == 8 &&
+              offsetof(Asn1Descriptor, components) == 16 && offsetof(Asn1Descriptor, componentCount) == 24 &&
+              offsetof(Asn1Descriptor, defaultValue) == 32 && sizeof(Asn1Descriptor) == 40);
+static_assert(offsetof(Asn1Primitive, word) == 0 && offsetof(Asn1Primitive, length) == 4 &&
+              offsetof(Asn1Primitive, content) == 8 && sizeof(Asn1Primitive) == 16);
+// Bit strings share the leaf layout, so copy, free and compare treat them alike.
+static_assert(offsetof(Asn1BitStringValue, unusedBits) == offsetof(Asn1Primitive, word) &&
+              offsetof(Asn1BitStringValue, length) == offsetof(Asn1Primitive, length) &&
+              offsetof(Asn1BitStringValue, content) == offsetof(Asn1Primitive, content) &&
+              sizeof(Asn1BitStringValue) == sizeof(Asn1Primitive));
+static_assert(offsetof(Asn1ChoiceValue, value) == 8 && sizeof(Asn1ChoiceValue) == 16);
+static_assert(offsetof(Asn1List, count) == 0 && offsetof(Asn1List, items) == 8 && offsetof(Asn1List, capacity) == 16 &&
+              offsetof(Asn1List, compare) == 24 && offsetof(Asn1List, sorted) == 32 && sizeof(Asn1List) == 40);
+
 namespace tv {
 namespace {
 

@@ -431,3 +431,30 @@ TEST(Codec, AllocationFailuresReturnOneAndLeakNothing) {
 }
 
 }  // namespace
+
+#include "DescriptorLint.h"
+
+namespace {
+
+TEST(DescriptorLint, TestTablesAreClean) {
+    for (auto [d, name] : {std::pair{&kSample, "Sample"}, {&kAlt, "Alt"}, {&kNest, "Nest"}, {&kIntSetOf, "IntSetOf"}}) {
+        auto problems = LintDescriptor(d, name);
+        EXPECT_TRUE(problems.empty()) << problems.front();
+    }
+}
+
+TEST(DescriptorLint, FindsTableMistakes) {
+    static constexpr Asn1Descriptor kTwoInts[] = {desc::kInteger, Optional(desc::kInteger)};
+    static constexpr Components<2> kAmbiguous = {{&kTwoInts[1], &kTwoInts[0]}};
+    static constexpr Asn1Descriptor kBadSeq = Sequence(kAmbiguous);
+    static constexpr Components<2> kSameAlt = {{&kTwoInts[0], &kTwoInts[0]}};
+    static constexpr Asn1Descriptor kBadChoice = Choice(kSameAlt);
+    static constexpr Asn1Descriptor kNoTag = Asn1Descriptor{0x80, 0, ASN1_FLAG_EXPLICIT, ASN1_INTEGER, -1, 0, nullptr, 0, nullptr};
+    static constinit const Asn1Primitive kNullValue{ASN1_NULL, 0, nullptr};
+    static constexpr Asn1Descriptor kNullDefault = Optional(desc::kNull, &kNullValue);
+    for (const Asn1Descriptor* d : {&kBadSeq, &kBadChoice, &kNoTag, &kNullDefault}) {
+        EXPECT_FALSE(LintDescriptor(d, "bad").empty());
+    }
+}
+
+}  // namespace
