@@ -685,15 +685,5 @@ extern "C" TV_API uint32_t GetAsn1EncodedValue(const void* value, const Asn1Desc
     if (!value || !d || !outLen) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
     uint32_t size = 0;
     TV_TRY(EncodedSize(value, d, &size));
-    if (!out) {
-        *outLen = size;
-        return TV_OK;
-    }
-    if (*outLen < size) {
-        *outLen = size;
-        return TV_FAIL(TV_ERR_BUFFER_TOO_SMALL);
-    }
-    TV_TRY(WriteInto(value, d, out, size));
-    *outLen = size;
-    return TV_OK;
+    return WriteSized(TV_SITE, size, out, outLen, [&](uint8_t* to) { return WriteInto(value, d, to, size); });
 }

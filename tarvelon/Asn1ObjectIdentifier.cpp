@@ -53,19 +53,11 @@ constexpr size_t kMaxTextArcs = 42;
 uint32_t OidToPacked(const Asn1Primitive* oid, uint8_t* out, uint32_t* outLen) noexcept {
     if (!oid || !outLen) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
     if (oid->length > 255) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);  // no packed form for it
-    const uint32_t n = oid->length + 1;
-    if (!out) {
-        *outLen = n;
-        return TV_OK;
-    }
-    if (*outLen < n) {
-        *outLen = n;
-        return TV_FAIL(TV_ERR_BUFFER_TOO_SMALL);
-    }
-    out[0] = static_cast<uint8_t>(oid->length);
-    if (oid->length) std::memcpy(out + 1, oid->content, oid->length);
-    *outLen = n;
-    return TV_OK;
+    return WriteSized(TV_SITE, oid->length + 1, out, outLen, [&](uint8_t* to) {
+        to[0] = static_cast<uint8_t>(oid->length);
+        if (oid->length) std::memcpy(to + 1, oid->content, oid->length);
+        return uint32_t{TV_OK};
+    });
 }
 
 uint32_t SetOidContents(Asn1Primitive* oid, const uint8_t* contents, uint32_t len) noexcept {
@@ -103,19 +95,11 @@ extern "C" TV_API uint32_t IsOidAndAsn1ObjectIdentifierEquals(const uint8_t* pac
 extern "C" TV_API uint32_t EncodeAsn1Oid(const uint8_t* packed, uint8_t* out, uint32_t* outLen) {
     if (!packed || !outLen) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
     const uint32_t n = packed[0];
-    const uint32_t size = static_cast<uint32_t>(HeaderSize(ASN1_OBJECT_IDENTIFIER, n)) + n;
-    if (!out) {
-        *outLen = size;
-        return TV_OK;
-    }
-    if (*outLen < size) {
-        *outLen = size;
-        return TV_FAIL(TV_ERR_BUFFER_TOO_SMALL);
-    }
-    uint8_t* p = WriteHeader(out, ASN1_CLASS_UNIVERSAL, ASN1_PRIMITIVE_FORM, ASN1_OBJECT_IDENTIFIER, n);
-    if (n) std::memcpy(p, packed + 1, n);
-    *outLen = size;
-    return TV_OK;
+    return WriteSized(TV_SITE, HeaderSize(ASN1_OBJECT_IDENTIFIER, n) + n, out, outLen, [&](uint8_t* to) {
+        uint8_t* p = WriteHeader(to, ASN1_CLASS_UNIVERSAL, ASN1_PRIMITIVE_FORM, ASN1_OBJECT_IDENTIFIER, n);
+        if (n) std::memcpy(p, packed + 1, n);
+        return uint32_t{TV_OK};
+    });
 }
 
 extern "C" TV_API uint32_t DecodeAsn1Oid(const uint8_t* in, uint32_t inLen, uint8_t* out, uint32_t* outLen) {
@@ -126,19 +110,11 @@ extern "C" TV_API uint32_t DecodeAsn1Oid(const uint8_t* in, uint32_t inLen, uint
     if (h.tagClass != ASN1_CLASS_UNIVERSAL || h.tag != ASN1_OBJECT_IDENTIFIER) return TV_FAIL(TV_ERR_MALFORMED);
     if (uint64_t{h.headerLen} + h.contentLen > inLen) return TV_FAIL(TV_ERR_MALFORMED);
     if (h.contentLen > 255) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);  // no packed form for it
-    const uint32_t size = h.contentLen + 1;
-    if (!out) {
-        *outLen = size;
-        return TV_OK;
-    }
-    if (*outLen < size) {
-        *outLen = size;
-        return TV_FAIL(TV_ERR_BUFFER_TOO_SMALL);
-    }
-    out[0] = static_cast<uint8_t>(h.contentLen);
-    std::memcpy(out + 1, in + h.headerLen, h.contentLen);
-    *outLen = size;
-    return TV_OK;
+    return WriteSized(TV_SITE, h.contentLen + 1, out, outLen, [&](uint8_t* to) {
+        to[0] = static_cast<uint8_t>(h.contentLen);
+        std::memcpy(to + 1, in + h.headerLen, h.contentLen);
+        return uint32_t{TV_OK};
+    });
 }
 
 extern "C" TV_API uint32_t ConvertOidToString(const uint8_t* packed, char* out, uint32_t* outLen) {

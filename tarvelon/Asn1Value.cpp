@@ -97,17 +97,10 @@ extern "C" TV_API uint32_t GetAsn1Integer(const Asn1Primitive* value, uint8_t* o
     if (!value || !outLen) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
     if (!value->content) return TV_FAIL(TV_ERR_ABSENT);
     const uint32_t n = value->length;
-    if (!out) {
-        *outLen = n;
-        return TV_OK;
-    }
-    if (*outLen < n) {
-        *outLen = n;
-        return TV_FAIL(TV_ERR_BUFFER_TOO_SMALL);
-    }
-    for (uint32_t i = 0; i < n; ++i) out[i] = value->content[n - 1 - i];
-    *outLen = n;
-    return TV_OK;
+    return WriteSized(TV_SITE, n, out, outLen, [&](uint8_t* to) {
+        for (uint32_t i = 0; i < n; ++i) to[i] = value->content[n - 1 - i];
+        return uint32_t{TV_OK};
+    });
 }
 
 extern "C" TV_API uint32_t GetAsn1Int32(const Asn1Primitive* value, uint8_t* outInt32) {

@@ -21,6 +21,26 @@ inline constexpr int kMaxDecodeDepth = 64;
 // short one gets 49 with the size stored, else the bytes are copied. Failures are recorded at `site`.
 uint32_t PutBytes(Site site, const void* src, size_t n, void* out, uint32_t* outLen) noexcept;
 
+// The same protocol for output produced in place: `write(out)` fills exactly n octets and returns
+// a status; it runs only when the caller's buffer is large enough.
+template <typename Write>
+uint32_t WriteSized(Site site, size_t n, uint8_t* out, uint32_t* outLen, Write write) noexcept {
+    if (outLen == nullptr) return Fail(site, TV_ERR_INVALID_ARGUMENT);
+    if (n > UINT32_MAX) return Fail(site, TV_ERR_WORK_BUFFER);
+    const auto needed = static_cast<uint32_t>(n);
+    if (out == nullptr) {
+        *outLen = needed;
+        return TV_OK;
+    }
+    if (*outLen < needed) {
+        *outLen = needed;
+        return Fail(site, TV_ERR_BUFFER_TOO_SMALL);
+    }
+    if (uint32_t rc = write(out); rc != TV_OK) return rc;
+    *outLen = needed;
+    return TV_OK;
+}
+
 // ---- values -------------------------------------------------------------------------------------
 
 uint32_t CopyValue(const Asn1Descriptor* d, const void* src, void** out) noexcept;

@@ -34,20 +34,10 @@ uint32_t Fail(Site site, uint32_t code) noexcept {
 }
 
 uint32_t PutBytes(Site site, const void* src, size_t n, void* out, uint32_t* outLen) noexcept {
-    if (outLen == nullptr) return Fail(site, TV_ERR_INVALID_ARGUMENT);
-    if (n > UINT32_MAX) return Fail(site, TV_ERR_WORK_BUFFER);
-    uint32_t needed = static_cast<uint32_t>(n);
-    if (out == nullptr) {
-        *outLen = needed;
-        return TV_OK;
-    }
-    if (*outLen < needed) {
-        *outLen = needed;
-        return Fail(site, TV_ERR_BUFFER_TOO_SMALL);
-    }
-    if (n) std::memcpy(out, src, n);
-    *outLen = needed;
-    return TV_OK;
+    return WriteSized(site, n, static_cast<uint8_t*>(out), outLen, [&](uint8_t* to) {
+        if (n) std::memcpy(to, src, n);
+        return uint32_t{TV_OK};
+    });
 }
 
 }  // namespace tv
