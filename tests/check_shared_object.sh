@@ -4,12 +4,14 @@
 set -euo pipefail
 so=$1
 exports=$2
+sanitized=${3:-OFF}   # a sanitizer build carries the sanitizer runtimes as dependencies
 fail() { echo "FAIL: $*"; exit 1; }
 needed=$(readelf -d "$so" | awk '/NEEDED/ {print $5}' | tr -d '[]')
 echo "NEEDED: $needed"
 for lib in $needed; do
   case $lib in
     libc.so.*|libm.so.*|ld-linux*) ;;
+    libasan.so.*|libubsan.so.*) [ "$sanitized" = ON ] || fail "sanitizer runtime $lib in a plain build" ;;
     *) fail "unexpected run-time dependency $lib" ;;
   esac
 done
