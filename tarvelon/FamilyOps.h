@@ -1,0 +1,65 @@
+// The life cycle every structure family shares, written once: a family is a descriptor plus the
+// module its failures are recorded under, and its exported Create/Decode/Encode/Copy/Free are
+// one-line calls of these templates.
+//
+//   constinit const Family kNameFamily{&kX509NameDescriptor, Module::X509Name, 1};
+//   extern "C" TV_API uint32_t DecodeX509Name(const uint8_t* in, uint32_t inLen, X509Name** outName) {
+//       return DecodeT(kNameFamily, in, inLen, outName);
+//   }
+#pragma once
+
+#include "tarvelon/Engine.h"
+
+namespace tv {
+
+struct Family {
+    const Asn1Descriptor* descriptor;
+    Module module;
+    uint32_t leaves;  // leaves flag passed to CreateAsn1Object
+};
+
+#define TV_FAMILY_SITE(family) (::tv::Site{(family).module, static_cast<uint32_t>(__LINE__)})
+
+template <typename T>
+uint32_t CreateT(const Family& f, T** out) noexcept {
+    if (!out) return Fail(TV_FAMILY_SITE(f), TV_ERR_INVALID_ARGUMENT);
+    void* v = nullptr;
+    TV_TRY(CreateAsn1Object(f.descriptor, &v, f.leaves));
+    *out = static_cast<T*>(v);
+    return TV_OK;
+}
+
+// Octets after the first complete element are ignored, as callers pass whole files or buffers.
+template <typename T>
+uint32_t DecodeT(const Family& f, const uint8_t* in, uint32_t inLen, T** out) noexcept {
+    if (!in || !out) return Fail(TV_FAMILY_SITE(f), TV_ERR_INVALID_ARGUMENT);
+    void* v = nullptr;
+    uint32_t consumed = 0;
+    TV_TRY(Asn1DecodeItem(in, inLen, f.descriptor, &v, &consumed));
+    *out = static_cast<T*>(v);
+    return TV_OK;
+}
+
+// DER straight into the caller's buffer with the size protocol; no intermediate copy.
+template <typename T>
+uint32_t EncodeT(const Family& f, const T* value, uint8_t* out, uint32_t* outLen) noexcept {
+    if (!value || !outLen) return Fail(TV_FAMILY_SITE(f), TV_ERR_INVALID_ARGUMENT);
+    return GetAsn1EncodedValue(value, f.descriptor, out, outLen);
+}
+
+template <typename T>
+uint32_t CopyT(const Family& f, const T* src, T** out) noexcept {
+    if (!src || !out) return Fail(TV_FAMILY_SITE(f), TV_ERR_INVALID_ARGUMENT);
+    void* v = nullptr;
+    TV_TRY(CopyValue(f.descriptor, src, &v));
+    *out = static_cast<T*>(v);
+    return TV_OK;
+}
+
+template <typename T>
+uint32_t FreeT(const Family& f, T* value) noexcept {
+    FreeAsn1Object(f.descriptor, value);
+    return TV_OK;
+}
+
+}  // namespace tv
