@@ -1,6 +1,10 @@
 // tarvelon: command-line companion of the library.
 //
-//   tarvelon asn1 FILE    indented dump of any BER/DER element tree
+//   tarvelon asn1 FILE         indented dump of any BER/DER element tree
+//   tarvelon pem LABEL FILE    the object as PEM text with that label
+//   tarvelon der FILE          the object as raw DER
+//
+// Every FILE may be DER or PEM: text with a BEGIN marker is decoded first.
 #include <cstdio>
 #include <cstring>
 #include <string>
@@ -11,8 +15,11 @@
 namespace {
 
 const char* kUsage =
-    "usage: tarvelon asn1 FILE\n"
-    "  asn1 FILE   dump the BER/DER element tree of FILE\n";
+    "usage: tarvelon asn1 FILE | pem LABEL FILE | der FILE\n"
+    "  asn1 FILE         dump the BER/DER element tree of FILE\n"
+    "  pem LABEL FILE    write FILE as PEM text with LABEL to stdout\n"
+    "  der FILE          write FILE as raw DER to stdout\n"
+    "FILE may be DER or PEM.\n";
 
 bool ReadFile(const char* path, std::vector<uint8_t>& data) {
     FILE* f = std::fopen(path, "rb");
@@ -23,6 +30,79 @@ bool ReadFile(const char* path, std::vector<uint8_t>& data) {
     bool ok = !std::ferror(f);
     std::fclose(f);
     return ok;
+}
+
+bool Contains(const std::vector<uint8_t>& data, const char* marker) {
+    const size_t n = std::strlen(marker);
+    for (size_t i = 0; i + n <= data.size(); ++i)
+        if (data[i] == '-' && std::memcmp(data.data() + i, marker, n) == 0) return true;
+    return false;
+}
+
+// Reads FILE as DER: PEM text (either BEGIN form the library reads) is decoded. Prints the reason
+// and returns the exit code on failure, 0 on success.
+int ReadObject(const char* path, std::vector<uint8_t>& der) {
+    std::vector<uint8_t> data;
+    if (!ReadFile(path, data)) {
+        std::fprintf(stderr, "tarvelon: cannot read %s\n", path);
+        return 2;
+    }
+    if (data.empty()) {
+        std::fprintf(stderr, "tarvelon: %s is empty\n", path);
+        return 1;
+    }
+    if (data.size() > UINT32_MAX) {
+        std::fprintf(stderr, "tarvelon: %s is too large\n", path);
+        return 1;
+    }
+    if (!Contains(data, "-----BEGIN") && !Contains(data, "----- BEGIN")) {
+        der.swap(data);
+        return 0;
+    }
+    const char* text = reinterpret_cast<const char*>(data.data());
+    const auto textLen = static_cast<uint32_t>(data.size());
+    uint32_t size = 0;
+    uint32_t rc = DecodePem(text, textLen, nullptr, &size);
+    if (rc == TV_OK) {
+        der.resize(size);
+        rc = DecodePem(text, textLen, der.data(), &size);
+    }
+    if (rc != TV_OK) {
+        std::fprintf(stderr, "tarvelon: %s: malformed PEM text (status %u)\n", path, rc);
+        return 1;
+    }
+    der.resize(size);
+    if (der.empty()) {
+        std::fprintf(stderr, "tarvelon: %s holds no data\n", path);
+        return 1;
+    }
+    return 0;
+}
+
+bool WriteOut(const void* p, size_t n) { return std::fwrite(p, 1, n, stdout) == n && std::fflush(stdout) == 0; }
+
+int PemCommand(const char* label, const char* path) {
+    std::vector<uint8_t> der;
+    if (int rc = ReadObject(path, der)) return rc;
+    const auto derLen = static_cast<uint32_t>(der.size());
+    uint32_t size = 0;
+    uint32_t rc = EncodePem(der.data(), derLen, label, nullptr, &size);
+    std::string text;
+    if (rc == TV_OK) {
+        text.resize(size);
+        rc = EncodePem(der.data(), derLen, label, text.data(), &size);
+    }
+    if (rc != TV_OK) {
+        std::fprintf(stderr, "tarvelon: %s: cannot write PEM (status %u)\n", path, rc);
+        return 1;
+    }
+    return WriteOut(text.data(), size) ? 0 : 1;
+}
+
+int DerCommand(const char* path) {
+    std::vector<uint8_t> der;
+    if (int rc = ReadObject(path, der)) return rc;
+    return WriteOut(der.data(), der.size()) ? 0 : 1;
 }
 
 const char* UniversalName(uint32_t tag) {
@@ -143,14 +223,7 @@ private:
 
 int Asn1Command(const char* path) {
     std::vector<uint8_t> data;
-    if (!ReadFile(path, data)) {
-        std::fprintf(stderr, "tarvelon: cannot read %s\n", path);
-        return 2;
-    }
-    if (data.empty()) {
-        std::fprintf(stderr, "tarvelon: %s is empty\n", path);
-        return 1;
-    }
+    if (int rc = ReadObject(path, data)) return rc;
     Dumper dumper(data);
     size_t reached = 0;
     Failure fail{};
@@ -165,6 +238,8 @@ int Asn1Command(const char* path) {
 
 int main(int argc, char** argv) {
     if (argc == 3 && std::strcmp(argv[1], "asn1") == 0) return Asn1Command(argv[2]);
+    if (argc == 4 && std::strcmp(argv[1], "pem") == 0) return PemCommand(argv[2], argv[3]);
+    if (argc == 3 && std::strcmp(argv[1], "der") == 0) return DerCommand(argv[2]);
     std::fputs(kUsage, stderr);
     return 2;
 }
