@@ -6,5 +6,6 @@
 #include "tarvelon/asn1.h"
 #include "tarvelon/time.h"
 #include "tarvelon/text.h"
+#include "tarvelon/algorithm.h"
 
 #endif
