@@ -531,7 +531,9 @@ uint32_t WriteSetOf(const Asn1List* list, const Asn1Descriptor* element, Writer&
     HeapBytes copy;
     if (!copy.Allocate(regionLen)) return TV_FAIL(TV_ERR_NO_MEMORY);
     std::memcpy(copy.get(), w.pos, regionLen);
-    const uint8_t* base = copy.get() - (w.pos - w.start);
+    const auto regionOffset = static_cast<uint32_t>(w.pos - w.start);
+    for (uint32_t i = 0; i < list->count; ++i) spans[i].offset -= regionOffset;  // now relative to the copy
+    const uint8_t* base = copy.get();
     std::sort(spans, spans + list->count, [base](const Span& a, const Span& b) {
         return CompareOctets(base + a.offset, a.length, base + b.offset, b.length) < 0;
     });
