@@ -42,29 +42,22 @@ Bytes Block(std::initializer_list<const char*> oids) {
 // The SubjectPublicKeyInfo element of a DER certificate, found by walking the headers:
 // Certificate { TBSCertificate { [0] version?, serial, signature, issuer, validity, subject, spki ...
 Bytes SpkiOf(const Bytes& cert) {
-    auto header = [&](size_t at, uint32_t* tag, uint8_t* cls, size_t* hdr, size_t* content) {
+    size_t at = 0, hdr = 0, len = 0;
+    uint8_t cls = 0;
+    auto next = [&] {
         uint8_t constructed = 0;
-        uint32_t contentLen = 0, headerLen = 0;
-        EXPECT_EQ(GetAsn1ObjectInfo(cert.data() + at, static_cast<uint32_t>(cert.size() - at), cls, &constructed, tag,
+        uint32_t tag = 0, contentLen = 0, headerLen = 0;
+        EXPECT_EQ(GetAsn1ObjectInfo(cert.data() + at, static_cast<uint32_t>(cert.size() - at), &cls, &constructed, &tag,
                                     &contentLen, nullptr, &headerLen),
                   TV_OK);
-        *hdr = headerLen;
-        *content = contentLen;
+        hdr = headerLen;
+        len = contentLen;
     };
-    uint32_t tag = 0;
-    uint8_t cls = 0;
-    size_t hdr = 0, len = 0;
-    header(0, &tag, &cls, &hdr, &len);  // Certificate
-    size_t at = hdr;
-    header(at, &tag, &cls, &hdr, &len);  // TBSCertificate
-    at += hdr;
-    header(at, &tag, &cls, &hdr, &len);
+    for (int outer = 0; outer < 2; ++outer, at += hdr) next();  // Certificate, TBSCertificate
+    next();
     if (cls == ASN1_CLASS_CONTEXT) at += hdr + len;  // version
-    for (int skip = 0; skip < 5; ++skip) {
-        header(at, &tag, &cls, &hdr, &len);
-        at += hdr + len;
-    }
-    header(at, &tag, &cls, &hdr, &len);
+    for (int skip = 0; skip < 5; ++skip, at += hdr + len) next();
+    next();
     return Bytes(cert.begin() + at, cert.begin() + at + hdr + len);
 }
 
@@ -87,23 +80,25 @@ Parts DecodeSpki(const Bytes& spki) {
     return p;
 }
 
+uint32_t DecodeIds(const Bytes& params, uint8_t* mode, uint32_t ids[3]) {
+    return DecodeAlgorithmGostR34102001Parameters(params.empty() ? nullptr : params.data(),
+                                                  static_cast<uint32_t>(params.size()), mode, &ids[0], &ids[1], &ids[2]);
+}
+
 TEST(X509Algorithm, DescriptorsLintClean) {
-    EXPECT_TRUE(LintDescriptor(&desc::kAlgorithmIdentifier, "AlgorithmIdentifier").empty());
-    EXPECT_TRUE(LintDescriptor(&desc::kSubjectPublicKeyInfo, "SubjectPublicKeyInfo").empty());
-    EXPECT_TRUE(LintDescriptor(&desc::kGostR34102001PublicKeyParameters, "GostR3410-2001-PublicKeyParameters").empty());
-    EXPECT_TRUE(LintDescriptor(&desc::kGostR34102012PublicKeyParameters, "GostR3410-2012-PublicKeyParameters").empty());
+    for (const Asn1Descriptor* d : {&desc::kAlgorithmIdentifier, &desc::kSubjectPublicKeyInfo,
+                                    &desc::kGostR34102001PublicKeyParameters, &desc::kGostR34102012PublicKeyParameters}) {
+        EXPECT_TRUE(LintDescriptor(d, "descriptor").empty()) << (d - &desc::kAlgorithmIdentifier);
+    }
 }
 
 TEST(X509Algorithm, AlgorithmTableBothWays) {
     const struct {
         uint32_t id;
         const char* oid;
-    } rows[] = {
-        {1, "1.2.840.113549.1.1.1"}, {2, "1.2.840.113549.1.1.2"}, {3, "1.2.840.113549.1.1.4"},
-        {4, "1.2.840.113549.1.1.5"}, {100, "1.2.643.2.2.3"},      {101, "1.2.643.2.2.4"},
-        {102, "1.2.643.2.2.19"},     {103, "1.2.643.2.2.20"},     {1000, "1.2.643.2.2.21"},
-        {2000, "1.2.643.2.2.9"},     {3000, "1.2.643.7.1.1.1.1"}, {3001, "1.2.643.7.1.1.1.2"},
-        {3002, "1.2.643.7.1.1.3.2"}, {3003, "1.2.643.7.1.1.3.3"},
+    } rows[] = {  // first and last rows, and one of each identifier length
+        {1, "1.2.840.113549.1.1.1"}, {100, "1.2.643.2.2.3"}, {102, "1.2.643.2.2.19"}, {3001, "1.2.643.7.1.1.1.2"},
+        {3003, "1.2.643.7.1.1.3.3"},
     };
     for (const auto& row : rows) {
         SCOPED_TRACE(row.oid);
@@ -123,8 +118,6 @@ TEST(X509Algorithm, AlgorithmTableBothWays) {
     EXPECT_EQ(FindAlgIdByOid(Packed("1.2.643.7.1.1.1").data(), &id), TV_ERR_OID_NOT_FOUND);
     uint32_t n = 0;
     EXPECT_EQ(GetPublicKeyAlgorithmOid(5, nullptr, &n), TV_ERR_ID_NOT_FOUND);
-    EXPECT_EQ(GetPublicKeyAlgorithmOid(3001, nullptr, &n), TV_OK);
-    EXPECT_EQ(n, 9u);
     EXPECT_EQ(FindAlgIdByOid(nullptr, &id), TV_ERR_INVALID_ARGUMENT);
     EXPECT_EQ(GetPublicKeyAlgorithmOid(1, nullptr, nullptr), TV_ERR_INVALID_ARGUMENT);
 }
@@ -164,11 +157,9 @@ TEST(X509Algorithm, ParameterSetRowsEncodeAndDecode) {
 
         uint8_t mode = 0;
         uint32_t got[3] = {};
-        ASSERT_EQ(DecodeAlgorithmGostR34102001Parameters(block, n, &mode, &got[0], &got[1], &got[2]), TV_OK);
+        ASSERT_EQ(DecodeIds(Bytes(block, block + n), &mode, got), TV_OK);
         EXPECT_EQ(mode, 1);
-        EXPECT_EQ(got[0], ids[0]);
-        EXPECT_EQ(got[1], ids[1]);
-        EXPECT_EQ(got[2], ids[2]);
+        EXPECT_TRUE(std::equal(got, got + 3, ids));
 
         uint8_t o[3][32];
         uint32_t on[3] = {32, 32, 32};
@@ -210,17 +201,15 @@ TEST(X509Algorithm, RealCertificateBlocksRoundTrip) {
 
         // Ids, with the omitted encryption set read as the 2001 default.
         uint8_t mode = 0;
-        uint32_t keySet = 0, digestSet = 0, cipherSet = 0;
-        ASSERT_EQ(DecodeAlgorithmGostR34102001Parameters(p.params.data(), static_cast<uint32_t>(p.params.size()),
-                                                         &mode, &keySet, &digestSet, &cipherSet),
-                  TV_OK);
+        uint32_t ids[3] = {};
+        ASSERT_EQ(DecodeIds(p.params, &mode, ids), TV_OK);
         EXPECT_EQ(mode, 1);
-        EXPECT_EQ(keySet, row.keySet);
-        EXPECT_EQ(digestSet, row.digestSet);
-        EXPECT_EQ(cipherSet, 1u);
+        EXPECT_EQ(ids[0], row.keySet);
+        EXPECT_EQ(ids[1], row.digestSet);
+        EXPECT_EQ(ids[2], 1u);
         uint8_t again[64];
         uint32_t n = sizeof again;
-        ASSERT_EQ(EncodeAlgorithmGostR34102001Parameters(mode, keySet, digestSet, cipherSet, again, &n), TV_OK);
+        ASSERT_EQ(EncodeAlgorithmGostR34102001Parameters(mode, ids[0], ids[1], ids[2], again, &n), TV_OK);
         EXPECT_EQ(ToHex(again, n), ToHex(p.params));
 
         // OIDs through the block of the key's own algorithm: the 2012 block's default is set Z.
@@ -250,7 +239,6 @@ TEST(X509Algorithm, RealCertificateBlocksRoundTrip) {
         Tree tree(&desc::kSubjectPublicKeyInfo);
         ASSERT_EQ(Decode(spki, tree), TV_OK);
         EXPECT_EQ(ToHex(Encode(tree.v, tree.d)), ToHex(spki));
-        uint32_t ids[3] = {};
         rawLen = sizeof raw;
         EXPECT_EQ(GetCheckedGostPublicKey(tree.v, raw, &rawLen, &ids[0], &ids[1], &ids[2]), TV_OK);
         EXPECT_EQ(ids[0], row.keySet);
@@ -264,9 +252,7 @@ TEST(X509Algorithm, RealCertificateBlocksRoundTrip) {
     EXPECT_EQ(ToHex(c.params), ToHex(Block({"1.2.643.7.1.2.1.2.3"})));
     uint8_t mode = 0;
     uint32_t ids[3] = {}, lens[3] = {};
-    EXPECT_EQ(DecodeAlgorithmGostR34102001Parameters(c.params.data(), static_cast<uint32_t>(c.params.size()), &mode,
-                                                     &ids[0], &ids[1], &ids[2]),
-              TV_ERR_MALFORMED);
+    EXPECT_EQ(DecodeIds(c.params, &mode, ids), TV_ERR_MALFORMED);
     EXPECT_EQ(DecodeAlgorithmGostR3410ParameterOids(3001, c.params.data(), static_cast<uint32_t>(c.params.size()),
                                                     &mode, nullptr, &lens[0], nullptr, &lens[1], nullptr, &lens[2]),
               TV_ERR_MALFORMED);
@@ -303,10 +289,8 @@ TEST(X509Algorithm, ModesNullAndAbsent) {
         EXPECT_EQ(mode, row.mode);
         EXPECT_EQ(lens[0] + lens[1] + lens[2], 0u);
         mode = 7;
-        ASSERT_EQ(DecodeAlgorithmGostR34102001Parameters(params.empty() ? nullptr : params.data(),
-                                                         static_cast<uint32_t>(params.size()), &mode, nullptr,
-                                                         nullptr, nullptr),
-                  TV_OK);
+        uint32_t ids[3];
+        ASSERT_EQ(DecodeIds(params, &mode, ids), TV_OK);
         EXPECT_EQ(mode, row.mode);
 
         Tree alg(&desc::kAlgorithmIdentifier);
@@ -338,12 +322,10 @@ TEST(X509Algorithm, ParameterBlockFailures) {
     for (const auto& row : rows) {
         SCOPED_TRACE(row.name);
         uint8_t mode = 0;
-        uint32_t keySet = 0, digestSet = 0, cipherSet = 0;
-        EXPECT_EQ(DecodeAlgorithmGostR34102001Parameters(row.params.data(), static_cast<uint32_t>(row.params.size()),
-                                                         &mode, &keySet, &digestSet, &cipherSet),
-                  row.rc);
-        EXPECT_EQ(keySet, row.keySet);
-        EXPECT_EQ(cipherSet, 0u);
+        uint32_t ids[3] = {};
+        EXPECT_EQ(DecodeIds(row.params, &mode, ids), row.rc);
+        EXPECT_EQ(ids[0], row.keySet);
+        EXPECT_EQ(ids[2], 0u);
     }
 
     uint8_t mode = 0;
@@ -572,8 +554,7 @@ TEST(X509Algorithm, AllocationFailuresLeaveNothingBehind) {
     runs = ForEachAllocationFailure([&] {
         uint8_t mode = 0;
         uint32_t ids[3];
-        return DecodeAlgorithmGostR34102001Parameters(block.data(), static_cast<uint32_t>(block.size()), &mode,
-                                                      &ids[0], &ids[1], &ids[2]);
+        return DecodeIds(block, &mode, ids);
     });
     EXPECT_GT(runs, 1);
 }
