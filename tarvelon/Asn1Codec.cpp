@@ -624,6 +624,14 @@ uint32_t WriteInto(const void* v, const Asn1Descriptor* d, uint8_t* out, uint32_
 }
 
 }  // namespace
+
+uint32_t EncodeSized(Site site, const void* value, const Asn1Descriptor* d, uint8_t* out, uint32_t* outLen) noexcept {
+    if (!value || !d || !outLen) return Fail(site, TV_ERR_INVALID_ARGUMENT);
+    uint32_t size = 0;
+    TV_TRY(EncodedSize(value, d, &size));
+    return WriteSized(site, size, out, outLen, [&](uint8_t* to) { return WriteInto(value, d, to, size); });
+}
+
 }  // namespace tv
 
 using namespace tv;
@@ -684,8 +692,5 @@ extern "C" TV_API uint32_t Asn1Encode(const void* value, const Asn1Descriptor* d
 
 extern "C" TV_API uint32_t GetAsn1EncodedValue(const void* value, const Asn1Descriptor* d, uint8_t* out,
                                                uint32_t* outLen) {
-    if (!value || !d || !outLen) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
-    uint32_t size = 0;
-    TV_TRY(EncodedSize(value, d, &size));
-    return WriteSized(TV_SITE, size, out, outLen, [&](uint8_t* to) { return WriteInto(value, d, to, size); });
+    return EncodeSized(TV_SITE, value, d, out, outLen);
 }

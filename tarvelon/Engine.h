@@ -41,6 +41,10 @@ uint32_t WriteSized(Site site, size_t n, uint8_t* out, uint32_t* outLen, Write w
     return TV_OK;
 }
 
+// DER of a value tree with the size protocol, written in place; the protocol's own failures
+// (null size, short buffer) are recorded at `site`, so they name the calling family.
+uint32_t EncodeSized(Site site, const void* value, const Asn1Descriptor* d, uint8_t* out, uint32_t* outLen) noexcept;
+
 // ---- values -------------------------------------------------------------------------------------
 
 uint32_t CopyValue(const Asn1Descriptor* d, const void* src, void** out) noexcept;

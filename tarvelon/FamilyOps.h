@@ -43,8 +43,7 @@ uint32_t DecodeT(const Family& f, const uint8_t* in, uint32_t inLen, T** out) no
 // DER straight into the caller's buffer with the size protocol; no intermediate copy.
 template <typename T>
 uint32_t EncodeT(const Family& f, const T* value, uint8_t* out, uint32_t* outLen) noexcept {
-    if (!value || !outLen) return Fail(TV_FAMILY_SITE(f), TV_ERR_INVALID_ARGUMENT);
-    return GetAsn1EncodedValue(value, f.descriptor, out, outLen);
+    return EncodeSized(TV_FAMILY_SITE(f), value, f.descriptor, out, outLen);
 }
 
 template <typename T>

@@ -226,15 +226,6 @@ uint32_t ReadTimeLeaf(const void* leaf, bool twoDigitYear, uint32_t minimum, Lib
     return StoreTimeText(p->content, twoDigitYear, out);
 }
 
-// Encodes with the size protocol; the failures of the protocol are recorded here.
-uint32_t EncodeSized(const void* value, const Asn1Descriptor* d, uint8_t* out, uint32_t* outLen) {
-    if (!outLen) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
-    uint32_t size = 0;
-    TV_TRY(GetAsn1EncodedValue(value, d, nullptr, &size));
-    if (!out || *outLen < size) return PutBytes(TV_SITE, nullptr, size, out, outLen);
-    return GetAsn1EncodedValue(value, d, out, outLen);
-}
-
 bool CurrentUtc(std::tm* out) {
     const std::time_t now = std::time(nullptr);
     // gmtime_r rather than gmtime: the latter hands back one static record shared by all threads.
@@ -285,7 +276,7 @@ uint32_t EncodeGeneralizedTimeElement(const LibraryTime* time, uint8_t* out, uin
     if (!FormatTime(*time, ASN1_GENERALIZED_TIME, &text)) return TV_FAIL(TV_ERR_TIME);
     // The leaf borrows the text: nothing here needs the heap.
     Asn1Primitive leaf{ASN1_GENERALIZED_TIME, text.length, reinterpret_cast<uint8_t*>(text.chars)};
-    return EncodeSized(&leaf, &desc::kGeneralizedTime, out, outLen);
+    return EncodeSized(TV_SITE, &leaf, &desc::kGeneralizedTime, out, outLen);
 }
 
 uint32_t GetTimeFromUtcTimeLeaf(const void* leaf, LibraryTime* out) noexcept {
@@ -558,10 +549,10 @@ extern "C" TV_API uint32_t EncodeAsn1PrimitiveValue(uint32_t typeCode, const uin
         // The contents of a BIT STRING start with its count of unused bits.
         if (inLen == 0 || in[0] > 7) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
         Asn1BitStringValue bits{in[0], inLen - 1, const_cast<uint8_t*>(in + 1)};
-        return EncodeSized(&bits, &d, out, outLen);
+        return EncodeSized(TV_SITE, &bits, &d, out, outLen);
     }
     Asn1Primitive leaf{typeCode, inLen, const_cast<uint8_t*>(in)};
-    return EncodeSized(&leaf, &d, out, outLen);
+    return EncodeSized(TV_SITE, &leaf, &d, out, outLen);
 }
 
 extern "C" TV_API uint32_t DecodeAsn1PrimitiveValue(uint32_t typeCode, const uint8_t* in, uint32_t inLen, uint8_t* out,

@@ -204,15 +204,6 @@ bool IsNullParameters(const uint8_t* params, uint32_t len) {
     return len == 2 && params[0] == ASN1_NULL && params[1] == 0x00;
 }
 
-// Encodes with the size protocol; the protocol's failures are recorded here.
-uint32_t EncodeSized(const void* value, const Asn1Descriptor* d, uint8_t* out, uint32_t* outLen) {
-    if (!outLen) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
-    uint32_t size = 0;
-    TV_TRY(GetAsn1EncodedValue(value, d, nullptr, &size));
-    if (!out || *outLen < size) return PutBytes(TV_SITE, nullptr, size, out, outLen);
-    return GetAsn1EncodedValue(value, d, out, outLen);
-}
-
 uint32_t DecodeGostBlock(const Asn1Descriptor* block, const uint8_t* params, uint32_t len, OwnedValue& value) {
     uint32_t consumed = 0;
     const uint32_t rc = Asn1DecodeItem(params, len, block, value.Out(), &consumed);
@@ -393,7 +384,7 @@ uint32_t EncodeGostParameterOids(uint32_t algId, uint8_t mode, const uint8_t* pu
         if (!slots[i]) return TV_FAIL(TV_ERR_NO_MEMORY);
     }
     // An encryption set equal to the block's default is left out by DER.
-    return EncodeSized(value.get(), block, out, outLen);
+    return EncodeSized(TV_SITE, value.get(), block, out, outLen);
 }
 
 uint32_t EncodeGostR34102001ParameterIds(uint8_t mode, uint32_t publicKeyParamId, uint32_t digestParamId,

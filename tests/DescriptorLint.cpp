@@ -20,7 +20,7 @@ struct Start {
 
 std::set<Start> Starts(const Asn1Descriptor* d, bool& any) {
     if (IsExplicit(*d)) return {{d->tagClass, static_cast<uint32_t>(d->tag), ASN1_CONSTRUCTED_FORM}};
-    if (d->typeCode == ASN1_ANY) {
+    if (d->typeCode == ASN1_ANY && d->tag == -1) {
         any = true;
         return {};
     }
@@ -54,7 +54,9 @@ public:
         if (d->tag != -1 && d->tagClass == ASN1_CLASS_UNIVERSAL) problem("a tag with the universal class");
         const bool structured = code == ASN1_SEQUENCE || code == ASN1_SET || code == ASN1_SEQUENCE_OF ||
                                 code == ASN1_SET_OF || code == ASN1_CHOICE;
-        if (structured != (d->constructed == ASN1_CONSTRUCTED_FORM)) problem("constructed bit does not fit the kind");
+        // An implicitly tagged ANY carries the form of the element it stands for.
+        if (code != ASN1_ANY && structured != (d->constructed == ASN1_CONSTRUCTED_FORM))
+            problem("constructed bit does not fit the kind");
         if ((code == ASN1_SEQUENCE_OF || code == ASN1_SET_OF) && (d->componentCount != 1 || !d->components[0]))
             problem("list without exactly one element descriptor");
         if ((code == ASN1_SEQUENCE || code == ASN1_SET) && d->valueSize != d->componentCount * sizeof(void*))

@@ -7,5 +7,6 @@
 #include "tarvelon/time.h"
 #include "tarvelon/text.h"
 #include "tarvelon/algorithm.h"
+#include "tarvelon/x509name.h"
 
 #endif
