@@ -143,4 +143,11 @@ inline constexpr Asn1Descriptor kAny = Any();
 // OctetStrings ::= SEQUENCE OF OCTET STRING
 inline constexpr Asn1Descriptor kOctetStrings = SequenceOf<&kOctetString>();
 
+// The value FALSE as a DEFAULT: one content octet 0x00. A slot built from it is left out of the
+// encoding while it holds FALSE and is filled with FALSE when absent from the input.
+inline constexpr uint8_t kFalseOctet[1] = {0x00};
+inline constinit const Asn1Primitive kFalseValue{ASN1_BOOLEAN, 1, const_cast<uint8_t*>(kFalseOctet)};
+// BOOLEAN DEFAULT FALSE
+inline constexpr Asn1Descriptor kBooleanDefaultFalse = Optional(kBoolean, &kFalseValue);
+
 }  // namespace tv::desc

@@ -61,4 +61,41 @@ uint32_t FreeT(const Family& f, T* value) noexcept {
     return TV_OK;
 }
 
+// ---- lists of element trees ----------------------------------------------------------------------
+// The members that list-valued families (extension values, store lists, certificate and CRL lists)
+// share; the family's descriptor is the SEQUENCE OF or SET OF, and Create/Decode/Encode/Copy/Free
+// above apply to it unchanged. Only Add and Get, which know the element's shape, are per family.
+
+inline const Asn1Descriptor* ElementOf(const Family& f) noexcept { return f.descriptor->components[0]; }
+
+inline uint32_t ListCountT(const Family& f, const Asn1List* list, uint32_t* outCount) noexcept {
+    if (!list || !outCount) return Fail(TV_FAMILY_SITE(f), TV_ERR_INVALID_ARGUMENT);
+    *outCount = list->count;
+    return TV_OK;
+}
+
+// The element at `index`: out of range 32, an empty slot 311.
+template <typename T>
+uint32_t ListElementT(const Family& f, const Asn1List* list, uint32_t index, T** out) noexcept {
+    if (!list || !out) return Fail(TV_FAMILY_SITE(f), TV_ERR_INVALID_ARGUMENT);
+    if (index >= list->count) return Fail(TV_FAMILY_SITE(f), TV_ERR_INVALID_ARGUMENT);
+    if (!list->items[index]) return Fail(TV_FAMILY_SITE(f), TV_ERR_ABSENT);
+    *out = static_cast<T*>(list->items[index]);
+    return TV_OK;
+}
+
+// Appends a finished element; the list takes it over only on success (the guard frees it otherwise).
+inline uint32_t ListAppendT(const Family& f, Asn1List* list, OwnedValue& element) noexcept {
+    if (!list) return Fail(TV_FAMILY_SITE(f), TV_ERR_INVALID_ARGUMENT);
+    TV_TRY(ListAppend(list, element.get()));
+    element.Release();
+    return TV_OK;
+}
+
+// Frees the element at `index` and closes the gap (null list or index out of range: 32).
+inline uint32_t ListRemoveT(const Family& f, Asn1List* list, uint32_t index) noexcept {
+    if (!list || index >= list->count) return Fail(TV_FAMILY_SITE(f), TV_ERR_INVALID_ARGUMENT);
+    return ListRemoveAt(list, index, ElementOf(f));
+}
+
 }  // namespace tv

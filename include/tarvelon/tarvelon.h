@@ -8,5 +8,12 @@
 #include "tarvelon/text.h"
 #include "tarvelon/algorithm.h"
 #include "tarvelon/x509name.h"
+#include "tarvelon/extensions.h"
+#include "tarvelon/extension_values.h"
+#include "tarvelon/private_extensions.h"
+#include "tarvelon/attributes.h"
+#include "tarvelon/certificate.h"
+#include "tarvelon/crl.h"
+#include "tarvelon/pkcs10.h"
 
 #endif
