@@ -14,6 +14,6 @@
 #include "tarvelon/attributes.h"
 #include "tarvelon/certificate.h"
 #include "tarvelon/crl.h"
-#include "tarvelon/pkcs10.h"
+#include "tarvelon/request.h"
 
 #endif

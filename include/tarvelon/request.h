@@ -1,6 +1,6 @@
 /* Tarvelon: PKCS #10 certification requests (RFC 2986). */
-#ifndef TARVELON_PKCS10_H
-#define TARVELON_PKCS10_H
+#ifndef TARVELON_REQUEST_H
+#define TARVELON_REQUEST_H
 
 #include "tarvelon/types.h"
 #include "tarvelon/x509name.h"
