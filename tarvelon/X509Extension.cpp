@@ -79,7 +79,7 @@ uint32_t ReadExtension(const X509Extension* e, uint8_t* oid, uint32_t* oidLen, u
 bool HasOid(const void* extension, const uint8_t* oid) {
     if (!extension) return false;
     auto* id = static_cast<const Asn1Primitive*>(SlotsOf(static_cast<const X509Extension*>(extension))[desc::kExtnId]);
-    return id && IsArrayEquals(id->content, id->length, oid + 1, oid[0]) != 0;
+    return id && IsOidAndAsn1ObjectIdentifierEquals(oid, id) != 0;
 }
 
 }  // namespace
