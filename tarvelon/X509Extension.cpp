@@ -83,6 +83,18 @@ bool HasOid(const void* extension, const uint8_t* oid) {
 }
 
 }  // namespace
+
+bool FindExtensionIndex(const X509Extensions* handle, const uint8_t* packedOid, uint32_t* index) noexcept {
+    const Asn1List* list = handle ? ExtensionList(handle) : nullptr;
+    for (uint32_t i = 0; list && i < list->count; ++i) {
+        if (HasOid(list->items[i], packedOid)) {
+            *index = i;
+            return true;
+        }
+    }
+    return false;
+}
+
 }  // namespace tv
 
 using namespace tv;
@@ -163,15 +175,7 @@ extern "C" TV_API uint32_t GetX509ExtensionsExtension(const X509Extensions* exte
 
 extern "C" TV_API uint32_t FindX509Extension(const X509Extensions* extensions, const uint8_t* inOid, uint32_t* outIndex) {
     if (!extensions || !inOid || !outIndex) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
-    if (const Asn1List* list = extensions->list ? ExtensionList(extensions) : nullptr) {
-        for (uint32_t i = 0; i < list->count; ++i) {
-            if (HasOid(list->items[i], inOid)) {
-                *outIndex = i;
-                return TV_OK;
-            }
-        }
-    }
-    return TV_FAIL(TV_ERR_NOT_FOUND);
+    return FindExtensionIndex(extensions, inOid, outIndex) ? uint32_t{TV_OK} : TV_FAIL(TV_ERR_NOT_FOUND);
 }
 
 extern "C" TV_API uint32_t GetX509ExtensionsExtensionValue(const X509Extensions* extensions, const uint8_t* inOid,
