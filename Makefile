@@ -4,7 +4,9 @@ SHELL := /bin/bash
 BUILD ?= build
 JOBS ?= $(shell nproc)
 
-DEB_PACKAGES := g++ cmake make libgtest-dev libbenchmark-dev libssl-dev openssl clang libclang-rt-14-dev binutils
+# openssl with its GOST engine is the independent peer of the interop test.
+DEB_PACKAGES := g++ cmake make libgtest-dev libbenchmark-dev libssl-dev openssl libengine-gost-openssl clang \
+  libclang-rt-14-dev binutils
 
 .PHONY: all deps build demo test test-release test-asan bench fuzz clean
 
@@ -25,9 +27,13 @@ $(BUILD)/release/CMakeCache.txt:
 build: deps $(BUILD)/release/CMakeCache.txt
 	cmake --build $(BUILD)/release -j$(JOBS)
 
+# A GOST R 34.10-2012 PKI made with openssl (samples/make_samples.sh): its CA, a qualified-style
+# user certificate, the CA's CRL and a request, each summarised by the library's typed readers.
+DEMO_SAMPLES := gost_ca gost_user gost_crl gost_request
+
 demo: build
-	@echo "== tarvelon asn1 samples/gost2012_256_cert.der"
-	@$(BUILD)/release/tools/tarvelon asn1 samples/gost2012_256_cert.der
+	@for s in $(DEMO_SAMPLES); do echo "== tarvelon show samples/$$s.der"; \
+	  $(BUILD)/release/tools/tarvelon show samples/$$s.der || exit 1; echo; done
 
 test-release: build
 	cd $(BUILD)/release && ctest --output-on-failure -j$(JOBS)

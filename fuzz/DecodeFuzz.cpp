@@ -7,7 +7,12 @@
 #include <cstdlib>
 #include <cstring>
 
-#include "CertificateShape.h"
+#include "tarvelon/Certificate.h"
+#include "tarvelon/GeneralObjects.h"
+#include "tarvelon/RsaAttributes.h"
+#include "tarvelon/X509Crl.h"
+#include "tarvelon/X509Extension.h"
+#include "tarvelon/pkcs10.h"
 #include "tarvelon/Descriptor.h"
 #include "tarvelon/Engine.h"
 
@@ -69,7 +74,15 @@ struct Shape {
 };
 
 const Shape kShapes[] = {
-    {"Certificate", &tvtest::x509::kCertificate},
+    {"Certificate", &kCertificate},
+    {"CertificateList", &kCertificateList},
+    {"CertificationRequest", &kCertificationRequest},
+    {"Extensions", &kExtensions},
+    {"Attributes", &kAttributes},
+    {"CRLDistributionPoints", &kCrlDistributionPoints},
+    {"CertificatePolicies", &kCertificatePolicies},
+    {"IssuingDistributionPoint", &kIssuingDistributionPoint},
+    {"OcspCheckFileExtResults", &kExtResults},
     {"INTEGER", &kInteger},
     {"OCTET STRING", &kOctetString},
     {"SET OF INTEGER", &kSetOfInteger},

@@ -6,7 +6,6 @@
 #include <functional>
 #include <map>
 
-#include "CertificateShape.h"
 #include "DescriptorLint.h"
 #include "TestUtil.h"
 #include "tarvelon/GeneralObjects.h"
@@ -519,16 +518,20 @@ TEST(ExtensionValues, SystemCaBundleExtensionsRebuild) {
         Bytes der(len);
         if (DecodePem(text, pem.size(), der.data(), &len) != 0) continue;
         der.resize(len);
-        Tree cert(&x509::kCertificate);
-        if (Decode(der, cert) != 0) continue;
-        auto* tbs = x509::At(cert.v, x509::CertificateSlot::TbsCertificate);
-        auto* extensions = static_cast<Asn1List*>(x509::At(tbs, x509::TbsSlot::Extensions));
-        for (uint32_t i = 0; extensions && i < extensions->count; ++i) {
-            auto* id = static_cast<Asn1Primitive*>(x509::At(extensions->items[i], x509::ExtensionSlot::ExtnId));
-            auto* value = static_cast<Asn1Primitive*>(x509::At(extensions->items[i], x509::ExtensionSlot::ExtnValue));
-            auto it = Rebuilders().find(Bytes(id->content, id->content + id->length));
+        Certificate* cert = nullptr;
+        if (DecodeCertificate(der.data(), uint32_t(der.size()), &cert) != 0) continue;
+        X509Extensions* extensions = nullptr;
+        uint32_t count = 0;
+        if (GetCertificateExtensions(cert, &extensions) != 0 || GetX509ExtensionsExtensionsCount(extensions, &count) != 0)
+            count = 0;
+        for (uint32_t i = 0; i < count; ++i) {
+            uint8_t oid[64], value[4096];
+            uint32_t oidLen = sizeof oid, valueLen = sizeof value, critical = 0;
+            if (GetX509ExtensionsExtension(extensions, i, oid, &oidLen, &critical, value, &valueLen) != 0) continue;
+            const Bytes id(oid + 1, oid + oidLen);
+            auto it = Rebuilders().find(id);
             if (it == Rebuilders().end()) continue;
-            const Bytes in(value->content, value->content + value->length);
+            const Bytes in(value, value + valueLen);
             SCOPED_TRACE(f + " " + ToHex(it->first));
             const Bytes rebuilt = it->second(in);
             uint32_t a = 0, b = 1;
@@ -540,6 +543,7 @@ TEST(ExtensionValues, SystemCaBundleExtensionsRebuild) {
                 EXPECT_EQ(ToHex(rebuilt), ToHex(in));
             ++checked;
         }
+        FreeCertificate(cert);
     }
     if (files.empty()) GTEST_SKIP() << "no PEM certificates in " << dir;
     EXPECT_GT(checked, 0u);

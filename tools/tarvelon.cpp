@@ -3,6 +3,7 @@
 //   tarvelon asn1 FILE         indented dump of any BER/DER element tree
 //   tarvelon pem LABEL FILE    the object as PEM text with that label
 //   tarvelon der FILE          the object as raw DER
+//   tarvelon show FILE         readable summary of a certificate, CRL or certification request
 //
 // Every FILE may be DER or PEM: text with a BEGIN marker is decoded first.
 #include <cstdio>
@@ -10,15 +11,18 @@
 #include <string>
 #include <vector>
 
+#include "show.h"
 #include "tarvelon/tarvelon.h"
 
 namespace {
 
 const char* kUsage =
-    "usage: tarvelon asn1 FILE | pem LABEL FILE | der FILE\n"
+    "usage: tarvelon asn1 FILE | pem LABEL FILE | der FILE | show FILE\n"
     "  asn1 FILE         dump the BER/DER element tree of FILE\n"
     "  pem LABEL FILE    write FILE as PEM text with LABEL to stdout\n"
     "  der FILE          write FILE as raw DER to stdout\n"
+    "  show FILE         summary of a certificate, CRL or certification request;\n"
+    "                    names in RFC 4514 order (last RDN of the encoding first)\n"
     "FILE may be DER or PEM.\n";
 
 bool ReadFile(const char* path, std::vector<uint8_t>& data) {
@@ -221,6 +225,12 @@ private:
     const std::vector<uint8_t>& data_;
 };
 
+int ShowCommand(const char* path) {
+    std::vector<uint8_t> der;
+    if (int rc = ReadObject(path, der)) return rc;
+    return ShowObject(path, der);
+}
+
 int Asn1Command(const char* path) {
     std::vector<uint8_t> data;
     if (int rc = ReadObject(path, data)) return rc;
@@ -240,6 +250,7 @@ int main(int argc, char** argv) {
     if (argc == 3 && std::strcmp(argv[1], "asn1") == 0) return Asn1Command(argv[2]);
     if (argc == 4 && std::strcmp(argv[1], "pem") == 0) return PemCommand(argv[2], argv[3]);
     if (argc == 3 && std::strcmp(argv[1], "der") == 0) return DerCommand(argv[2]);
+    if (argc == 3 && std::strcmp(argv[1], "show") == 0) return ShowCommand(argv[2]);
     std::fputs(kUsage, stderr);
     return 2;
 }
