@@ -98,4 +98,102 @@ inline uint32_t ListRemoveT(const Family& f, Asn1List* list, uint32_t index) noe
     return ListRemoveAt(list, index, ElementOf(f));
 }
 
+// ---- one-field list handles -----------------------------------------------------------------------
+// Extension and attribute lists are reached through a handle `{ void* list; }` that may hold no
+// list at all (never created, or released while the handle stays usable), so that a structure can
+// hand out the address of its own slot as the handle. These are the members that do not depend on
+// the element's shape; `f` is the family of the list (SEQUENCE OF or SET OF).
+
+template <typename Handle>
+Asn1List* ListOf(const Handle* h) noexcept {
+    return static_cast<Asn1List*>(h->list);
+}
+
+template <typename Handle>
+uint32_t HandleCreateT(const Family& f, Handle** out) noexcept {
+    if (!out) return Fail(TV_FAMILY_SITE(f), TV_ERR_INVALID_ARGUMENT);
+    auto* handle = New<Handle>();
+    if (handle) handle->list = ListCreate();
+    if (!handle || !handle->list) {
+        Free(handle);
+        return Fail(TV_FAMILY_SITE(f), TV_ERR_NO_MEMORY);
+    }
+    *out = handle;
+    return TV_OK;
+}
+
+// The handle's list, created on first use.
+template <typename Handle>
+uint32_t HandleListT(const Family& f, Handle* h, Asn1List** out) noexcept {
+    if (!h->list && !(h->list = ListCreate())) return Fail(TV_FAMILY_SITE(f), TV_ERR_NO_MEMORY);
+    *out = ListOf(h);
+    return TV_OK;
+}
+
+// No list counts as empty.
+template <typename Handle>
+uint32_t HandleCountT(const Family& f, const Handle* h, uint32_t* outCount) noexcept {
+    if (!h || !outCount) return Fail(TV_FAMILY_SITE(f), TV_ERR_INVALID_ARGUMENT);
+    *outCount = h->list ? ListOf(h)->count : 0;
+    return TV_OK;
+}
+
+// Frees every element; the list stays, empty. No list: nothing to do.
+template <typename Handle>
+uint32_t HandleClearT(const Family& f, Handle* h) noexcept {
+    if (!h) return Fail(TV_FAMILY_SITE(f), TV_ERR_INVALID_ARGUMENT);
+    ListClear(ListOf(h), ElementOf(f));
+    return TV_OK;
+}
+
+// Frees the list; the handle stays usable and takes a new list on the next addition.
+template <typename Handle>
+uint32_t HandleRemoveListT(const Family& f, Handle* h) noexcept {
+    if (!h) return Fail(TV_FAMILY_SITE(f), TV_ERR_INVALID_ARGUMENT);
+    ListFree(ListOf(h), ElementOf(f));
+    h->list = nullptr;
+    return TV_OK;
+}
+
+template <typename Handle>
+uint32_t HandleFreeT(const Family& f, Handle* h) noexcept {
+    if (!h) return TV_OK;
+    ListFree(ListOf(h), ElementOf(f));
+    Free(h);
+    return TV_OK;
+}
+
+// Stored in the list; no list: nothing stored.
+template <typename Handle>
+uint32_t HandleSetSortedT(const Family& f, Handle* h, uint32_t sorted) noexcept {
+    if (!h) return Fail(TV_FAMILY_SITE(f), TV_ERR_INVALID_ARGUMENT);
+    if (h->list) ListOf(h)->sorted = sorted;
+    return TV_OK;
+}
+
+// A handle without a list has nothing to encode (311); an empty list is the empty SEQUENCE or SET.
+template <typename Handle>
+uint32_t HandleEncodeT(const Family& f, const Handle* h, uint8_t* out, uint32_t* outLen) noexcept {
+    if (!h) return Fail(TV_FAMILY_SITE(f), TV_ERR_INVALID_ARGUMENT);
+    if (!h->list) return Fail(TV_FAMILY_SITE(f), TV_ERR_ABSENT);
+    return EncodeT(f, ListOf(h), out, outLen);
+}
+
+// A fresh handle holding the decoded list; stored only on success (a failed decode releases it:
+// the caller never saw it).
+template <typename Handle>
+uint32_t HandleDecodeT(const Family& f, const uint8_t* in, uint32_t inLen, Handle** out) noexcept {
+    if (!in || !out) return Fail(TV_FAMILY_SITE(f), TV_ERR_INVALID_ARGUMENT);
+    auto* handle = New<Handle>();
+    if (!handle) return Fail(TV_FAMILY_SITE(f), TV_ERR_NO_MEMORY);
+    Asn1List* list = nullptr;
+    if (const uint32_t rc = DecodeT(f, in, inLen, &list); rc != TV_OK) {
+        Free(handle);
+        return rc;
+    }
+    handle->list = list;
+    *out = handle;
+    return TV_OK;
+}
+
 }  // namespace tv

@@ -143,24 +143,16 @@ extern "C" TV_API uint32_t FreeRsaAttribute(RsaAttribute* attribute) { return Fr
 // ---- lists ------------------------------------------------------------------------------------------
 
 extern "C" TV_API uint32_t CreateRsaAttributes(RsaAttributes** outAttributes) {
-    if (!outAttributes) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
-    auto* handle = New<RsaAttributes>();
-    if (!handle) return TV_FAIL(TV_ERR_NO_MEMORY);
-    handle->list = ListCreate();
-    if (!handle->list) {
-        Free(handle);
-        return TV_FAIL(TV_ERR_NO_MEMORY);
-    }
-    *outAttributes = handle;
-    return TV_OK;
+    return HandleCreateT(kAttributesFamily, outAttributes);
 }
 
 extern "C" TV_API uint32_t AddRsaAttributesAttribute(RsaAttributes* attributes, const uint8_t* inOid, uint32_t* outIndex) {
     if (!attributes || !inOid || !outIndex) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
     OwnedValue built(&desc::kAttribute);
     TV_TRY(NewAttribute(inOid, built));
-    if (!attributes->list && !(attributes->list = ListCreate())) return TV_FAIL(TV_ERR_NO_MEMORY);
-    TV_TRY(ListAppendT(kAttributesFamily, AttributeList(attributes), built));
+    Asn1List* list = nullptr;
+    TV_TRY(HandleListT(kAttributesFamily, attributes, &list));
+    TV_TRY(ListAppendT(kAttributesFamily, list, built));
     *outIndex = AttributeList(attributes)->count - 1;
     return TV_OK;
 }
@@ -181,9 +173,7 @@ extern "C" TV_API uint32_t AddRsaAttributesAttributeWithValue(RsaAttributes* att
 }
 
 extern "C" TV_API uint32_t GetRsaAttributesAttributesCount(const RsaAttributes* attributes, uint32_t* outCount) {
-    if (!attributes || !outCount) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
-    *outCount = attributes->list ? AttributeList(attributes)->count : 0;
-    return TV_OK;
+    return HandleCountT(kAttributesFamily, attributes, outCount);
 }
 
 extern "C" TV_API uint32_t GetRsaAttributesAttributeOid(const RsaAttributes* attributes, uint32_t index, uint8_t* outOid,
@@ -238,29 +228,19 @@ extern "C" TV_API uint32_t RemoveRsaAttributesAttribute2(RsaAttributes* attribut
 }
 
 extern "C" TV_API uint32_t ClearRsaAttributes(RsaAttributes* attributes) {
-    if (!attributes) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
-    ListClear(AttributeList(attributes), &desc::kAttribute);
-    return TV_OK;
+    return HandleClearT(kAttributesFamily, attributes);
 }
 
 extern "C" TV_API uint32_t SetRsaAttributesSorted(RsaAttributes* attributes, uint32_t sorted) {
-    if (!attributes) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
-    if (attributes->list) AttributeList(attributes)->sorted = sorted;
-    return TV_OK;
+    return HandleSetSortedT(kAttributesFamily, attributes, sorted);
 }
 
 extern "C" TV_API uint32_t RemoveRsaAttributes(RsaAttributes* attributes) {
-    if (!attributes) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
-    ListFree(AttributeList(attributes), &desc::kAttribute);
-    attributes->list = nullptr;
-    return TV_OK;
+    return HandleRemoveListT(kAttributesFamily, attributes);
 }
 
 extern "C" TV_API uint32_t FreeRsaAttributes(RsaAttributes* attributes) {
-    if (!attributes) return TV_OK;
-    ListFree(AttributeList(attributes), &desc::kAttribute);
-    Free(attributes);
-    return TV_OK;
+    return HandleFreeT(kAttributesFamily, attributes);
 }
 
 // Appending a list to itself copies the attributes it held when the call began.
@@ -280,23 +260,10 @@ extern "C" TV_API uint32_t AppendRsaAttributes(RsaAttributes* attributes, const 
     return TV_OK;
 }
 
-// A handle without a list has nothing to encode (311); an empty list is the empty SET.
 extern "C" TV_API uint32_t EncodeRsaAttributes(const RsaAttributes* attributes, uint8_t* out, uint32_t* outLen) {
-    if (!attributes) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
-    if (!attributes->list) return TV_FAIL(TV_ERR_ABSENT);
-    return EncodeT(kAttributesFamily, AttributeList(attributes), out, outLen);
+    return HandleEncodeT(kAttributesFamily, attributes, out, outLen);
 }
 
 extern "C" TV_API uint32_t DecodeRsaAttributes(const uint8_t* in, uint32_t inLen, RsaAttributes** outAttributes) {
-    if (!in || !outAttributes) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
-    auto* handle = New<RsaAttributes>();
-    if (!handle) return TV_FAIL(TV_ERR_NO_MEMORY);
-    Asn1List* list = nullptr;
-    if (const uint32_t rc = DecodeT(kAttributesFamily, in, inLen, &list); rc != TV_OK) {
-        Free(handle);
-        return rc;
-    }
-    handle->list = list;
-    *outAttributes = handle;
-    return TV_OK;
+    return HandleDecodeT(kAttributesFamily, in, inLen, outAttributes);
 }

@@ -136,16 +136,7 @@ extern "C" TV_API uint32_t FreeX509Extension(X509Extension* extension) { return 
 // ---- lists ------------------------------------------------------------------------------------------
 
 extern "C" TV_API uint32_t CreateX509Extensions(X509Extensions** outExtensions) {
-    if (!outExtensions) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
-    auto* handle = New<X509Extensions>();
-    if (!handle) return TV_FAIL(TV_ERR_NO_MEMORY);
-    handle->list = ListCreate();
-    if (!handle->list) {
-        Free(handle);
-        return TV_FAIL(TV_ERR_NO_MEMORY);
-    }
-    *outExtensions = handle;
-    return TV_OK;
+    return HandleCreateT(kExtensionsFamily, outExtensions);
 }
 
 extern "C" TV_API uint32_t AddX509ExtensionsExtension(X509Extensions* extensions, const uint8_t* inOid, int critical,
@@ -153,14 +144,13 @@ extern "C" TV_API uint32_t AddX509ExtensionsExtension(X509Extensions* extensions
     if (!extensions || !inOid || !inValue) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
     OwnedValue built(&desc::kExtension);
     TV_TRY(NewExtension(inOid, critical != 0, inValue, inValueLen, built));
-    if (!extensions->list && !(extensions->list = ListCreate())) return TV_FAIL(TV_ERR_NO_MEMORY);
-    return ListAppendT(kExtensionsFamily, ExtensionList(extensions), built);
+    Asn1List* list = nullptr;
+    TV_TRY(HandleListT(kExtensionsFamily, extensions, &list));
+    return ListAppendT(kExtensionsFamily, list, built);
 }
 
 extern "C" TV_API uint32_t GetX509ExtensionsExtensionsCount(const X509Extensions* extensions, uint32_t* outCount) {
-    if (!extensions || !outCount) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
-    *outCount = extensions->list ? ExtensionList(extensions)->count : 0;
-    return TV_OK;
+    return HandleCountT(kExtensionsFamily, extensions, outCount);
 }
 
 extern "C" TV_API uint32_t GetX509ExtensionsExtension(const X509Extensions* extensions, uint32_t index, uint8_t* outOid,
@@ -207,49 +197,25 @@ extern "C" TV_API uint32_t RemoveX509ExtensionsExtension2(X509Extensions* extens
 }
 
 extern "C" TV_API uint32_t ClearX509Extensions(X509Extensions* extensions) {
-    if (!extensions) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
-    ListClear(ExtensionList(extensions), &desc::kExtension);
-    return TV_OK;
+    return HandleClearT(kExtensionsFamily, extensions);
 }
 
 extern "C" TV_API uint32_t RemoveX509Extensions(X509Extensions* extensions) {
-    if (!extensions) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
-    ListFree(ExtensionList(extensions), &desc::kExtension);
-    extensions->list = nullptr;
-    return TV_OK;
+    return HandleRemoveListT(kExtensionsFamily, extensions);
 }
 
 extern "C" TV_API uint32_t FreeX509Extensions(X509Extensions* extensions) {
-    if (!extensions) return TV_OK;
-    ListFree(ExtensionList(extensions), &desc::kExtension);
-    Free(extensions);
-    return TV_OK;
+    return HandleFreeT(kExtensionsFamily, extensions);
 }
 
 extern "C" TV_API uint32_t SetX509ExtensionsSorted(X509Extensions* extensions, uint32_t sorted) {
-    if (!extensions) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
-    if (extensions->list) ExtensionList(extensions)->sorted = sorted;
-    return TV_OK;
+    return HandleSetSortedT(kExtensionsFamily, extensions, sorted);
 }
 
-// A handle without a list has nothing to encode (311); an empty list is the empty SEQUENCE.
 extern "C" TV_API uint32_t EncodeX509Extensions(const X509Extensions* extensions, uint8_t* out, uint32_t* outLen) {
-    if (!extensions) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
-    if (!extensions->list) return TV_FAIL(TV_ERR_ABSENT);
-    return EncodeT(kExtensionsFamily, ExtensionList(extensions), out, outLen);
+    return HandleEncodeT(kExtensionsFamily, extensions, out, outLen);
 }
 
 extern "C" TV_API uint32_t DecodeX509Extensions(const uint8_t* in, uint32_t inLen, X509Extensions** outExtensions) {
-    if (!in || !outExtensions) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
-    auto* handle = New<X509Extensions>();
-    if (!handle) return TV_FAIL(TV_ERR_NO_MEMORY);
-    // A failed decode releases the fresh handle: the caller never saw it.
-    Asn1List* list = nullptr;
-    if (const uint32_t rc = DecodeT(kExtensionsFamily, in, inLen, &list); rc != TV_OK) {
-        Free(handle);
-        return rc;
-    }
-    handle->list = list;
-    *outExtensions = handle;
-    return TV_OK;
+    return HandleDecodeT(kExtensionsFamily, in, inLen, outExtensions);
 }
