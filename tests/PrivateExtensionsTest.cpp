@@ -17,25 +17,7 @@ using namespace tvtest;
 
 namespace {
 
-using Encoder = std::function<uint32_t(uint8_t*, uint32_t*)>;
-
-// Size query, then a buffer one short (49, size kept), then the real write.
-Bytes Sized(const Encoder& encode, uint32_t* rc = nullptr) {
-    uint32_t len = 0;
-    uint32_t r = encode(nullptr, &len);
-    if (rc) *rc = r;
-    if (r != 0) return {};
-    if (len > 0) {
-        Bytes shortBuffer(len - 1);
-        uint32_t shortLen = len - 1;
-        EXPECT_EQ(encode(shortBuffer.data(), &shortLen), uint32_t{TV_ERR_BUFFER_TOO_SMALL});
-        EXPECT_EQ(shortLen, len);
-    }
-    Bytes out(len);
-    EXPECT_EQ(encode(out.data(), &len), 0u);
-    out.resize(len);
-    return out;
-}
+using Encoder = Writer;
 
 const uint8_t* P(const char* s) { return reinterpret_cast<const uint8_t*>(s); }
 
@@ -43,7 +25,6 @@ const LibraryTime kMarch5{2024, 3, 5, 6, 7, 8};
 const std::string kMarch5Der = "18 0F 3230323430333035303630373038 5A";  // "20240305060708Z"
 const uint8_t kParentOid[] = {3, 0x2A, 0x85, 0x03};                          // 1.2.643
 
-bool SameTime(const LibraryTime& a, const LibraryTime& b) { return std::memcmp(&a, &b, sizeof a) == 0; }
 
 TEST(PrivateExtensions, DescriptorsDeviateOnlyWhereThePeersDo) {
     // The lint refuses universal-class retagging in general; here it is the contract, exactly at
@@ -256,17 +237,13 @@ TEST(PrivateExtensions, StoreListsBuildEncodeDecodeRemove) {
 
         ASSERT_EQ(api.decode(der.data(), uint32_t(der.size()), &list), 0u);
         uint32_t count = 0, kind = 0, len = 0;
-        uint8_t data[4];
         EXPECT_EQ(api.count(list, &count), 0u);
         EXPECT_EQ(count, 2u);
         EXPECT_EQ(api.remove(list, 2), 32u);
         EXPECT_EQ(api.remove(list, 0), 0u);
-        len = 0;
-        EXPECT_EQ(api.get(list, 0, &kind, data, &len), uint32_t{TV_ERR_BUFFER_TOO_SMALL});
-        len = sizeof data;
-        ASSERT_EQ(api.get(list, 0, &kind, data, &len), 0u);
-        EXPECT_EQ(kind * 100 + len, 201u);
-        EXPECT_EQ(api.get(list, 1, &kind, data, &len), 32u);
+        EXPECT_EQ(ToHex(Sized([&](uint8_t* o, uint32_t* n) { return api.get(list, 0, &kind, o, n); })), "CC");
+        EXPECT_EQ(kind, 2u);
+        EXPECT_EQ(api.get(list, 1, &kind, nullptr, &len), 32u);
         EXPECT_EQ(api.decode(der.data(), 0, &list), 32u);
         EXPECT_EQ(api.free(list), 0u);
         EXPECT_EQ(api.free(nullptr), 0u);

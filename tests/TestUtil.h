@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -18,6 +19,20 @@ inline std::string ToHex(const Bytes& b) { return ToHex(b.data(), b.size()); }
 
 Bytes ReadFile(const std::string& path);
 std::string Fixture(const std::string& relative);
+
+// Any size-protocol writer (null buffer asks for the size): asks, checks that a buffer one octet
+// short gives 49 with the size kept, then writes. Without `rc` success is expected; with it the
+// code is stored and an empty vector returned on failure.
+using Writer = std::function<uint32_t(uint8_t*, uint32_t*)>;
+Bytes Sized(const Writer& write, uint32_t* rc = nullptr);
+
+// Hex without separators, for substring searches in encodings.
+std::string Flat(const Bytes& b);
+// Dotted OID text -> packed form (length octet first).
+Bytes Packed(const char* dotted);
+bool SameTime(const LibraryTime& a, const LibraryTime& b);
+// DER of every PEM certificate in /etc/ssl/certs (empty if there are none), with its file name.
+std::vector<std::pair<std::string, Bytes>> SystemCaCertificates();
 
 // Encodes with Asn1Encode; on failure returns an empty vector and stores the code.
 Bytes Encode(const void* value, const Asn1Descriptor* d, uint32_t* rc = nullptr);

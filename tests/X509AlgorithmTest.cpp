@@ -15,13 +15,6 @@ using namespace tv;
 
 namespace {
 
-Bytes Packed(const char* dotted) {
-    uint8_t buf[64];
-    uint32_t n = sizeof buf;
-    EXPECT_EQ(ConvertStringToOid(dotted, buf, &n), TV_OK) << dotted;
-    return Bytes(buf, buf + n);
-}
-
 // The DER element of an identifier given as packed form.
 Bytes OidElement(const Bytes& packed) {
     Bytes e{ASN1_OBJECT_IDENTIFIER, packed[0]};
@@ -78,6 +71,16 @@ Parts DecodeSpki(const Bytes& spki) {
         p.params.assign(params, params + paramsLen);
     }
     return p;
+}
+
+// The parameter block encoders, through the size protocol.
+Bytes Ids2001(uint8_t mode, uint32_t key, uint32_t digest, uint32_t cipher) {
+    return Sized([&](uint8_t* o, uint32_t* n) { return EncodeAlgorithmGostR34102001Parameters(mode, key, digest, cipher, o, n); });
+}
+Bytes Oids(uint32_t algId, uint8_t mode, const uint8_t* key, const uint8_t* digest, const uint8_t* cipher) {
+    return Sized([&](uint8_t* o, uint32_t* n) {
+        return EncodeAlgorithmGostR3410ParametersOid(algId, mode, key, digest, cipher, o, n);
+    });
 }
 
 uint32_t DecodeIds(const Bytes& params, uint8_t* mode, uint32_t ids[3]) {
@@ -150,20 +153,18 @@ TEST(X509Algorithm, ParameterSetRowsEncodeAndDecode) {
         // DER leaves out an encryption set equal to the 2001 default (CryptoPro A).
         const Bytes expected = ids[kCipher] == 1 ? Block({oids[0], oids[1]}) : Block({oids[0], oids[1], oids[2]});
 
-        uint8_t block[64];
-        uint32_t n = sizeof block;
-        ASSERT_EQ(EncodeAlgorithmGostR34102001Parameters(1, ids[0], ids[1], ids[2], block, &n), TV_OK);
-        EXPECT_EQ(ToHex(block, n), ToHex(expected));
+        const Bytes block = Ids2001(1, ids[0], ids[1], ids[2]);
+        EXPECT_EQ(ToHex(block), ToHex(expected));
 
         uint8_t mode = 0;
         uint32_t got[3] = {};
-        ASSERT_EQ(DecodeIds(Bytes(block, block + n), &mode, got), TV_OK);
+        ASSERT_EQ(DecodeIds(block, &mode, got), TV_OK);
         EXPECT_EQ(mode, 1);
         EXPECT_TRUE(std::equal(got, got + 3, ids));
 
         uint8_t o[3][32];
         uint32_t on[3] = {32, 32, 32};
-        ASSERT_EQ(DecodeAlgorithmGostR34102001ParameterOids(block, n, &mode, o[0], &on[0], o[1], &on[1], o[2], &on[2]),
+        ASSERT_EQ(DecodeAlgorithmGostR34102001ParameterOids(block.data(), static_cast<uint32_t>(block.size()), &mode, o[0], &on[0], o[1], &on[1], o[2], &on[2]),
                   TV_OK);
         for (int i = 0; i < 3; ++i) EXPECT_EQ(Bytes(o[i], o[i] + on[i]), Packed(oids[i])) << i;
     }
@@ -207,10 +208,7 @@ TEST(X509Algorithm, RealCertificateBlocksRoundTrip) {
         EXPECT_EQ(ids[0], row.keySet);
         EXPECT_EQ(ids[1], row.digestSet);
         EXPECT_EQ(ids[2], 1u);
-        uint8_t again[64];
-        uint32_t n = sizeof again;
-        ASSERT_EQ(EncodeAlgorithmGostR34102001Parameters(mode, ids[0], ids[1], ids[2], again, &n), TV_OK);
-        EXPECT_EQ(ToHex(again, n), ToHex(p.params));
+        EXPECT_EQ(ToHex(Ids2001(mode, ids[0], ids[1], ids[2])), ToHex(p.params));
 
         // OIDs through the block of the key's own algorithm: the 2012 block's default is set Z.
         uint8_t o[3][32];
@@ -220,9 +218,7 @@ TEST(X509Algorithm, RealCertificateBlocksRoundTrip) {
                   TV_OK);
         EXPECT_EQ(Bytes(o[0], o[0] + on[0]), Packed(row.keySetOid));
         EXPECT_EQ(Bytes(o[2], o[2] + on[2]), Packed(algId == 102 ? "1.2.643.2.2.31.1" : "1.2.643.7.1.2.5.1.1"));
-        n = sizeof again;
-        ASSERT_EQ(EncodeAlgorithmGostR3410ParametersOid(algId, mode, o[0], o[1], o[2], again, &n), TV_OK);
-        EXPECT_EQ(ToHex(again, n), ToHex(p.params));
+        EXPECT_EQ(ToHex(Oids(algId, mode, o[0], o[1], o[2])), ToHex(p.params));
 
         // The key: an OCTET STRING of 64 or 128 octets inside the bit string, unchanged both ways.
         uint8_t raw[200];
@@ -230,10 +226,7 @@ TEST(X509Algorithm, RealCertificateBlocksRoundTrip) {
         ASSERT_EQ(DecodePublicKeyGostR34102012(p.key.data(), static_cast<uint32_t>(p.key.size()), raw, &rawLen),
                   TV_OK);
         EXPECT_EQ(rawLen, algId == 3001 ? 128u : 64u);
-        uint8_t wrapped[200];
-        uint32_t wrappedLen = sizeof wrapped;
-        ASSERT_EQ(EncodeGostR34102001PublicKey(raw, rawLen, wrapped, &wrappedLen), TV_OK);
-        EXPECT_EQ(Bytes(wrapped, wrapped + wrappedLen), p.key);
+        EXPECT_EQ(Sized([&](uint8_t* o, uint32_t* n) { return EncodeGostR34102001PublicKey(raw, rawLen, o, n); }), p.key);
 
         // The tree: checked key and ids, and the whole SubjectPublicKeyInfo re-encodes unchanged.
         Tree tree(&desc::kSubjectPublicKeyInfo);
@@ -270,16 +263,8 @@ TEST(X509Algorithm, ModesNullAndAbsent) {
     for (const auto& row : rows) {
         SCOPED_TRACE(static_cast<int>(row.mode));
         const Bytes params = Hex(row.params);
-        for (uint32_t algId : {102u, 3000u, 3001u}) {
-            uint8_t out[8];
-            uint32_t n = sizeof out;
-            ASSERT_EQ(EncodeAlgorithmGostR3410ParametersOid(algId, row.mode, nullptr, nullptr, nullptr, out, &n), TV_OK);
-            EXPECT_EQ(Bytes(out, out + n), params);
-        }
-        uint8_t out[8];
-        uint32_t n = sizeof out;
-        ASSERT_EQ(EncodeAlgorithmGostR34102001Parameters(row.mode, 99, 99, 99, out, &n), TV_OK);  // ids unused
-        EXPECT_EQ(Bytes(out, out + n), params);
+        for (uint32_t algId : {102u, 3000u, 3001u}) EXPECT_EQ(Oids(algId, row.mode, nullptr, nullptr, nullptr), params);
+        EXPECT_EQ(Ids2001(row.mode, 99, 99, 99), params);  // ids unused
 
         uint8_t mode = 7;
         uint32_t lens[3] = {5, 5, 5};
@@ -350,17 +335,21 @@ TEST(X509Algorithm, ParameterBlockFailures) {
     EXPECT_EQ(DecodeAlgorithmGostR34102001Parameters(good.data(), 2, nullptr, &id, &id, &id), TV_ERR_INVALID_ARGUMENT);
 
     // Ids 1, 1, 9 carry the TC26 set Z explicitly in the 2001 block.
-    len = sizeof out;
-    ASSERT_EQ(EncodeAlgorithmGostR34102001Parameters(1, 1, 1, 9, out, &len), TV_OK);
-    EXPECT_EQ(ToHex(out, len), ToHex(Block({"1.2.643.2.2.35.1", "1.2.643.2.2.30.1", "1.2.643.7.1.2.5.1.1"})));
+    EXPECT_EQ(ToHex(Ids2001(1, 1, 1, 9)), ToHex(Block({"1.2.643.2.2.35.1", "1.2.643.2.2.30.1", "1.2.643.7.1.2.5.1.1"})));
     // In the 2012 block set Z is the default and is left out, CryptoPro A is kept.
     const Bytes z = Packed("1.2.643.7.1.2.5.1.1"), cpA = Packed("1.2.643.2.2.31.1");
-    len = sizeof out;
-    ASSERT_EQ(EncodeAlgorithmGostR34102012ParametersOid(1, a.data(), d.data(), z.data(), out, &len), TV_OK);
-    EXPECT_EQ(ToHex(out, len), ToHex(good));
-    len = sizeof out;
-    ASSERT_EQ(EncodeAlgorithmGostR34102012ParametersOid(1, a.data(), d.data(), cpA.data(), out, &len), TV_OK);
-    EXPECT_EQ(ToHex(out, len), ToHex(Block({"1.2.643.2.2.35.1", "1.2.643.2.2.30.1", "1.2.643.2.2.31.1"})));
+    auto oids2012 = [&](const Bytes& cipher) {
+        return Sized([&](uint8_t* o, uint32_t* n) {
+            return EncodeAlgorithmGostR34102012ParametersOid(1, a.data(), d.data(), cipher.data(), o, n);
+        });
+    };
+    EXPECT_EQ(ToHex(oids2012(z)), ToHex(good));
+    EXPECT_EQ(ToHex(oids2012(cpA)), ToHex(Block({"1.2.643.2.2.35.1", "1.2.643.2.2.30.1", "1.2.643.2.2.31.1"})));
+    // The 2001 block keeps set Z and leaves out CryptoPro A.
+    EXPECT_EQ(ToHex(Sized([&](uint8_t* o, uint32_t* n) {
+                  return EncodeAlgorithmGostR34102001ParametersOid(1, a.data(), d.data(), cpA.data(), o, n);
+              })),
+              ToHex(good));
 }
 
 // ParameterOids delivers all three OIDs before choosing its result: encryption, digest, key.
