@@ -84,16 +84,6 @@ constinit const Family kRevokedFamily{&kRevokedCertificates, Module::X509Crl, 0}
 constexpr uint32_t kSearchSerialLimit = 150;
 constexpr uint32_t kSearchIssuerLimit = 1500;
 
-void** SlotsOf(const X509Crl* crl) { return reinterpret_cast<void**>(const_cast<X509Crl*>(crl)); }
-
-// The slots of the to-be-signed part: null CRL 32, no part 311.
-uint32_t TbsOf(const X509Crl* crl, void*** tbs) {
-    if (!crl) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
-    auto** part = static_cast<void**>(SlotsOf(crl)[kCrlTbsCertList]);
-    if (!part) return TV_FAIL(TV_ERR_ABSENT);
-    *tbs = part;
-    return TV_OK;
-}
 
 Asn1List* RevokedListOf(void** tbs) { return static_cast<Asn1List*>(tbs[kCrlRevokedCertificates]); }
 
@@ -202,6 +192,15 @@ uint32_t FollowCertificateIssuer(void** entry, IssuerInForce& inForce) {
 }
 
 }  // namespace
+
+uint32_t TbsOf(const X509Crl* crl, void*** tbs) noexcept {
+    if (!crl) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
+    auto** part = static_cast<void**>(SlotsOf(crl)[kCrlTbsCertList]);
+    if (!part) return TV_FAIL(TV_ERR_ABSENT);
+    *tbs = part;
+    return TV_OK;
+}
+
 }  // namespace tv
 
 using namespace tv;

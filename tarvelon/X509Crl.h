@@ -3,6 +3,7 @@
 #pragma once
 
 #include "tarvelon/Descriptor.h"
+#include "tarvelon/crl.h"
 
 namespace tv::desc {
 
@@ -49,3 +50,13 @@ extern const Asn1Descriptor kRevokedCertificates;
 extern const Asn1Descriptor kX509Crls;
 
 }  // namespace tv::desc
+
+namespace tv {
+
+// The three slots of a CRL value (CertificateListSlot).
+inline void** SlotsOf(const X509Crl* crl) noexcept { return reinterpret_cast<void**>(const_cast<X509Crl*>(crl)); }
+
+// The slots of a CRL's to-be-signed part, for both CRL modules: null CRL 32, no part 311.
+uint32_t TbsOf(const X509Crl* crl, void*** tbs) noexcept;
+
+}  // namespace tv

@@ -14,16 +14,6 @@ namespace {
 
 using namespace desc;
 
-void** SlotsOf(const X509Crl* crl) { return reinterpret_cast<void**>(const_cast<X509Crl*>(crl)); }
-
-// The slots of the to-be-signed part: null CRL 32, no part 311.
-uint32_t TbsOf(const X509Crl* crl, void*** tbs) {
-    if (!crl) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
-    auto** part = static_cast<void**>(SlotsOf(crl)[kCrlTbsCertList]);
-    if (!part) return TV_FAIL(TV_ERR_ABSENT);
-    *tbs = part;
-    return TV_OK;
-}
 
 // DER of a value with the size protocol in a fresh block (measure, allocate, encode).
 template <typename Encode>
