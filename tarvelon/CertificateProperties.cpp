@@ -5,6 +5,7 @@
 #include "tarvelon/Certificate.h"
 #include "tarvelon/Engine.h"
 #include "tarvelon/GeneralNames.h"
+#include "tarvelon/GeneralObjects.h"
 #include "tarvelon/X509Algorithm.h"
 #include "tarvelon/X509Extension.h"
 #include "tarvelon/X509Name.h"
@@ -264,10 +265,7 @@ extern "C" TV_API uint32_t SetCertificateExtensionCrlDistributionPoints(Certific
                               reinterpret_cast<const uint8_t*>(url), static_cast<uint32_t>(std::strlen(url))));
     CrlDistributionPoints* points = nullptr;
     TV_TRY(CreateExtensionCrlDistributionPoints(&points));
-    struct PointsGuard {
-        CrlDistributionPoints* p;
-        ~PointsGuard() { FreeExtensionCrlDistributionPoints(p); }
-    } pointsGuard{points};
+    const OwnedValue pointsGuard(&desc::kCrlDistributionPoints, points);
     // The list takes the names over once the point is added.
     TV_TRY(AddExtensionCrlDistributionPoint(points, names.as<GeneralNames>(), nullptr, 0, nullptr));
     names.Release();
