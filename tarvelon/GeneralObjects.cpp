@@ -630,9 +630,6 @@ extern "C" TV_API uint32_t DecodeExtensionIssuingDistributionPoint(
 
 // ---- CRL distribution points ---------------------------------------------------------------------
 
-extern "C" TV_API uint32_t CreateExtensionCrlDistributionPoints(CrlDistributionPoints** outList) {
-    return CreateT(kCrlDistributionPointsFamily, outList);
-}
 
 extern "C" TV_API uint32_t AddExtensionCrlDistributionPoint(CrlDistributionPoints* list, GeneralNames* fullName,
                                                             X509Name* relativeName, uint32_t reasons,
@@ -678,33 +675,13 @@ extern "C" TV_API uint32_t GetExtensionCrlDistributionPoint(const CrlDistributio
     return TV_OK;
 }
 
-extern "C" TV_API uint32_t RemoveExtensionCrlDistributionPoint(CrlDistributionPoints* list, uint32_t index) {
-    return ListRemoveT(kCrlDistributionPointsFamily, list, index);
-}
+TV_EXTENSION_LIST_MEMBERS(CrlDistributionPoints, kCrlDistributionPointsFamily,
+                          CrlDistributionPoints, CrlDistributionPoint, CrlDistributionPoints)
 
-extern "C" TV_API uint32_t FreeExtensionCrlDistributionPoints(CrlDistributionPoints* list) {
-    return FreeT(kCrlDistributionPointsFamily, list);
-}
 
-extern "C" TV_API uint32_t GetExtensionCrlDistributionPointsCount(const CrlDistributionPoints* list, uint32_t* outCount) {
-    return ListCountT(kCrlDistributionPointsFamily, list, outCount);
-}
-
-extern "C" TV_API uint32_t EncodeExtensionCrlDistributionPoints(const CrlDistributionPoints* list, uint8_t* out,
-                                                                uint32_t* outLen) {
-    return EncodeListT(kCrlDistributionPointsFamily, list, out, outLen);
-}
-
-extern "C" TV_API uint32_t DecodeExtensionCrlDistributionPoints(const uint8_t* in, uint32_t inLen,
-                                                                CrlDistributionPoints** outList) {
-    return DecodeListT(kCrlDistributionPointsFamily, in, inLen, outList);
-}
 
 // ---- extended key usage -------------------------------------------------------------------------------
 
-extern "C" TV_API uint32_t CreateExtensionExtendedKeyUsage(ExtendedKeyUsage** outList) {
-    return CreateT(kExtendedKeyUsageFamily, outList);
-}
 
 extern "C" TV_API uint32_t AddExtensionExtendedKeyUsage(ExtendedKeyUsage* list, const uint8_t* purposeOid) {
     if (!list) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
@@ -720,31 +697,13 @@ extern "C" TV_API uint32_t GetExtensionExtendedKeyUsage(const ExtendedKeyUsage* 
     return OidToPacked(purpose, outOid, outOidLen);
 }
 
-extern "C" TV_API uint32_t RemoveExtensionExtendedKeyUsage(ExtendedKeyUsage* list, uint32_t index) {
-    return ListRemoveT(kExtendedKeyUsageFamily, list, index);
-}
+TV_EXTENSION_LIST_MEMBERS(ExtendedKeyUsage, kExtendedKeyUsageFamily,
+                          ExtendedKeyUsage, ExtendedKeyUsage, ExtendedKeyUsage)
 
-extern "C" TV_API uint32_t FreeExtensionExtendedKeyUsage(ExtendedKeyUsage* list) {
-    return FreeT(kExtendedKeyUsageFamily, list);
-}
 
-extern "C" TV_API uint32_t GetExtensionExtendedKeyUsageCount(const ExtendedKeyUsage* list, uint32_t* outCount) {
-    return ListCountT(kExtendedKeyUsageFamily, list, outCount);
-}
-
-extern "C" TV_API uint32_t EncodeExtensionExtendedKeyUsage(const ExtendedKeyUsage* list, uint8_t* out, uint32_t* outLen) {
-    return EncodeListT(kExtendedKeyUsageFamily, list, out, outLen);
-}
-
-extern "C" TV_API uint32_t DecodeExtensionExtendedKeyUsage(const uint8_t* in, uint32_t inLen, ExtendedKeyUsage** outList) {
-    return DecodeListT(kExtendedKeyUsageFamily, in, inLen, outList);
-}
 
 // ---- authority information access -------------------------------------------------------------------
 
-extern "C" TV_API uint32_t CreateExtensionAuthorityInformationAccess(AuthorityInformationAccess** outList) {
-    return CreateT(kAuthorityInformationAccessFamily, outList);
-}
 
 extern "C" TV_API uint32_t AddExtensionAuthorityInformationAccess(AuthorityInformationAccess* list,
                                                                   const uint8_t* methodOid, GeneralName* location) {
@@ -772,34 +731,13 @@ extern "C" TV_API uint32_t GetExtensionAuthorityInformationAccess(const Authorit
     return TV_OK;
 }
 
-extern "C" TV_API uint32_t RemoveExtensionAuthorityInformationAccess(AuthorityInformationAccess* list, uint32_t index) {
-    return ListRemoveT(kAuthorityInformationAccessFamily, list, index);
-}
+TV_EXTENSION_LIST_MEMBERS(AuthorityInformationAccess, kAuthorityInformationAccessFamily,
+                          AuthorityInformationAccess, AuthorityInformationAccess, AuthorityInformationAccess)
 
-extern "C" TV_API uint32_t FreeExtensionAuthorityInformationAccess(AuthorityInformationAccess* list) {
-    return FreeT(kAuthorityInformationAccessFamily, list);
-}
 
-extern "C" TV_API uint32_t GetExtensionAuthorityInformationAccessCount(const AuthorityInformationAccess* list,
-                                                                       uint32_t* outCount) {
-    return ListCountT(kAuthorityInformationAccessFamily, list, outCount);
-}
-
-extern "C" TV_API uint32_t EncodeExtensionAuthorityInformationAccess(const AuthorityInformationAccess* list, uint8_t* out,
-                                                                     uint32_t* outLen) {
-    return EncodeListT(kAuthorityInformationAccessFamily, list, out, outLen);
-}
-
-extern "C" TV_API uint32_t DecodeExtensionAuthorityInformationAccess(const uint8_t* in, uint32_t inLen,
-                                                                     AuthorityInformationAccess** outList) {
-    return DecodeListT(kAuthorityInformationAccessFamily, in, inLen, outList);
-}
 
 // ---- certificate policies -------------------------------------------------------------------------------
 
-extern "C" TV_API uint32_t CreateExtensionCertificatePolicies(CertificatePolicies** outList) {
-    return CreateT(kCertificatePoliciesFamily, outList);
-}
 
 extern "C" TV_API uint32_t AddExtensionPolicyInformation(CertificatePolicies* list, const uint8_t* policyOid,
                                                          uint32_t* outIndex) {
@@ -821,27 +759,10 @@ extern "C" TV_API uint32_t GetExtensionPolicyInformation(const CertificatePolici
     return OidToPacked(id, outOid, outOidLen);
 }
 
-extern "C" TV_API uint32_t RemoveExtensionPolicyInformation(CertificatePolicies* list, uint32_t index) {
-    return ListRemoveT(kCertificatePoliciesFamily, list, index);
-}
+TV_EXTENSION_LIST_MEMBERS(CertificatePolicies, kCertificatePoliciesFamily,
+                          CertificatePolicies, PolicyInformation, PolicyInformation)
 
-extern "C" TV_API uint32_t FreeExtensionCertificatePolicies(CertificatePolicies* list) {
-    return FreeT(kCertificatePoliciesFamily, list);
-}
 
-extern "C" TV_API uint32_t GetExtensionPolicyInformationCount(const CertificatePolicies* list, uint32_t* outCount) {
-    return ListCountT(kCertificatePoliciesFamily, list, outCount);
-}
-
-extern "C" TV_API uint32_t EncodeExtensionCertificatePolicies(const CertificatePolicies* list, uint8_t* out,
-                                                              uint32_t* outLen) {
-    return EncodeListT(kCertificatePoliciesFamily, list, out, outLen);
-}
-
-extern "C" TV_API uint32_t DecodeExtensionCertificatePolicies(const uint8_t* in, uint32_t inLen,
-                                                              CertificatePolicies** outList) {
-    return DecodeListT(kCertificatePoliciesFamily, in, inLen, outList);
-}
 
 // The new qualifier record is what joins the policy's qualifier list (appending the policy record
 // itself, as earlier releases did, would make the policy contain itself). The qualifier bytes must

@@ -104,3 +104,23 @@ inline uint32_t DecodeListT(const Family& f, const uint8_t* in, uint32_t inLen, 
                                                      uint32_t* outLen) {                                     \
         return ::tv::DecodeScalar(descriptor, in, inLen, out, outLen);                                       \
     }
+
+// The members every list-valued extension value shares, as exported names over the FamilyOps list
+// members: CreateExtension<List>, FreeExtension<List>, EncodeExtension<List>, DecodeExtension<List>,
+// RemoveExtension<Item> and GetExtension<Counted>Count. Add and Get know the element's shape and
+// are written per list.
+#define TV_EXTENSION_LIST_MEMBERS(Type, family, List, Item, Counted)                                        \
+    extern "C" TV_API uint32_t CreateExtension##List(Type** outList) { return ::tv::CreateT(family, outList); } \
+    extern "C" TV_API uint32_t FreeExtension##List(Type* list) { return ::tv::FreeT(family, list); }            \
+    extern "C" TV_API uint32_t RemoveExtension##Item(Type* list, uint32_t index) {                             \
+        return ::tv::ListRemoveT(family, list, index);                                                           \
+    }                                                                                                            \
+    extern "C" TV_API uint32_t GetExtension##Counted##Count(const Type* list, uint32_t* outCount) {            \
+        return ::tv::ListCountT(family, list, outCount);                                                         \
+    }                                                                                                            \
+    extern "C" TV_API uint32_t EncodeExtension##List(const Type* list, uint8_t* out, uint32_t* outLen) {       \
+        return ::tv::EncodeListT(family, list, out, outLen);                                                     \
+    }                                                                                                            \
+    extern "C" TV_API uint32_t DecodeExtension##List(const uint8_t* in, uint32_t inLen, Type** outList) {      \
+        return ::tv::DecodeListT(family, in, inLen, outList);                                                    \
+    }

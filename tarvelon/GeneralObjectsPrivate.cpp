@@ -445,9 +445,7 @@ extern "C" TV_API uint32_t DecodeExtensionRequestBlockingDate(const uint8_t* in,
 // ---- store lists: one shape under three names ---------------------------------------------------------
 
 #define TV_STORE_LIST(Name)                                                                                       \
-    extern "C" TV_API uint32_t CreateExtension##Name(StoreItems** outList) {                                      \
-        return CreateT(kStoreItemsFamily, outList);                                                               \
-    }                                                                                                              \
+    TV_EXTENSION_LIST_MEMBERS(StoreItems, kStoreItemsFamily, Name, Name, Name)                                    \
     extern "C" TV_API uint32_t AddExtension##Name(StoreItems* list, uint32_t kind, const uint8_t* in,             \
                                                   uint32_t inLen) {                                                \
         return AddStoreItem(list, kind, in, inLen);                                                                \
@@ -455,19 +453,6 @@ extern "C" TV_API uint32_t DecodeExtensionRequestBlockingDate(const uint8_t* in,
     extern "C" TV_API uint32_t GetExtension##Name(const StoreItems* list, uint32_t index, uint32_t* outKind,      \
                                                   uint8_t* out, uint32_t* outLen) {                                \
         return GetStoreItem(list, index, outKind, out, outLen);                                                    \
-    }                                                                                                              \
-    extern "C" TV_API uint32_t RemoveExtension##Name(StoreItems* list, uint32_t index) {                          \
-        return ListRemoveT(kStoreItemsFamily, list, index);                                                        \
-    }                                                                                                              \
-    extern "C" TV_API uint32_t FreeExtension##Name(StoreItems* list) { return FreeT(kStoreItemsFamily, list); }   \
-    extern "C" TV_API uint32_t GetExtension##Name##Count(const StoreItems* list, uint32_t* outCount) {            \
-        return ListCountT(kStoreItemsFamily, list, outCount);                                                      \
-    }                                                                                                              \
-    extern "C" TV_API uint32_t EncodeExtension##Name(const StoreItems* list, uint8_t* out, uint32_t* outLen) {    \
-        return EncodeT(kStoreItemsFamily, list, out, outLen);                                                      \
-    }                                                                                                              \
-    extern "C" TV_API uint32_t DecodeExtension##Name(const uint8_t* in, uint32_t inLen, StoreItems** outList) {   \
-        return DecodeListT(kStoreItemsFamily, in, inLen, outList);                                                  \
     }
 
 TV_STORE_LIST(StoreCertificates)
@@ -477,9 +462,6 @@ TV_STORE_LIST(StoreOcspRequestDocuments)
 
 // ---- OCSP check results ---------------------------------------------------------------------------------
 
-extern "C" TV_API uint32_t CreateExtensionOcspCheckFileExtResults(OcspCheckFileExtResults** outList) {
-    return CreateT(kExtResultsFamily, outList);
-}
 
 // The caller's items and names join the element only once everything else is built, and leave it
 // again if the append fails, so a failed add frees nothing of theirs. A null items list stands for
@@ -531,25 +513,8 @@ extern "C" TV_API uint32_t GetExtensionOcspCheckFileExtResults(const OcspCheckFi
     return FirstFailure({resultKind, text, statusKind, checkTime});
 }
 
-extern "C" TV_API uint32_t RemoveExtensionOcspCheckFileExtResults(OcspCheckFileExtResults* list, uint32_t index) {
-    return ListRemoveT(kExtResultsFamily, list, index);
-}
+TV_EXTENSION_LIST_MEMBERS(OcspCheckFileExtResults, kExtResultsFamily,
+                          OcspCheckFileExtResults, OcspCheckFileExtResults, OcspCheckFileExtResults)
 
-extern "C" TV_API uint32_t FreeExtensionOcspCheckFileExtResults(OcspCheckFileExtResults* list) {
-    return FreeT(kExtResultsFamily, list);
-}
 
-extern "C" TV_API uint32_t GetExtensionOcspCheckFileExtResultsCount(const OcspCheckFileExtResults* list,
-                                                                    uint32_t* outCount) {
-    return ListCountT(kExtResultsFamily, list, outCount);
-}
 
-extern "C" TV_API uint32_t EncodeExtensionOcspCheckFileExtResults(const OcspCheckFileExtResults* list, uint8_t* out,
-                                                                  uint32_t* outLen) {
-    return EncodeT(kExtResultsFamily, list, out, outLen);
-}
-
-extern "C" TV_API uint32_t DecodeExtensionOcspCheckFileExtResults(const uint8_t* in, uint32_t inLen,
-                                                                  OcspCheckFileExtResults** outList) {
-    return DecodeListT(kExtResultsFamily, in, inLen, outList);
-}
