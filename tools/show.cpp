@@ -641,27 +641,15 @@ uint32_t DecodeScalar(ScalarDecoder decode, const Bytes& v, Bytes& content) {
                  [&](uint8_t* o, uint32_t* n) { return decode(v.data(), static_cast<uint32_t>(v.size()), o, n); });
 }
 
-template <ScalarDecoder Decode>
-uint32_t PrintHexScalar(const Bytes& v, Lines& out) {
-    Bytes content;
-    if (uint32_t rc = DecodeScalar(Decode, v, content)) return rc;
-    out.Add(0, Hex(content));
-    return TV_OK;
-}
+// A scalar value shown through one formatter of its content octets.
+std::string HexOf(const Bytes& b) { return Hex(b); }
+std::string TextOf(const Bytes& b) { return PlainText(b); }
 
-template <ScalarDecoder Decode>
-uint32_t PrintTextScalar(const Bytes& v, Lines& out) {
+template <ScalarDecoder Decode, std::string (*Format)(const Bytes&)>
+uint32_t PrintScalar(const Bytes& v, Lines& out) {
     Bytes content;
     if (uint32_t rc = DecodeScalar(Decode, v, content)) return rc;
-    out.Add(0, PlainText(content));
-    return TV_OK;
-}
-
-template <ScalarDecoder Decode>
-uint32_t PrintIntegerScalar(const Bytes& v, Lines& out) {
-    Bytes content;
-    if (uint32_t rc = DecodeScalar(Decode, v, content)) return rc;
-    out.Add(0, IntegerText(content));
+    out.Add(0, Format(content));
     return TV_OK;
 }
 
@@ -909,17 +897,17 @@ struct ExtensionKind {
 };
 
 const ExtensionKind kExtensions[] = {
-    {"2.5.29.14", "subjectKeyIdentifier", PrintHexScalar<DecodeExtensionSubjectKeyIdentifier>},
+    {"2.5.29.14", "subjectKeyIdentifier", PrintScalar<DecodeExtensionSubjectKeyIdentifier, HexOf>},
     {"2.5.29.15", "keyUsage", PrintKeyUsage},
     {"2.5.29.16", "privateKeyUsagePeriod", PrintPrivateKeyUsagePeriod},
     {"2.5.29.17", "subjectAltName", PrintGeneralNames},
     {"2.5.29.18", "issuerAltName", PrintGeneralNames},
     {"2.5.29.19", "basicConstraints", PrintBasicConstraints},
-    {"2.5.29.20", "cRLNumber", PrintIntegerScalar<DecodeExtensionCrlNumber>},
+    {"2.5.29.20", "cRLNumber", PrintScalar<DecodeExtensionCrlNumber, IntegerText>},
     {"2.5.29.21", "reasonCode", PrintReasonCode},
     {"2.5.29.23", "holdInstructionCode", PrintHoldInstruction},
     {"2.5.29.24", "invalidityDate", PrintInvalidityDate},
-    {"2.5.29.27", "deltaCRLIndicator", PrintIntegerScalar<DecodeExtensionDeltaCrlIndicator>},
+    {"2.5.29.27", "deltaCRLIndicator", PrintScalar<DecodeExtensionDeltaCrlIndicator, IntegerText>},
     {"2.5.29.28", "issuingDistributionPoint", PrintIssuingDistributionPoint},
     {"2.5.29.29", "certificateIssuer", PrintGeneralNames},
     {"2.5.29.30", "nameConstraints", nullptr},
@@ -934,12 +922,12 @@ const ExtensionKind kExtensions[] = {
     {"1.3.6.1.5.5.7.1.1", "authorityInfoAccess", PrintInformationAccess},
     {"1.3.6.1.5.5.7.1.3", "qcStatements", nullptr},
     {"1.3.6.1.5.5.7.1.11", "subjectInfoAccess", PrintInformationAccess},
-    {"1.3.6.1.5.5.7.48.1.2", "OCSP nonce", PrintHexScalar<DecodeExtensionOcspNonce>},
+    {"1.3.6.1.5.5.7.48.1.2", "OCSP nonce", PrintScalar<DecodeExtensionOcspNonce, HexOf>},
     {"1.3.6.1.5.5.7.48.1.5", "OCSP no check", nullptr},
     {"2.16.840.1.113730.1.1", "netscapeCertType", PrintNetscapeType},
-    {"1.2.643.100.111", "subjectSignTool", PrintTextScalar<DecodeExtensionSubjectSignTool>},
+    {"1.2.643.100.111", "subjectSignTool", PrintScalar<DecodeExtensionSubjectSignTool, TextOf>},
     {"1.2.643.100.112", "issuerSignTool", PrintIssuerSignTool},
-    {"1.2.643.3.901.3.1", "Kestrune key identifier", PrintTextScalar<DecodeExtensionKestruneKeyIdentifier>},
+    {"1.2.643.3.901.3.1", "Kestrune key identifier", PrintScalar<DecodeExtensionKestruneKeyIdentifier, TextOf>},
 };
 
 const ExtensionKind* FindExtension(const std::string& dotted) {
