@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "tarvelon/Text.h"
+#include "tarvelon/text/Text.h"
 #include "tarvelon/tarvelon.h"
 
 // OpenSSL's headers cannot share a translation unit with ours (its ASN1_INTEGER... typedefs collide

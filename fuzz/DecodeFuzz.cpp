@@ -7,15 +7,15 @@
 #include <cstdlib>
 #include <cstring>
 
-#include "tarvelon/Certificate.h"
-#include "tarvelon/GeneralObjects.h"
-#include "tarvelon/RsaAttributes.h"
-#include "tarvelon/X509Crl.h"
-#include "tarvelon/X509Extension.h"
-#include "tarvelon/pkcs10.h"
+#include "tarvelon/x509/Certificate.h"
+#include "tarvelon/extensions/GeneralObjects.h"
+#include "tarvelon/extensions/RsaAttributes.h"
+#include "tarvelon/x509/X509Crl.h"
+#include "tarvelon/extensions/X509Extension.h"
+#include "tarvelon/x509/pkcs10.h"
 #include "tarvelon/tarvelon.h"
-#include "tarvelon/Descriptor.h"
-#include "tarvelon/Engine.h"
+#include "tarvelon/engine/Descriptor.h"
+#include "tarvelon/engine/Engine.h"
 
 namespace {
 

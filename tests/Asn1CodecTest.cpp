@@ -7,11 +7,11 @@
 #include <filesystem>
 
 #include "TestUtil.h"
-#include "tarvelon/Certificate.h"
-#include "tarvelon/X509Crl.h"
-#include "tarvelon/pkcs10.h"
-#include "tarvelon/Descriptor.h"
-#include "tarvelon/Engine.h"
+#include "tarvelon/x509/Certificate.h"
+#include "tarvelon/x509/X509Crl.h"
+#include "tarvelon/x509/pkcs10.h"
+#include "tarvelon/engine/Descriptor.h"
+#include "tarvelon/engine/Engine.h"
 
 using namespace tvtest;
 using namespace tv;

@@ -5,8 +5,8 @@
 #include <cstring>
 
 #include "TestUtil.h"
-#include "tarvelon/Descriptor.h"
-#include "tarvelon/Engine.h"
+#include "tarvelon/engine/Descriptor.h"
+#include "tarvelon/engine/Engine.h"
 
 using namespace tvtest;
 using namespace tv;

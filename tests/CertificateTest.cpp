@@ -11,9 +11,9 @@
 
 #include "DescriptorLint.h"
 #include "TestUtil.h"
-#include "tarvelon/Certificate.h"
-#include "tarvelon/Error.h"
-#include "tarvelon/X509Extension.h"
+#include "tarvelon/x509/Certificate.h"
+#include "tarvelon/engine/Error.h"
+#include "tarvelon/extensions/X509Extension.h"
 
 using namespace tvtest;
 

@@ -8,7 +8,7 @@
 #include <string>
 #include <vector>
 
-#include "tarvelon/Descriptor.h"
+#include "tarvelon/engine/Descriptor.h"
 
 namespace tvtest {
 

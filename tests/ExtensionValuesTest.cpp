@@ -7,7 +7,7 @@
 
 #include "DescriptorLint.h"
 #include "TestUtil.h"
-#include "tarvelon/GeneralObjects.h"
+#include "tarvelon/extensions/GeneralObjects.h"
 
 using namespace tvtest;
 

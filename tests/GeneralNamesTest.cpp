@@ -8,9 +8,9 @@
 
 #include "DescriptorLint.h"
 #include "TestUtil.h"
-#include "tarvelon/GeneralNames.h"
-#include "tarvelon/Engine.h"
-#include "tarvelon/X509General.h"
+#include "tarvelon/pkix/GeneralNames.h"
+#include "tarvelon/engine/Engine.h"
+#include "tarvelon/pkix/X509General.h"
 
 using namespace tvtest;
 

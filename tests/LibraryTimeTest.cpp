@@ -9,7 +9,7 @@
 #include <string>
 
 #include "TestUtil.h"
-#include "tarvelon/LibraryTime.h"
+#include "tarvelon/text/LibraryTime.h"
 
 namespace {
 

@@ -8,7 +8,7 @@
 
 #include "DescriptorLint.h"
 #include "TestUtil.h"
-#include "tarvelon/pkcs10.h"
+#include "tarvelon/x509/pkcs10.h"
 
 using namespace tvtest;
 

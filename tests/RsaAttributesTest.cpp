@@ -4,7 +4,7 @@
 
 #include "DescriptorLint.h"
 #include "TestUtil.h"
-#include "tarvelon/RsaAttributes.h"
+#include "tarvelon/extensions/RsaAttributes.h"
 
 using namespace tvtest;
 

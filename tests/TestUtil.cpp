@@ -8,7 +8,7 @@
 
 #include <gtest/gtest.h>
 
-#include "tarvelon/Mem.h"
+#include "tarvelon/engine/Mem.h"
 
 namespace tvtest {
 

@@ -8,7 +8,7 @@
 #include <string>
 
 #include "TestUtil.h"
-#include "tarvelon/Text.h"
+#include "tarvelon/text/Text.h"
 
 using tvtest::Bytes;
 using tvtest::Hex;

@@ -8,7 +8,7 @@
 
 #include "DescriptorLint.h"
 #include "TestUtil.h"
-#include "tarvelon/X509Algorithm.h"
+#include "tarvelon/pkix/X509Algorithm.h"
 
 using namespace tvtest;
 using namespace tv;

@@ -9,7 +9,7 @@
 
 #include "DescriptorLint.h"
 #include "TestUtil.h"
-#include "tarvelon/X509Crl.h"
+#include "tarvelon/x509/X509Crl.h"
 
 using namespace tvtest;
 

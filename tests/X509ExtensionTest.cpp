@@ -4,8 +4,8 @@
 
 #include "DescriptorLint.h"
 #include "TestUtil.h"
-#include "tarvelon/Engine.h"
-#include "tarvelon/X509Extension.h"
+#include "tarvelon/engine/Engine.h"
+#include "tarvelon/extensions/X509Extension.h"
 
 using namespace tvtest;
 

@@ -8,7 +8,7 @@
 
 #include "DescriptorLint.h"
 #include "TestUtil.h"
-#include "tarvelon/X509Name.h"
+#include "tarvelon/pkix/X509Name.h"
 
 using namespace tvtest;
 

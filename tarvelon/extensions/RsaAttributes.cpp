@@ -1,0 +1,269 @@
+// Attributes keyed by OID whose values are complete DER elements, one at a time and as sets behind
+// a one-field handle.
+#include "tarvelon/extensions/RsaAttributes.h"
+
+#include "tarvelon/engine/FamilyOps.h"
+#include "tarvelon/tarvelon.h"
+
+TV_MODULE(RsaAttributes)
+
+namespace tv::desc {
+
+// AttributeValue ::= ANY, kept as the complete element
+constexpr Asn1Descriptor kAttributeValues = SetOf<&kAny>();
+
+// Attribute ::= SEQUENCE {                                             (RFC 5652 5.3)
+constexpr Components<kAttributeSlotCount> kAttributeParts = Slots<AttributeSlot, kAttributeSlotCount>({
+    {kAttrType, &kOid},                // attrType    OBJECT IDENTIFIER
+    {kAttrValues, &kAttributeValues},  // attrValues  SET OF AttributeValue
+});
+constinit const Asn1Descriptor kAttribute = Sequence(kAttributeParts);
+// Attributes ::= SET OF Attribute   -- SignedAttributes' SIZE (1..MAX) is not enforced
+constinit const Asn1Descriptor kAttributes = SetOf<&kAttribute>();
+
+}  // namespace tv::desc
+
+namespace tv {
+namespace {
+
+constinit const Family kAttributeFamily{&desc::kAttribute, Module::RsaAttributes, 0};
+constinit const Family kAttributesFamily{&desc::kAttributes, Module::RsaAttributes, 0};
+
+using Slots = void*[desc::kAttributeSlotCount];
+
+Slots& SlotsOf(RsaAttribute* a) { return *reinterpret_cast<Slots*>(a); }
+const Slots& SlotsOf(const RsaAttribute* a) { return *reinterpret_cast<const Slots*>(a); }
+
+Asn1List* ValueList(const RsaAttribute* a) { return static_cast<Asn1List*>(SlotsOf(a)[desc::kAttrValues]); }
+
+// An empty identifier or value is refused here: neither could be written as a DER element.
+uint32_t NewAttribute(const uint8_t* oid, OwnedValue& out) {
+    if (!oid || oid[0] == 0) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
+    // Both slots start empty: the value list appears with the first value.
+    *out.Out() = AllocZero(sizeof(Slots));
+    if (!out.get()) return TV_FAIL(TV_ERR_NO_MEMORY);
+    auto* id = NewPrimitive(ASN1_OBJECT_IDENTIFIER, oid + 1, oid[0]);
+    if (!id) return TV_FAIL(TV_ERR_NO_MEMORY);
+    SlotsOf(out.as<RsaAttribute>())[desc::kAttrType] = id;
+    return TV_OK;
+}
+
+// The value is kept as given; its word is the tag number from the low five bits of the first octet.
+uint32_t AddValue(RsaAttribute* a, const uint8_t* der, uint32_t derLen) {
+    if (!a || !der || derLen == 0) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
+    OwnedValue value(&desc::kAny, NewPrimitive(der[0] & 0x1Fu, der, derLen));
+    if (!value.get()) return TV_FAIL(TV_ERR_NO_MEMORY);
+    void*& slot = SlotsOf(a)[desc::kAttrValues];
+    // A value list made for this value goes again if the value cannot join it.
+    OwnedValue fresh(&desc::kAttributeValues, slot ? nullptr : ListCreate());
+    if (!slot && !fresh.get()) return TV_FAIL(TV_ERR_NO_MEMORY);
+    auto* list = static_cast<Asn1List*>(slot ? slot : fresh.get());
+    TV_TRY(ListAppend(list, value.get()));
+    value.Release();
+    if (!slot) slot = fresh.Release();
+    return TV_OK;
+}
+
+uint32_t ReadOid(const RsaAttribute* a, uint8_t* out, uint32_t* outLen) {
+    auto* id = static_cast<const Asn1Primitive*>(SlotsOf(a)[desc::kAttrType]);
+    if (!id || !id->content) return TV_FAIL(TV_ERR_ABSENT);
+    return OidToPacked(id, out, outLen);
+}
+
+uint32_t CountValues(const RsaAttribute* a, uint32_t* outCount) {
+    const Asn1List* values = ValueList(a);
+    if (!values) return TV_FAIL(TV_ERR_ABSENT);
+    *outCount = values->count;
+    return TV_OK;
+}
+
+uint32_t ReadValue(const RsaAttribute* a, uint32_t index, uint8_t* out, uint32_t* outLen) {
+    const Asn1List* values = ValueList(a);
+    if (!values) return TV_FAIL(TV_ERR_ABSENT);
+    if (index >= values->count) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
+    auto* value = static_cast<const Asn1Primitive*>(values->items[index]);
+    if (!value || !value->content) return TV_FAIL(TV_ERR_ABSENT);
+    return PutBytes(TV_SITE, value->content, value->length, out, outLen);
+}
+
+bool HasOid(const void* attribute, const uint8_t* oid) {
+    if (!attribute) return false;
+    auto* id = static_cast<const Asn1Primitive*>(SlotsOf(static_cast<const RsaAttribute*>(attribute))[desc::kAttrType]);
+    return IsOidAndAsn1ObjectIdentifierEquals(oid, id) != 0;
+}
+
+// The attribute at `index` of a handle that must hold a list: no list 311, out of range 32,
+// empty slot 311.
+uint32_t AttributeAt(const RsaAttributes* handle, uint32_t index, RsaAttribute** out) {
+    if (!handle->list) return TV_FAIL(TV_ERR_ABSENT);
+    return ListElementT(kAttributesFamily, AttributeList(handle), index, out);
+}
+
+}  // namespace
+}  // namespace tv
+
+using namespace tv;
+
+// ---- one attribute --------------------------------------------------------------------------------
+
+extern "C" TV_API uint32_t CreateRsaAttribute(RsaAttribute** outAttribute, const uint8_t* inOid, const uint8_t* in,
+                                              uint32_t inLen) {
+    if (!outAttribute) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
+    *outAttribute = nullptr;
+    if (!inOid || !in) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
+    OwnedValue built(&desc::kAttribute);
+    TV_TRY(NewAttribute(inOid, built));
+    TV_TRY(AddValue(built.as<RsaAttribute>(), in, inLen));
+    *outAttribute = static_cast<RsaAttribute*>(built.Release());
+    return TV_OK;
+}
+
+extern "C" TV_API uint32_t AddRsaAttributeValue(RsaAttribute* attribute, const uint8_t* in, uint32_t inLen) {
+    return AddValue(attribute, in, inLen);
+}
+
+extern "C" TV_API uint32_t GetRsaAttributeOid(const RsaAttribute* attribute, uint8_t* outOid, uint32_t* outOidLen) {
+    if (!attribute || !outOidLen) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
+    return ReadOid(attribute, outOid, outOidLen);
+}
+
+extern "C" TV_API uint32_t GetRsaAttributeValuesCount(const RsaAttribute* attribute, uint32_t* outCount) {
+    if (!attribute || !outCount) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
+    return CountValues(attribute, outCount);
+}
+
+extern "C" TV_API uint32_t GetRsaAttributeValue(const RsaAttribute* attribute, uint32_t index, uint8_t* out,
+                                                uint32_t* outLen) {
+    if (!attribute || !outLen) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
+    return ReadValue(attribute, index, out, outLen);
+}
+
+extern "C" TV_API uint32_t FreeRsaAttribute(RsaAttribute* attribute) { return FreeT(kAttributeFamily, attribute); }
+
+// ---- lists ------------------------------------------------------------------------------------------
+
+extern "C" TV_API uint32_t CreateRsaAttributes(RsaAttributes** outAttributes) {
+    return HandleCreateT(kAttributesFamily, outAttributes);
+}
+
+extern "C" TV_API uint32_t AddRsaAttributesAttribute(RsaAttributes* attributes, const uint8_t* inOid, uint32_t* outIndex) {
+    if (!attributes || !inOid || !outIndex) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
+    OwnedValue built(&desc::kAttribute);
+    TV_TRY(NewAttribute(inOid, built));
+    Asn1List* list = nullptr;
+    TV_TRY(HandleListT(kAttributesFamily, attributes, &list));
+    TV_TRY(ListAppendT(kAttributesFamily, list, built));
+    *outIndex = AttributeList(attributes)->count - 1;
+    return TV_OK;
+}
+
+extern "C" TV_API uint32_t AddRsaAttributesAttributeValue(RsaAttributes* attributes, uint32_t index, const uint8_t* in,
+                                                          uint32_t inLen) {
+    if (!attributes || !in) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
+    RsaAttribute* a = nullptr;
+    TV_TRY(AttributeAt(attributes, index, &a));
+    return AddValue(a, in, inLen);
+}
+
+extern "C" TV_API uint32_t AddRsaAttributesAttributeWithValue(RsaAttributes* attributes, const uint8_t* inOid,
+                                                              uint32_t* outIndex, const uint8_t* in, uint32_t inLen) {
+    if (!attributes || !inOid || !outIndex || !in) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
+    TV_TRY(AddRsaAttributesAttribute(attributes, inOid, outIndex));
+    return AddRsaAttributesAttributeValue(attributes, *outIndex, in, inLen);
+}
+
+extern "C" TV_API uint32_t GetRsaAttributesAttributesCount(const RsaAttributes* attributes, uint32_t* outCount) {
+    return HandleCountT(kAttributesFamily, attributes, outCount);
+}
+
+extern "C" TV_API uint32_t GetRsaAttributesAttributeOid(const RsaAttributes* attributes, uint32_t index, uint8_t* outOid,
+                                                        uint32_t* outOidLen) {
+    if (!attributes || !outOidLen || !attributes->list) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
+    const RsaAttribute* a = nullptr;
+    TV_TRY(ListElementT(kAttributesFamily, AttributeList(attributes), index, &a));
+    return ReadOid(a, outOid, outOidLen);
+}
+
+extern "C" TV_API uint32_t GetRsaAttributesAttributeValuesCount(const RsaAttributes* attributes, uint32_t index,
+                                                                uint32_t* outCount) {
+    if (!attributes || !outCount) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
+    RsaAttribute* a = nullptr;
+    TV_TRY(AttributeAt(attributes, index, &a));
+    return CountValues(a, outCount);
+}
+
+// A handle without a list reads as an empty one: every attribute index is out of range (32).
+extern "C" TV_API uint32_t GetRsaAttributesAttributeValue(const RsaAttributes* attributes, uint32_t index,
+                                                          uint32_t valueIndex, uint8_t* out, uint32_t* outLen) {
+    if (!attributes || !outLen || !attributes->list) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
+    const RsaAttribute* a = nullptr;
+    TV_TRY(ListElementT(kAttributesFamily, AttributeList(attributes), index, &a));
+    return ReadValue(a, valueIndex, out, outLen);
+}
+
+extern "C" TV_API uint32_t FindRsaAttributesAttribute(const RsaAttributes* attributes, const uint8_t* inOid,
+                                                      uint32_t* outIndex) {
+    if (!attributes || !inOid || !outIndex) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
+    if (!attributes->list) return TV_FAIL(TV_ERR_ABSENT);
+    const Asn1List* list = AttributeList(attributes);
+    for (uint32_t i = 0; i < list->count; ++i) {
+        if (HasOid(list->items[i], inOid)) {
+            *outIndex = i;
+            return TV_OK;
+        }
+    }
+    return TV_FAIL(TV_ERR_NOT_FOUND);
+}
+
+extern "C" TV_API uint32_t RemoveRsaAttributesAttribute2(RsaAttributes* attributes, const uint8_t* inOid) {
+    if (!attributes || !inOid) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
+    if (!attributes->list) return TV_FAIL(TV_ERR_ABSENT);
+    Asn1List* list = AttributeList(attributes);
+    // Backwards, so that what moves down after a removal has already been looked at: every match
+    // goes in one call, adjacent ones included.
+    for (uint32_t i = list->count; i-- > 0;) {
+        if (HasOid(list->items[i], inOid)) TV_TRY(ListRemoveT(kAttributesFamily, list, i));
+    }
+    return TV_OK;
+}
+
+extern "C" TV_API uint32_t ClearRsaAttributes(RsaAttributes* attributes) {
+    return HandleClearT(kAttributesFamily, attributes);
+}
+
+extern "C" TV_API uint32_t SetRsaAttributesSorted(RsaAttributes* attributes, uint32_t sorted) {
+    return HandleSetSortedT(kAttributesFamily, attributes, sorted);
+}
+
+extern "C" TV_API uint32_t RemoveRsaAttributes(RsaAttributes* attributes) {
+    return HandleRemoveListT(kAttributesFamily, attributes);
+}
+
+extern "C" TV_API uint32_t FreeRsaAttributes(RsaAttributes* attributes) {
+    return HandleFreeT(kAttributesFamily, attributes);
+}
+
+// Appending a list to itself copies the attributes it held when the call began.
+extern "C" TV_API uint32_t AppendRsaAttributes(RsaAttributes* attributes, const RsaAttributes* source) {
+    if (!attributes) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
+    if (!source) return TV_OK;
+    if (!attributes->list || !source->list) return TV_FAIL(TV_ERR_ABSENT);
+    const Asn1List* from = AttributeList(source);
+    const uint32_t count = from->count;
+    for (uint32_t i = 0; i < count; ++i) {
+        if (!from->items[i]) continue;
+        OwnedValue copy(&desc::kAttribute);
+        TV_TRY(CopyT(kAttributeFamily, static_cast<const RsaAttribute*>(from->items[i]),
+                     reinterpret_cast<RsaAttribute**>(copy.Out())));
+        TV_TRY(ListAppendT(kAttributesFamily, AttributeList(attributes), copy));
+    }
+    return TV_OK;
+}
+
+extern "C" TV_API uint32_t EncodeRsaAttributes(const RsaAttributes* attributes, uint8_t* out, uint32_t* outLen) {
+    return HandleEncodeT(kAttributesFamily, attributes, out, outLen);
+}
+
+extern "C" TV_API uint32_t DecodeRsaAttributes(const uint8_t* in, uint32_t inLen, RsaAttributes** outAttributes) {
+    return HandleDecodeT(kAttributesFamily, in, inLen, outAttributes);
+}

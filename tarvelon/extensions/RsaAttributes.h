@@ -1,0 +1,43 @@
+// Attributes: the descriptors shared by every structure that carries an attribute set (signer
+// infos, certification requests), the handle record, and the OIDs the library itself looks up.
+#pragma once
+
+#include "tarvelon/engine/Descriptor.h"
+#include "tarvelon/attributes.h"
+
+// The handle of an attribute list: one field, the Asn1List of Attribute trees or null. It has the
+// layout of a value slot, so a structure that holds a set in a slot (a request's attributes, a
+// signer's signedAttrs) hands out the address of that slot as its handle, and the list operations
+// create, fill or replace the set in place.
+struct RsaAttributes {
+    void* list;
+};
+
+namespace tv::desc {
+
+// Attribute ::= SEQUENCE { attrType OBJECT IDENTIFIER, attrValues SET OF AttributeValue }
+enum AttributeSlot : uint32_t { kAttrType, kAttrValues, kAttributeSlotCount };
+extern const Asn1Descriptor kAttribute;
+// Attributes ::= SET OF Attribute
+extern const Asn1Descriptor kAttributes;
+
+}  // namespace tv::desc
+
+namespace tv {
+
+inline RsaAttributes* AttributesHandleOfSlot(void** slot) noexcept { return reinterpret_cast<RsaAttributes*>(slot); }
+inline Asn1List* AttributeList(const RsaAttributes* handle) noexcept { return static_cast<Asn1List*>(handle->list); }
+
+// Packed OIDs (length octet, contents) of the attributes the library adds or looks up itself.
+namespace oid {
+inline constexpr uint8_t kContentType[] = {9, 0x2A, 0x86, 0x48, 0x86, 0xF7, 0x0D, 0x01, 0x09, 0x03};       // 1.2.840.113549.1.9.3
+inline constexpr uint8_t kMessageDigest[] = {9, 0x2A, 0x86, 0x48, 0x86, 0xF7, 0x0D, 0x01, 0x09, 0x04};     // 1.2.840.113549.1.9.4
+inline constexpr uint8_t kSigningTime[] = {9, 0x2A, 0x86, 0x48, 0x86, 0xF7, 0x0D, 0x01, 0x09, 0x05};       // 1.2.840.113549.1.9.5
+inline constexpr uint8_t kExtensionRequest[] = {9, 0x2A, 0x86, 0x48, 0x86, 0xF7, 0x0D, 0x01, 0x09, 0x0E};  // 1.2.840.113549.1.9.14
+// 1.2.840.113549.1.9.16.2.47
+inline constexpr uint8_t kSigningCertificateV2[] = {11, 0x2A, 0x86, 0x48, 0x86, 0xF7, 0x0D, 0x01, 0x09, 0x10, 0x02, 0x2F};
+// 1.3.6.1.4.1.311.2.1.14, the extension request that some enrolment clients send instead
+inline constexpr uint8_t kMsExtensionRequest[] = {10, 0x2B, 0x06, 0x01, 0x04, 0x01, 0x82, 0x37, 0x02, 0x01, 0x0E};
+}  // namespace oid
+
+}  // namespace tv

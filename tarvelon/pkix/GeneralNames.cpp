@@ -1,0 +1,183 @@
+// General names: the nine RFC 5280 alternatives, built from and read back to caller octets.
+#include "tarvelon/pkix/GeneralNames.h"
+
+#include "tarvelon/engine/FamilyOps.h"
+#include "tarvelon/tarvelon.h"
+
+TV_MODULE(GeneralNames)
+
+namespace tv::desc {
+namespace {
+
+// Alternatives whose structure the library does not interpret travel as whole elements.
+constexpr Asn1Descriptor ConstructedAny() {
+    Asn1Descriptor d = Any();
+    d.constructed = ASN1_CONSTRUCTED_FORM;
+    return d;
+}
+
+constexpr Asn1Descriptor kIa5String = Prim(ASN1_IA5_STRING);
+
+constexpr Asn1Descriptor kOtherNameAlt = Implicit(0, ConstructedAny());
+constexpr Asn1Descriptor kRfc822NameAlt = Implicit(1, kIa5String);
+constexpr Asn1Descriptor kDnsNameAlt = Implicit(2, kIa5String);
+constexpr Asn1Descriptor kX400AddressAlt = Implicit(3, ConstructedAny());
+constexpr Asn1Descriptor kDirectoryNameAlt = Explicit(4, Any());
+constexpr Asn1Descriptor kEdiPartyNameAlt = Implicit(5, ConstructedAny());
+constexpr Asn1Descriptor kUriAlt = Implicit(6, kIa5String);
+constexpr Asn1Descriptor kIpAddressAlt = Implicit(7, kOctetString);
+constexpr Asn1Descriptor kRegisteredIdAlt = Implicit(8, kOid);
+
+// GeneralName ::= CHOICE {   -- RFC 5280 4.2.1.6, IMPLICIT TAGS module
+constexpr Components<kGeneralNameKindCount> kGeneralNameAlternatives = Slots<GeneralNameKind, kGeneralNameKindCount>({
+    {kOtherName, &kOtherNameAlt},                     // otherName                  [0] OtherName (a SEQUENCE)
+    {kRfc822Name, &kRfc822NameAlt},                   // rfc822Name                 [1] IA5String
+    {kDnsName, &kDnsNameAlt},                         // dNSName                    [2] IA5String
+    {kX400Address, &kX400AddressAlt},                 // x400Address                [3] ORAddress (a SEQUENCE)
+    {kDirectoryName, &kDirectoryNameAlt},             // directoryName              [4] Name, EXPLICIT as Name is a CHOICE
+    {kEdiPartyName, &kEdiPartyNameAlt},               // ediPartyName               [5] EDIPartyName (a SEQUENCE)
+    {kUniformResourceIdentifier, &kUriAlt},           // uniformResourceIdentifier  [6] IA5String
+    {kIpAddress, &kIpAddressAlt},                     // iPAddress                  [7] OCTET STRING
+    {kRegisteredId, &kRegisteredIdAlt},               // registeredID               [8] OBJECT IDENTIFIER
+});
+
+}  // namespace
+
+constinit const Asn1Descriptor kGeneralName = Choice(kGeneralNameAlternatives);
+// GeneralNames ::= SEQUENCE SIZE (1..MAX) OF GeneralName  -- the lower bound is not enforced
+constinit const Asn1Descriptor kGeneralNames = SequenceOf<&kGeneralName>();
+
+}  // namespace tv::desc
+
+namespace tv {
+namespace {
+
+constinit const Family kGeneralNamesFamily{&desc::kGeneralNames, Module::GeneralNames, 0};
+constinit const Family kGeneralNameFamily{&desc::kGeneralName, Module::GeneralNames, 0};
+
+bool IsWholeElementKind(uint32_t kind) {
+    return kind == desc::kOtherName || kind == desc::kX400Address || kind == desc::kDirectoryName ||
+           kind == desc::kEdiPartyName;
+}
+
+uint32_t BuildGeneralName(uint32_t kind, const uint8_t* in, uint32_t inLen, GeneralName** out) {
+    if (!in || !out) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
+    if (kind >= desc::kGeneralNameKindCount) return TV_FAIL(TV_ERR_NO_ALTERNATIVE);
+    const Asn1Descriptor* alternative = desc::kGeneralName.components[kind];
+    OwnedValue value(alternative);
+    if (IsWholeElementKind(kind)) {
+        *value.Out() = New<Asn1Primitive>();
+        if (!value.get()) return TV_FAIL(TV_ERR_NO_MEMORY);
+        TV_TRY(SetAnyEncoding(value.as<Asn1Primitive>(), in, inLen));
+    } else if (kind == desc::kRegisteredId) {
+        // A packed OID: its first octet counts the contents, which must lie inside the input.
+        if (inLen == 0 || uint32_t{in[0]} + 1 > inLen) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
+        *value.Out() = NewPrimitive(ASN1_OBJECT_IDENTIFIER, in + 1, in[0]);
+        if (!value.get()) return TV_FAIL(TV_ERR_NO_MEMORY);
+    } else {
+        const uint32_t word = kind == desc::kIpAddress ? ASN1_OCTET_STRING : ASN1_IA5_STRING;
+        *value.Out() = NewPrimitive(word, in, inLen);
+        if (!value.get()) return TV_FAIL(TV_ERR_NO_MEMORY);
+    }
+    Asn1ChoiceValue* choice = nullptr;
+    TV_TRY(NewChoice(static_cast<int32_t>(kind), value.get(), &choice));
+    value.Release();
+    *out = choice;
+    return TV_OK;
+}
+
+// Common tail of both readers; the kind goes out before anything else is checked.
+uint32_t ReadGeneralName(const GeneralName* name, uint32_t* outKind, uint8_t* out, uint32_t* outLen) {
+    if (!name->value) return TV_FAIL(TV_ERR_ABSENT);
+    *outKind = static_cast<uint32_t>(name->index);
+    if (name->index < 0 || static_cast<uint32_t>(name->index) >= desc::kGeneralNameKindCount)
+        return TV_FAIL(TV_ERR_NO_ALTERNATIVE);
+    auto* value = static_cast<const Asn1Primitive*>(name->value);
+    if (name->index == desc::kRegisteredId) return OidToPacked(value, out, outLen);
+    return PutBytes(TV_SITE, value->content, value->length, out, outLen);
+}
+
+}  // namespace
+}  // namespace tv
+
+using namespace tv;
+
+extern "C" TV_API uint32_t CreateX509GeneralNames(GeneralNames** outNames) {
+    return CreateT(kGeneralNamesFamily, outNames);
+}
+
+extern "C" TV_API uint32_t CopyX509GeneralNames(const GeneralNames* names, GeneralNames** outNames) {
+    return CopyT(kGeneralNamesFamily, names, outNames);
+}
+
+extern "C" TV_API uint32_t FreeX509GeneralNames(GeneralNames* names) { return FreeT(kGeneralNamesFamily, names); }
+
+extern "C" TV_API uint32_t CreateX509GeneralName(GeneralName** outName) { return CreateT(kGeneralNameFamily, outName); }
+
+extern "C" TV_API uint32_t CreateX509GeneralNameCopy(const GeneralName* name, GeneralName** outName) {
+    return CopyT(kGeneralNameFamily, name, outName);
+}
+
+extern "C" TV_API uint32_t FreeX509GeneralName(GeneralName* name) { return FreeT(kGeneralNameFamily, name); }
+
+extern "C" TV_API uint32_t DecodeX509GeneralNames(const uint8_t* in, uint32_t inLen, GeneralNames** outNames) {
+    return DecodeT(kGeneralNamesFamily, in, inLen, outNames);
+}
+
+extern "C" TV_API uint32_t EncodeX509GeneralNames(const GeneralNames* names, uint8_t* out, uint32_t* outLen) {
+    return EncodeT(kGeneralNamesFamily, names, out, outLen);
+}
+
+extern "C" TV_API uint32_t GetX509GeneralNameCount(const GeneralNames* names, uint32_t* outCount) {
+    if (!names || !outCount) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
+    *outCount = names->count;
+    return TV_OK;
+}
+
+extern "C" TV_API uint32_t AddX509GeneralName(GeneralNames* names, uint32_t kind, const uint8_t* in, uint32_t inLen) {
+    if (!names) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
+    GeneralName* built = nullptr;
+    TV_TRY(BuildGeneralName(kind, in, inLen, &built));
+    OwnedValue guard(&desc::kGeneralName, built);
+    TV_TRY(ListAppend(names, built));
+    guard.Release();
+    return TV_OK;
+}
+
+extern "C" TV_API uint32_t AllocX509GeneralNameValue(GeneralName** outName, uint32_t kind, const uint8_t* in,
+                                                     uint32_t inLen) {
+    return BuildGeneralName(kind, in, inLen, outName);
+}
+
+extern "C" TV_API uint32_t GetX509GeneralName(const GeneralNames* names, uint32_t index, uint32_t* outKind, uint8_t* out,
+                                              uint32_t* outLen) {
+    if (!names || !outKind || !outLen) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
+    if (index >= names->count) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
+    if (!names->items || !names->items[index]) return TV_FAIL(TV_ERR_ABSENT);
+    return ReadGeneralName(static_cast<const GeneralName*>(names->items[index]), outKind, out, outLen);
+}
+
+extern "C" TV_API uint32_t GetX509GeneralNameValue(const GeneralName* name, uint32_t* outKind, uint8_t* out,
+                                                   uint32_t* outLen) {
+    if (!name || !outKind || !outLen) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
+    return ReadGeneralName(name, outKind, out, outLen);
+}
+
+extern "C" TV_API uint32_t GetX509NameFromGeneralNames(const GeneralNames* names, X509Name** outName) {
+    if (!names || !outName) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
+    if (!names->items || names->count == 0) return TV_FAIL(TV_ERR_NOT_FOUND);
+    for (uint32_t i = 0; i < names->count; ++i) {
+        auto* name = static_cast<const GeneralName*>(names->items[i]);
+        if (!name || name->index != desc::kDirectoryName || !name->value) continue;
+        auto* element = static_cast<const Asn1Primitive*>(name->value);
+        X509Name* decoded = nullptr;
+        const uint32_t rc = DecodeX509Name(element->content, element->length, &decoded);
+        if (rc == TV_OK) {
+            *outName = decoded;
+            return TV_OK;
+        }
+        // Undecodable directory names are passed over; running out of memory is not a verdict on them.
+        if (rc == TV_ERR_NO_MEMORY) return rc;
+    }
+    return TV_FAIL(TV_ERR_NOT_FOUND);
+}

@@ -1,0 +1,371 @@
+// X.509 v3 certificates and certificate lists: life cycle, coding, the bytes to be signed and the
+// field accessors. Algorithms, keys, signatures and key identifiers are in CertificateProperties.
+#include "tarvelon/x509/Certificate.h"
+
+#include "tarvelon/engine/FamilyOps.h"
+#include "tarvelon/text/LibraryTime.h"
+#include "tarvelon/pkix/X509Algorithm.h"
+#include "tarvelon/extensions/X509Extension.h"
+#include "tarvelon/pkix/X509Name.h"
+#include "tarvelon/tarvelon.h"
+
+TV_MODULE(Certificate)
+
+namespace tv::desc {
+namespace {
+
+// Version ::= INTEGER { v1(0), v2(1), v3(2) }, DEFAULT v1: one content octet 00.
+constexpr uint8_t kZeroOctet[1] = {0x00};
+constinit const Asn1Primitive kVersionV1{ASN1_INTEGER, 1, const_cast<uint8_t*>(kZeroOctet)};
+
+constexpr Asn1Descriptor kVersion = Optional(Explicit(0, kInteger), &kVersionV1);
+// UniqueIdentifier ::= BIT STRING
+constexpr Asn1Descriptor kIssuerUniqueId = Optional(Implicit(1, kBitString));
+constexpr Asn1Descriptor kSubjectUniqueId = Optional(Implicit(2, kBitString));
+constexpr Asn1Descriptor kOptionalExtensions = Optional(Explicit(3, SequenceOf<&kExtension>()));
+
+// Validity ::= SEQUENCE {                                             (RFC 5280 4.1.2.5)
+constexpr Components<static_cast<size_t>(ValiditySlot::kCount)> kValidityParts =
+    Slots<ValiditySlot, static_cast<size_t>(ValiditySlot::kCount)>({
+        {ValiditySlot::kNotBefore, &kTime},  // notBefore  Time
+        {ValiditySlot::kNotAfter, &kTime},   // notAfter   Time
+    });
+
+// TBSCertificate ::= SEQUENCE {                                       (RFC 5280 4.1)
+// Name ::= CHOICE { rdnSequence RDNSequence } has one alternative, so the RDNSequence stands in
+// its slot directly: the encoding is the same, and the name getters hand out the list itself.
+using Tbs = TbsCertificateSlot;
+constexpr Components<static_cast<size_t>(Tbs::kCount)> kTbsCertificateParts =
+    Slots<Tbs, static_cast<size_t>(Tbs::kCount)>({
+        {Tbs::kVersion, &kVersion},                            // version          [0] EXPLICIT Version DEFAULT v1
+        {Tbs::kSerialNumber, &kInteger},                       // serialNumber         CertificateSerialNumber
+        {Tbs::kSignature, &kAlgorithmIdentifier},              // signature            AlgorithmIdentifier
+        {Tbs::kIssuer, &kX509Name},                            // issuer               Name
+        {Tbs::kValidity, &kValidity},                          // validity             Validity
+        {Tbs::kSubject, &kX509Name},                           // subject              Name
+        {Tbs::kSubjectPublicKeyInfo, &kSubjectPublicKeyInfo},  // subjectPublicKeyInfo SubjectPublicKeyInfo
+        {Tbs::kIssuerUniqueId, &kIssuerUniqueId},              // issuerUniqueID   [1] IMPLICIT UniqueIdentifier OPTIONAL
+        {Tbs::kSubjectUniqueId, &kSubjectUniqueId},            // subjectUniqueID  [2] IMPLICIT UniqueIdentifier OPTIONAL
+        {Tbs::kExtensions, &kOptionalExtensions},              // extensions       [3] EXPLICIT Extensions OPTIONAL
+    });
+
+// Certificate ::= SEQUENCE {                                          (RFC 5280 4.1)
+constexpr Components<static_cast<size_t>(CertificateSlot::kCount)> kCertificateParts =
+    Slots<CertificateSlot, static_cast<size_t>(CertificateSlot::kCount)>({
+        {CertificateSlot::kTbsCertificate, &kTbsCertificate},          // tbsCertificate      TBSCertificate
+        {CertificateSlot::kSignatureAlgorithm, &kAlgorithmIdentifier}, // signatureAlgorithm  AlgorithmIdentifier
+        {CertificateSlot::kSignatureValue, &kBitString},               // signatureValue      BIT STRING
+    });
+
+}  // namespace
+
+constinit const Asn1Descriptor kValidity = Sequence(kValidityParts);
+constinit const Asn1Descriptor kTbsCertificate = Sequence(kTbsCertificateParts);
+constinit const Asn1Descriptor kCertificate = Sequence(kCertificateParts);
+constinit const Asn1Descriptor kCertificates = SequenceOf<&kCertificate>();
+
+}  // namespace tv::desc
+
+namespace tv {
+namespace {
+
+using desc::TbsCertificateSlot;
+using desc::ValiditySlot;
+
+// Leaves are left out on creation: a field never set reads as absent (311) instead of as an
+// empty value that would encode as, say, a zero-length serial number.
+constinit const Family kCertificateFamily{&desc::kCertificate, Module::Certificate, 0};
+constinit const Family kCertificatesFamily{&desc::kCertificates, Module::Certificate, 0};
+
+// ---- names ----------------------------------------------------------------------------------------
+
+uint32_t GetName(Certificate* cert, TbsCertificateSlot which, X509Name** outName) {
+    if (!cert || !outName) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
+    void* tbs = TbsOf(cert);
+    if (!tbs) return TV_FAIL(TV_ERR_ABSENT);
+    void*& slot = At(tbs, which);
+    // An empty name is made in place so the caller can fill it with AddX509NameEntry.
+    if (!slot && !(slot = ListCreate())) return TV_FAIL(TV_ERR_NO_MEMORY);
+    *outName = static_cast<X509Name*>(slot);
+    return TV_OK;
+}
+
+uint32_t SetName(Certificate* cert, TbsCertificateSlot which, X509Name* name, uint32_t copy) {
+    if (!cert || !name) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
+    void* tbs = TbsOf(cert);
+    if (!tbs) return TV_FAIL(TV_ERR_ABSENT);
+    void*& slot = At(tbs, which);
+    if (slot == name && !copy) return TV_OK;  // the certificate's own name handed back
+    OwnedValue fresh(&desc::kX509Name);
+    if (copy) TV_TRY(CopyValue(&desc::kX509Name, name, fresh.Out()));
+    else *fresh.Out() = name;
+    FreeAsn1Object(&desc::kX509Name, slot);
+    slot = fresh.Release();
+    return TV_OK;
+}
+
+// ---- validity -------------------------------------------------------------------------------------
+
+uint32_t GetValidityTime(const Certificate* cert, ValiditySlot which, LibraryTime* out) {
+    if (!cert || !out) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
+    const void* tbs = TbsOf(cert);
+    const void* validity = tbs ? At(tbs, TbsCertificateSlot::kValidity) : nullptr;
+    auto* time = validity ? static_cast<const Asn1ChoiceValue*>(At(validity, which)) : nullptr;
+    // A fresh certificate holds a Time with nothing chosen yet: that is a time never set.
+    if (!time || !time->value) return TV_FAIL(TV_ERR_ABSENT);
+    return GetTimeFromTimeChoice(time, out);
+}
+
+uint32_t SetValidityTime(Certificate* cert, ValiditySlot which, const LibraryTime* time) {
+    if (!cert || !time) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
+    void* tbs = TbsOf(cert);
+    if (!tbs) return TV_FAIL(TV_ERR_ABSENT);
+    void*& validity = At(tbs, TbsCertificateSlot::kValidity);
+    if (!validity) TV_TRY(CreateAsn1Object(&desc::kValidity, &validity, 0));
+    return SetTimeChoice(&At(validity, which), time);
+}
+
+// ---- unique identifiers ---------------------------------------------------------------------------
+
+uint32_t GetUniqueId(const Certificate* cert, TbsCertificateSlot which, uint8_t* out, uint32_t* outLen,
+                     uint8_t* outUnusedBits) {
+    if (!cert || !outLen) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
+    const void* tbs = TbsOf(cert);
+    auto* id = tbs ? static_cast<const Asn1BitStringValue*>(At(tbs, which)) : nullptr;
+    if (!id) return TV_FAIL(TV_ERR_ABSENT);
+    if (outUnusedBits) *outUnusedBits = static_cast<uint8_t>(id->unusedBits);
+    return PutBytes(TV_SITE, id->content, id->length, out, outLen);
+}
+
+uint32_t SetUniqueId(Certificate* cert, TbsCertificateSlot which, const uint8_t* in, uint32_t inLen,
+                     uint8_t unusedBits) {
+    if (!cert) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
+    void* tbs = TbsOf(cert);
+    if (!tbs) return TV_FAIL(TV_ERR_ABSENT);
+    void*& slot = At(tbs, which);
+    OwnedValue fresh(&desc::kBitString);
+    if (in) {
+        *fresh.Out() = New<Asn1BitStringValue>();
+        if (!fresh.get()) return TV_FAIL(TV_ERR_NO_MEMORY);
+        TV_TRY(SetBitString(fresh.as<Asn1BitStringValue>(), in, inLen, unusedBits, false));
+    }
+    FreeAsn1Object(&desc::kBitString, slot);
+    slot = fresh.Release();
+    return TV_OK;
+}
+
+const Asn1Primitive* SerialOf(const Certificate* cert) {
+    const void* tbs = TbsOf(cert);
+    return tbs ? static_cast<const Asn1Primitive*>(At(tbs, TbsCertificateSlot::kSerialNumber)) : nullptr;
+}
+
+}  // namespace
+}  // namespace tv
+
+using namespace tv;
+using desc::CertificateSlot;
+using desc::TbsCertificateSlot;
+using desc::ValiditySlot;
+
+// ---- life cycle and coding ------------------------------------------------------------------------
+
+extern "C" TV_API uint32_t CreateCertificate(Certificate** outCertificate) {
+    return CreateT(kCertificateFamily, outCertificate);
+}
+
+extern "C" TV_API uint32_t CreateCertificates(Certificates** outCertificates) {
+    return CreateT(kCertificatesFamily, outCertificates);
+}
+
+extern "C" TV_API uint32_t DecodeCertificate(const uint8_t* in, uint32_t inLen, Certificate** outCertificate) {
+    return DecodeT(kCertificateFamily, in, inLen, outCertificate);
+}
+
+extern "C" TV_API uint32_t DecodeCertificates(const uint8_t* in, uint32_t inLen, Certificates** outCertificates) {
+    return DecodeT(kCertificatesFamily, in, inLen, outCertificates);
+}
+
+extern "C" TV_API uint32_t EncodeCertificate(const Certificate* certificate, uint8_t* out, uint32_t* outLen) {
+    return EncodeT(kCertificateFamily, certificate, out, outLen);
+}
+
+extern "C" TV_API uint32_t EncodeCertificates(const Certificates* certificates, uint8_t* out, uint32_t* outLen) {
+    return EncodeT(kCertificatesFamily, certificates, out, outLen);
+}
+
+extern "C" TV_API uint32_t CreateCertificateCopy(const Certificate* certificate, Certificate** outCertificate) {
+    return CopyT(kCertificateFamily, certificate, outCertificate);
+}
+
+extern "C" TV_API uint32_t CreateCertificatesCopy(const Certificates* certificates, Certificates** outCertificates) {
+    return CopyT(kCertificatesFamily, certificates, outCertificates);
+}
+
+extern "C" TV_API uint32_t FreeCertificate(Certificate* certificate) { return FreeT(kCertificateFamily, certificate); }
+
+extern "C" TV_API uint32_t FreeCertificates(Certificates* certificates) {
+    return FreeT(kCertificatesFamily, certificates);
+}
+
+extern "C" TV_API uint32_t GetCertificatesCount(const Certificates* certificates, uint32_t* outCount) {
+    return ListCountT(kCertificatesFamily, certificates, outCount);
+}
+
+extern "C" TV_API uint32_t GetCertificatesCertificate(const Certificates* certificates, uint32_t index,
+                                                      Certificate** outCertificate) {
+    return ListElementT(kCertificatesFamily, certificates, index, outCertificate);
+}
+
+// The list takes the certificate itself; on failure the caller keeps it.
+extern "C" TV_API uint32_t AddCertificateToCertificates(Certificates* certificates, Certificate* certificate) {
+    if (!certificates || !certificate) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
+    return ListAppend(certificates, certificate);
+}
+
+// Written afresh from the tree, never sliced from the decoded input: a certificate that came in
+// as BER yields the DER that its signature must have been computed over.
+extern "C" TV_API uint32_t GetCertificateToBeSignedPart(const Certificate* certificate, uint8_t* out,
+                                                        uint32_t* outLen) {
+    if (!certificate || !outLen) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
+    const void* tbs = TbsOf(certificate);
+    if (!tbs) return TV_FAIL(TV_ERR_ABSENT);
+    return EncodeSized(TV_SITE, tbs, &desc::kTbsCertificate, out, outLen);
+}
+
+// ---- names ----------------------------------------------------------------------------------------
+
+extern "C" TV_API uint32_t GetCertificateSubject(Certificate* certificate, X509Name** outName) {
+    return GetName(certificate, TbsCertificateSlot::kSubject, outName);
+}
+
+extern "C" TV_API uint32_t SetCertificateSubject(Certificate* certificate, const X509Name* name) {
+    return SetName(certificate, TbsCertificateSlot::kSubject, const_cast<X509Name*>(name), 1);
+}
+
+extern "C" TV_API uint32_t SetCertificateSubject_i(Certificate* certificate, X509Name* name, uint32_t copy) {
+    return SetName(certificate, TbsCertificateSlot::kSubject, name, copy);
+}
+
+extern "C" TV_API uint32_t GetCertificateIssuer(Certificate* certificate, X509Name** outName) {
+    return GetName(certificate, TbsCertificateSlot::kIssuer, outName);
+}
+
+extern "C" TV_API uint32_t SetCertificateIssuer(Certificate* certificate, const X509Name* name) {
+    return SetName(certificate, TbsCertificateSlot::kIssuer, const_cast<X509Name*>(name), 1);
+}
+
+extern "C" TV_API uint32_t SetCertificateIssuer_i(Certificate* certificate, X509Name* name, uint32_t copy) {
+    return SetName(certificate, TbsCertificateSlot::kIssuer, name, copy);
+}
+
+// ---- version and serial number --------------------------------------------------------------------
+
+extern "C" TV_API uint32_t GetCertificateVersion(const Certificate* certificate, uint32_t* outVersion) {
+    if (!certificate || !outVersion) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
+    const void* tbs = TbsOf(certificate);
+    auto* version = tbs ? static_cast<const Asn1Primitive*>(At(tbs, TbsCertificateSlot::kVersion)) : nullptr;
+    if (!version) return TV_FAIL(TV_ERR_ABSENT);
+    // Only v1..v3 exist; anything wider than 32 bits or negative is not a version we could report.
+    if (version->length == 0 || version->length > 4 || (version->content[0] & 0x80))
+        return TV_FAIL(TV_ERR_NOT_DER);
+    uint32_t value = 0;
+    for (uint32_t i = 0; i < version->length; ++i) value = (value << 8) | version->content[i];
+    *outVersion = value;
+    return TV_OK;
+}
+
+extern "C" TV_API uint32_t SetCertificateVersion(Certificate* certificate, uint32_t version) {
+    if (!certificate || version > 2) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
+    void* tbs = TbsOf(certificate);
+    if (!tbs) return TV_FAIL(TV_ERR_ABSENT);
+    const auto octet = static_cast<uint8_t>(version);
+    return SetOrCreatePrimitive(&At(tbs, TbsCertificateSlot::kVersion), ASN1_INTEGER, &octet, 1);
+}
+
+extern "C" TV_API uint32_t GetCertificateSerialNumber(const Certificate* certificate, uint8_t* out, uint32_t* outLen) {
+    if (!certificate || !outLen) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
+    const Asn1Primitive* serial = SerialOf(certificate);
+    if (!serial) return TV_FAIL(TV_ERR_ABSENT);
+    return PutBytes(TV_SITE, serial->content, serial->length, out, outLen);
+}
+
+// The octets are stored as given: 00 7F and 7F are different serial numbers to a matcher.
+extern "C" TV_API uint32_t SetCertificateSerialNumber(Certificate* certificate, const uint8_t* in, uint32_t inLen) {
+    if (!certificate || !in || inLen == 0) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
+    void* tbs = TbsOf(certificate);
+    if (!tbs) return TV_FAIL(TV_ERR_ABSENT);
+    return SetOrCreatePrimitive(&At(tbs, TbsCertificateSlot::kSerialNumber), ASN1_INTEGER, in, inLen);
+}
+
+extern "C" TV_API const uint8_t* ptr_GetCertificateSerialNumber(const Certificate* certificate, uint32_t* outLen) {
+    const Asn1Primitive* serial = certificate ? SerialOf(certificate) : nullptr;
+    if (!serial || !outLen) return nullptr;
+    *outLen = serial->length;
+    return serial->content;
+}
+
+// ---- validity -------------------------------------------------------------------------------------
+
+extern "C" TV_API uint32_t GetCertificateValidNotBefore(const Certificate* certificate, LibraryTime* outTime) {
+    return GetValidityTime(certificate, ValiditySlot::kNotBefore, outTime);
+}
+
+extern "C" TV_API uint32_t GetCertificateValidNotAfter(const Certificate* certificate, LibraryTime* outTime) {
+    return GetValidityTime(certificate, ValiditySlot::kNotAfter, outTime);
+}
+
+extern "C" TV_API uint32_t SetCertificateValidNotBefore(Certificate* certificate, const LibraryTime* time) {
+    return SetValidityTime(certificate, ValiditySlot::kNotBefore, time);
+}
+
+extern "C" TV_API uint32_t SetCertificateValidNotAfter(Certificate* certificate, const LibraryTime* time) {
+    return SetValidityTime(certificate, ValiditySlot::kNotAfter, time);
+}
+
+// ---- unique identifiers ---------------------------------------------------------------------------
+
+extern "C" TV_API uint32_t GetCertificateIssuerUniqueId(const Certificate* certificate, uint8_t* out, uint32_t* outLen,
+                                                        uint8_t* outUnusedBits) {
+    return GetUniqueId(certificate, TbsCertificateSlot::kIssuerUniqueId, out, outLen, outUnusedBits);
+}
+
+extern "C" TV_API uint32_t GetCertificateSubjectUniqueId(const Certificate* certificate, uint8_t* out, uint32_t* outLen,
+                                                         uint8_t* outUnusedBits) {
+    return GetUniqueId(certificate, TbsCertificateSlot::kSubjectUniqueId, out, outLen, outUnusedBits);
+}
+
+extern "C" TV_API uint32_t SetCertificateIssuerUniqueId(Certificate* certificate, const uint8_t* in, uint32_t inLen,
+                                                        uint8_t unusedBits) {
+    return SetUniqueId(certificate, TbsCertificateSlot::kIssuerUniqueId, in, inLen, unusedBits);
+}
+
+extern "C" TV_API uint32_t SetCertificateSubjectUniqueId(Certificate* certificate, const uint8_t* in, uint32_t inLen,
+                                                         uint8_t unusedBits) {
+    return SetUniqueId(certificate, TbsCertificateSlot::kSubjectUniqueId, in, inLen, unusedBits);
+}
+
+// ---- extensions -----------------------------------------------------------------------------------
+
+// The handle is the extensions slot itself, list or not, so the first extension of a fresh
+// certificate can be added in place through it.
+extern "C" TV_API uint32_t GetCertificateExtensions(Certificate* certificate, X509Extensions** outExtensions) {
+    if (!certificate || !outExtensions) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
+    void* tbs = TbsOf(certificate);
+    if (!tbs) return TV_FAIL(TV_ERR_ABSENT);
+    *outExtensions = ExtensionsHandleOfSlot(&At(tbs, TbsCertificateSlot::kExtensions));
+    return TV_OK;
+}
+
+// A handle without a list leaves the certificate without extensions. The copy is made before the
+// old list goes, so the certificate's own handle may be passed.
+extern "C" TV_API uint32_t SetCertificateExtensions(Certificate* certificate, const X509Extensions* extensions) {
+    if (!certificate || !extensions) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
+    void* tbs = TbsOf(certificate);
+    if (!tbs) return TV_FAIL(TV_ERR_ABSENT);
+    OwnedValue fresh(&desc::kExtensions);
+    if (extensions->list) TV_TRY(CopyValue(&desc::kExtensions, extensions->list, fresh.Out()));
+    void*& slot = At(tbs, TbsCertificateSlot::kExtensions);
+    FreeAsn1Object(&desc::kExtensions, slot);
+    slot = fresh.Release();
+    return TV_OK;
+}
