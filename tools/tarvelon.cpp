@@ -228,7 +228,7 @@ private:
 int ShowCommand(const char* path) {
     std::vector<uint8_t> der;
     if (int rc = ReadObject(path, der)) return rc;
-    return ShowObject(path, der);
+    return show::ShowObject(path, der);
 }
 
 int Asn1Command(const char* path) {
