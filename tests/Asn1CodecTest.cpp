@@ -127,6 +127,11 @@ const DecodeCase kDecodeCases[] = {
     {"explicit indefinite no EOC", &kSample, "30 80 A0 80 02 01 02 02 01 05 00 00", 335, 0, nullptr},
     {"explicit runs past sequence", &kSample, "30 05 A0 09 02 01 02 02 01 05", 302, 0, nullptr},
     {"component past sequence", &kSample, "30 03 02 05 05", 302, 0, nullptr},
+    // Each element is bounded by the one that encloses it, not by the end of the input.
+    {"component past sequence, input goes on", &kSample, "30 03 02 05 05 00 00 00 00", 302, 0, nullptr},
+    {"explicit inner past wrapper", &kSample, "30 0D A0 03 02 06 02 01 05 02 01 05 02 01 07", 302, 0, nullptr},
+    {"item past its list", &kNest, "30 04 30 02 30 03 00 00 00", 302, 0, nullptr},
+    {"any past input", &desc::kAny, "30 05 02 01 05", 302, 0, nullptr},
     // Lists.
     {"set of", &kIntSetOf, "31 06 02 01 05 02 01 03", 0, 8, "31 06 02 01 03 02 01 05"},
     {"set of empty", &kIntSetOf, "31 00", 0, 2, nullptr},
@@ -145,6 +150,7 @@ const DecodeCase kDecodeCases[] = {
     {"tag 31", &kHighTag, "9F 1F 01 05", 0, 4, nullptr},
     {"tag 200 explicit", &kHighTagExplicit, "BF 81 48 03 02 01 05", 0, 7, nullptr},
     {"tag octets cut", &kHighTag, "9F 81", 302, 0, nullptr},
+    {"tag 2^32 + 31 does not wrap to 31", &kHighTag, "9F 90 80 80 80 1F 01 05", 302, 0, nullptr},
     // Nesting is bounded; 60 levels decode, 100 do not.
     {"empty nest", &kNest, "30 00", 0, 2, nullptr},
 };
@@ -242,6 +248,9 @@ TEST(HeaderInfo, Table) {
         {"04", 302, 0, 0, 0, 0, 0, 0},
         {"1F 80", 302, 0, 0, 0, 0, 0, 0},
         {"04 85 00 00 00 00 01", 304, 0, 0, 0, 0, 0, 0},
+        {"9F 8F FF FF FF 7F 00", 0, 0x80, 0x00, 0xFFFFFFFF, 0, 0, 7},
+        {"9F 80 80 80 80 80 01 00", 0, 0x80, 0x00, 1, 0, 0, 8},  // leading zero groups
+        {"9F 90 80 80 80 00 00", 302, 0, 0, 0, 0, 0, 0},           // 2^32
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(c.in);
@@ -262,6 +271,10 @@ TEST(HeaderInfo, Table) {
     uint8_t cls, cons;
     uint32_t tag, len, header;
     EXPECT_EQ(GetAsn1ObjectInfo(shortInput.data(), 4, &cls, &cons, &tag, &len, nullptr, &header), 302u);
+    // A stored ANY is read with the same bound, so a hand-made record cannot send its readers past it.
+    Bytes cut = Hex("30 05 02 01 05");
+    const Asn1Primitive any{0x30, 5, cut.data()};
+    EXPECT_EQ(GetAsn1AnyInfo(&any, &cls, &cons, &tag, &len, &header), 302u);
 }
 
 TEST(Encoder, LengthForms) {

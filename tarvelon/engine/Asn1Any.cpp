@@ -40,7 +40,7 @@ extern "C" TV_API uint32_t GetAsn1AnyInfo(const Asn1Primitive* value, uint8_t* o
         return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
     if (!value->content) return TV_FAIL(TV_ERR_ABSENT);
     Header h;
-    TV_TRY(ParseHeader(value->content, value->length, &h));
+    TV_TRY(ReadElement(value->content, value->length, &h));
     uint32_t contentLen = h.contentLen;
     if (h.indefinite) {
         size_t total = 0;
