@@ -5,6 +5,7 @@
 #include <cstdlib>
 
 #include <filesystem>
+#include <functional>
 
 #include "TestUtil.h"
 #include "tarvelon/x509/Certificate.h"
@@ -275,6 +276,52 @@ TEST(HeaderInfo, Table) {
     Bytes cut = Hex("30 05 02 01 05");
     const Asn1Primitive any{0x30, 5, cut.data()};
     EXPECT_EQ(GetAsn1AnyInfo(&any, &cls, &cons, &tag, &len, &header), 302u);
+}
+
+// An ANY is written out unchanged and read back by its own header, so every entry point that
+// stores caller bytes as one takes exactly one complete element.
+TEST(AnyValues, EveryEntryPointTakesOneWholeElement) {
+    const Bytes oid = Packed("1.2.643.2.2.3");
+    const std::pair<const char*, std::function<uint32_t(const Bytes&)>> entries[] = {
+        {"general name", [](const Bytes& b) {
+             GeneralName* n = nullptr;
+             const uint32_t rc = AllocX509GeneralNameValue(&n, 0, b.data(), b.size());
+             FreeX509GeneralName(n);
+             return rc;
+         }},
+        {"algorithm parameters", [&](const Bytes& b) {
+             X509Crl* crl = nullptr;
+             EXPECT_EQ(CreateX509Crl(&crl), 0u);
+             const uint32_t rc = SetX509CrlSignatureAlgorithmOidAndParameters(crl, oid.data(), b.data(), b.size());
+             FreeX509Crl(crl);
+             return rc;
+         }},
+        {"attribute value", [&](const Bytes& b) {
+             RsaAttribute* a = nullptr;
+             const uint32_t rc = CreateRsaAttribute(&a, oid.data(), b.data(), b.size());
+             FreeRsaAttribute(a);
+             return rc;
+         }},
+        {"policy qualifier", [&](const Bytes& b) {
+             CertificatePolicies* list = nullptr;
+             uint32_t index = 0;
+             EXPECT_EQ(CreateExtensionCertificatePolicies(&list), 0u);
+             EXPECT_EQ(AddExtensionPolicyInformation(list, oid.data(), &index), 0u);
+             const uint32_t rc = AddExtensionPolicyQualifier(list, index, oid.data(), b.data(), b.size());
+             FreeExtensionCertificatePolicies(list);
+             return rc;
+         }},
+    };
+    const std::pair<const char*, uint32_t> inputs[] = {
+        {"30 03 02 01 05", 0},         {"30 80 02 01 05 00 00", 0}, {"30 03 02 01 05 00", 32},
+        {"05 00 05 00", 32},           {"30 05 02 01 05", 32},      {"30 80 02 01 05", 32},
+        {"9F 90 80 80 80 1F 00", 32},  {"30", 32},
+    };
+    for (const auto& [entry, call] : entries)
+        for (const auto& [in, code] : inputs) {
+            SCOPED_TRACE(std::string(entry) + ": " + in);
+            EXPECT_EQ(call(Hex(in)), code);
+        }
 }
 
 TEST(Encoder, LengthForms) {

@@ -7,6 +7,10 @@ namespace tv {
 
 uint32_t SetAnyEncoding(Asn1Primitive* any, const uint8_t* encoding, uint32_t len) noexcept {
     if (!any || (!encoding && len)) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
+    if (len) {
+        size_t total = 0;
+        if (FindElementEnd(encoding, len, &total) != TV_OK || total != len) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
+    }
     return SetPrimitive(any, len ? encoding[0] : 0, encoding, len);
 }
 

@@ -115,7 +115,9 @@ uint8_t* WriteHeader(uint8_t* out, uint8_t tagClass, uint8_t constructed, uint32
 [[nodiscard]] uint32_t NewChoice(int32_t index, void* value, Asn1ChoiceValue** out) noexcept;
 [[nodiscard]] uint32_t ReleaseChoiceAlternative(const Asn1Descriptor* choice, Asn1ChoiceValue* value) noexcept;
 
-// ANY values.
+// ANY values. Readers of a stored ANY (GetAsn1AnyInfo, the name copier, the encoder) trust its
+// header, so the caller's bytes are taken only as exactly one complete element: trailing octets, a
+// second element or a truncated one are 32. Empty input stays allowed and leaves the value empty.
 [[nodiscard]] uint32_t SetAnyEncoding(Asn1Primitive* any, const uint8_t* encoding, uint32_t len) noexcept;
 [[nodiscard]] uint32_t SetAnyParts(Asn1Primitive* any, uint8_t tagClass, uint8_t constructed, uint32_t tag,
                                    uint32_t word, const uint8_t* content, uint32_t len) noexcept;

@@ -774,8 +774,6 @@ extern "C" TV_API uint32_t AddExtensionPolicyQualifier(CertificatePolicies* list
     void** slots = SlotsOf(qualifier.get());
     TV_TRY(StoreOid(&slots[desc::kPolicyQualifierId], qualifierOid));
     if (in && inLen) {
-        size_t total = 0;
-        if (FindElementEnd(in, inLen, &total) != TV_OK || total != inLen) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
         OwnedValue any(&desc::kAny, New<Asn1Primitive>());
         if (!any.get()) return TV_FAIL(TV_ERR_NO_MEMORY);
         TV_TRY(SetAnyEncoding(any.as<Asn1Primitive>(), in, inLen));
