@@ -197,11 +197,27 @@ void PublicReaders(const uint8_t* data, uint32_t size) {
     }
 }
 
+// Caller bytes stored as an ANY: what is accepted must be one whole element, so the stored header
+// spans exactly the stored octets and the ANY decoder takes all of them.
+void CallerAny(const uint8_t* data, uint32_t size) {
+    const Shape s{"caller ANY", &kAny};
+    OwnedValue any(&kAny, New<Asn1Primitive>());
+    if (size == 0 || !any.get() || SetAnyEncoding(any.as<Asn1Primitive>(), data, size) != TV_OK) return;
+    uint8_t cls = 0, cons = 0;
+    uint32_t tag = 0, contentLen = 0, headerLen = 0, used = 0;
+    uint32_t rc = GetAsn1AnyInfo(any.as<Asn1Primitive>(), &cls, &cons, &tag, &contentLen, &headerLen);
+    if (rc != TV_OK || uint64_t{headerLen} + contentLen != size) Broken(s, "stored header does not span it", rc);
+    OwnedValue back(&kAny);
+    if ((rc = Asn1DecodeItem(data, size, &kAny, back.Out(), &used)) != TV_OK || used != size)
+        Broken(s, "accepted bytes are not one element", rc);
+}
+
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     if (size > UINT32_MAX) return 0;
     for (const Shape& s : kShapes) RoundTrip(s, data, static_cast<uint32_t>(size));
     PublicReaders(data, static_cast<uint32_t>(size));
+    CallerAny(data, static_cast<uint32_t>(size));
     return 0;
 }

@@ -5,6 +5,7 @@
 #include <cstdlib>
 
 #include <filesystem>
+#include <functional>
 
 #include "TestUtil.h"
 #include "tarvelon/x509/Certificate.h"
@@ -127,6 +128,11 @@ const DecodeCase kDecodeCases[] = {
     {"explicit indefinite no EOC", &kSample, "30 80 A0 80 02 01 02 02 01 05 00 00", 335, 0, nullptr},
     {"explicit runs past sequence", &kSample, "30 05 A0 09 02 01 02 02 01 05", 302, 0, nullptr},
     {"component past sequence", &kSample, "30 03 02 05 05", 302, 0, nullptr},
+    // Each element is bounded by the one that encloses it, not by the end of the input.
+    {"component past sequence, input goes on", &kSample, "30 03 02 05 05 00 00 00 00", 302, 0, nullptr},
+    {"explicit inner past wrapper", &kSample, "30 0D A0 03 02 06 02 01 05 02 01 05 02 01 07", 302, 0, nullptr},
+    {"item past its list", &kNest, "30 04 30 02 30 03 00 00 00", 302, 0, nullptr},
+    {"any past input", &desc::kAny, "30 05 02 01 05", 302, 0, nullptr},
     // Lists.
     {"set of", &kIntSetOf, "31 06 02 01 05 02 01 03", 0, 8, "31 06 02 01 03 02 01 05"},
     {"set of empty", &kIntSetOf, "31 00", 0, 2, nullptr},
@@ -145,6 +151,7 @@ const DecodeCase kDecodeCases[] = {
     {"tag 31", &kHighTag, "9F 1F 01 05", 0, 4, nullptr},
     {"tag 200 explicit", &kHighTagExplicit, "BF 81 48 03 02 01 05", 0, 7, nullptr},
     {"tag octets cut", &kHighTag, "9F 81", 302, 0, nullptr},
+    {"tag 2^32 + 31 does not wrap to 31", &kHighTag, "9F 90 80 80 80 1F 01 05", 302, 0, nullptr},
     // Nesting is bounded; 60 levels decode, 100 do not.
     {"empty nest", &kNest, "30 00", 0, 2, nullptr},
 };
@@ -242,6 +249,9 @@ TEST(HeaderInfo, Table) {
         {"04", 302, 0, 0, 0, 0, 0, 0},
         {"1F 80", 302, 0, 0, 0, 0, 0, 0},
         {"04 85 00 00 00 00 01", 304, 0, 0, 0, 0, 0, 0},
+        {"9F 8F FF FF FF 7F 00", 0, 0x80, 0x00, 0xFFFFFFFF, 0, 0, 7},
+        {"9F 80 80 80 80 80 01 00", 0, 0x80, 0x00, 1, 0, 0, 8},  // leading zero groups
+        {"9F 90 80 80 80 00 00", 302, 0, 0, 0, 0, 0, 0},           // 2^32
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(c.in);
@@ -262,6 +272,56 @@ TEST(HeaderInfo, Table) {
     uint8_t cls, cons;
     uint32_t tag, len, header;
     EXPECT_EQ(GetAsn1ObjectInfo(shortInput.data(), 4, &cls, &cons, &tag, &len, nullptr, &header), 302u);
+    // A stored ANY is read with the same bound, so a hand-made record cannot send its readers past it.
+    Bytes cut = Hex("30 05 02 01 05");
+    const Asn1Primitive any{0x30, 5, cut.data()};
+    EXPECT_EQ(GetAsn1AnyInfo(&any, &cls, &cons, &tag, &len, &header), 302u);
+}
+
+// An ANY is written out unchanged and read back by its own header, so every entry point that
+// stores caller bytes as one takes exactly one complete element.
+TEST(AnyValues, EveryEntryPointTakesOneWholeElement) {
+    const Bytes oid = Packed("1.2.643.2.2.3");
+    const std::pair<const char*, std::function<uint32_t(const Bytes&)>> entries[] = {
+        {"general name", [](const Bytes& b) {
+             GeneralName* n = nullptr;
+             const uint32_t rc = AllocX509GeneralNameValue(&n, 0, b.data(), b.size());
+             FreeX509GeneralName(n);
+             return rc;
+         }},
+        {"algorithm parameters", [&](const Bytes& b) {
+             X509Crl* crl = nullptr;
+             EXPECT_EQ(CreateX509Crl(&crl), 0u);
+             const uint32_t rc = SetX509CrlSignatureAlgorithmOidAndParameters(crl, oid.data(), b.data(), b.size());
+             FreeX509Crl(crl);
+             return rc;
+         }},
+        {"attribute value", [&](const Bytes& b) {
+             RsaAttribute* a = nullptr;
+             const uint32_t rc = CreateRsaAttribute(&a, oid.data(), b.data(), b.size());
+             FreeRsaAttribute(a);
+             return rc;
+         }},
+        {"policy qualifier", [&](const Bytes& b) {
+             CertificatePolicies* list = nullptr;
+             uint32_t index = 0;
+             EXPECT_EQ(CreateExtensionCertificatePolicies(&list), 0u);
+             EXPECT_EQ(AddExtensionPolicyInformation(list, oid.data(), &index), 0u);
+             const uint32_t rc = AddExtensionPolicyQualifier(list, index, oid.data(), b.data(), b.size());
+             FreeExtensionCertificatePolicies(list);
+             return rc;
+         }},
+    };
+    const std::pair<const char*, uint32_t> inputs[] = {
+        {"30 03 02 01 05", 0},         {"30 80 02 01 05 00 00", 0}, {"30 03 02 01 05 00", 32},
+        {"05 00 05 00", 32},           {"30 05 02 01 05", 32},      {"30 80 02 01 05", 32},
+        {"9F 90 80 80 80 1F 00", 32},  {"30", 32},
+    };
+    for (const auto& [entry, call] : entries)
+        for (const auto& [in, code] : inputs) {
+            SCOPED_TRACE(std::string(entry) + ": " + in);
+            EXPECT_EQ(call(Hex(in)), code);
+        }
 }
 
 TEST(Encoder, LengthForms) {

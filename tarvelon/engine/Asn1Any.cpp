@@ -7,6 +7,10 @@ namespace tv {
 
 uint32_t SetAnyEncoding(Asn1Primitive* any, const uint8_t* encoding, uint32_t len) noexcept {
     if (!any || (!encoding && len)) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
+    if (len) {
+        size_t total = 0;
+        if (FindElementEnd(encoding, len, &total) != TV_OK || total != len) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
+    }
     return SetPrimitive(any, len ? encoding[0] : 0, encoding, len);
 }
 
@@ -40,7 +44,7 @@ extern "C" TV_API uint32_t GetAsn1AnyInfo(const Asn1Primitive* value, uint8_t* o
         return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
     if (!value->content) return TV_FAIL(TV_ERR_ABSENT);
     Header h;
-    TV_TRY(ParseHeader(value->content, value->length, &h));
+    TV_TRY(ReadElement(value->content, value->length, &h));
     uint32_t contentLen = h.contentLen;
     if (h.indefinite) {
         size_t total = 0;

@@ -17,11 +17,13 @@ uint32_t ParseHeader(const uint8_t* in, size_t len, Header* h) noexcept {
     uint32_t tag = in[0] & 0x1F;
     size_t pos = 1;
     if (tag == 0x1F) {
-        // High tag number: no limit on the octets, the number keeps its low 32 bits.
+        // High tag number: leading zero groups are accepted, but a number that needs more than 32
+        // bits is refused rather than cut to its low bits, which would let it match another tag.
         tag = 0;
         for (;;) {
             if (pos >= len) return TV_FAIL(TV_ERR_MALFORMED);
             uint8_t octet = in[pos++];
+            if (tag > (UINT32_MAX >> 7)) return TV_FAIL(TV_ERR_MALFORMED);
             tag = (tag << 7) | (octet & 0x7F);
             if (!(octet & 0x80)) break;
         }
@@ -47,6 +49,16 @@ uint32_t ParseHeader(const uint8_t* in, size_t len, Header* h) noexcept {
     return TV_OK;
 }
 
+uint32_t CheckElementInside(const Header& h, size_t len) noexcept {
+    if (!h.indefinite && uint64_t{h.headerLen} + h.contentLen > len) return TV_FAIL(TV_ERR_MALFORMED);
+    return TV_OK;
+}
+
+uint32_t ReadElement(const uint8_t* in, size_t len, Header* h) noexcept {
+    TV_TRY(ParseHeader(in, len, h));
+    return CheckElementInside(*h, len);
+}
+
 uint32_t FindElementEnd(const uint8_t* in, size_t len, size_t* total) noexcept {
     // Iterative, counting the end-of-contents octets still owed, so hostile nesting of indefinite
     // lengths costs no stack.
@@ -59,14 +71,13 @@ uint32_t FindElementEnd(const uint8_t* in, size_t len, size_t* total) noexcept {
             continue;
         }
         Header h;
-        if (uint32_t rc = ParseHeader(in + pos, len - pos, &h); rc != TV_OK)
+        if (uint32_t rc = ReadElement(in + pos, len - pos, &h); rc != TV_OK)
             return rc == TV_ERR_LENGTH_TOO_LONG ? rc : TV_FAIL(TV_ERR_INDEFINITE);
         if (h.indefinite) {
             pos += h.headerLen;
             ++open;
             continue;
         }
-        if (uint64_t{h.headerLen} + h.contentLen > len - pos) return TV_FAIL(TV_ERR_INDEFINITE);
         pos += h.headerLen + h.contentLen;
         if (open == 0) break;
     }
@@ -173,31 +184,29 @@ uint32_t DecodeSegments(const uint8_t* in, size_t len, void** value, size_t* con
         // than joined with its headers.
         if (h.indefinite) return TV_FAIL(TV_ERR_INDEFINITE);
         if (h.constructed) return TV_FAIL(TV_ERR_MALFORMED);
-        if (uint64_t{h.headerLen} + h.contentLen > len - pos) return TV_FAIL(TV_ERR_MALFORMED);
+        TV_TRY(CheckElementInside(h, len - pos));
         total += h.contentLen;
         pos += h.headerLen + h.contentLen;
     }
     if (total > UINT32_MAX) return TV_FAIL(TV_ERR_MALFORMED);
-    auto* p = New<Asn1Primitive>();
+    OwnedValue guard(&desc::kOctetString, New<Asn1Primitive>());
+    auto* p = guard.as<Asn1Primitive>();
     if (!p) return TV_FAIL(TV_ERR_NO_MEMORY);
     p->word = ASN1_OCTET_STRING;
     if (total) {
         p->content = static_cast<uint8_t*>(Alloc(total));
-        if (!p->content) {
-            Free(p);
-            return TV_FAIL(TV_ERR_NO_MEMORY);
-        }
+        if (!p->content) return TV_FAIL(TV_ERR_NO_MEMORY);
     }
     size_t at = 0;
     for (size_t q = 0; q < pos;) {
         Header h;
-        ParseHeader(in + q, len - q, &h);
+        TV_TRY(ReadElement(in + q, len - q, &h));  // accepted by the first pass
         if (h.contentLen) std::memcpy(p->content + at, in + q + h.headerLen, h.contentLen);
         at += h.contentLen;
         q += h.headerLen + h.contentLen;
     }
     p->length = static_cast<uint32_t>(total);
-    *value = p;
+    *value = guard.Release();
     *consumed = eoc ? pos + 2 : pos;
     return TV_OK;
 }
@@ -280,6 +289,9 @@ uint32_t DecodeChoice(const uint8_t* in, size_t len, const Header& h, const Asn1
 // One element against a descriptor with the given expectation of class and tag.
 uint32_t MatchElement(const uint8_t* in, size_t len, const Asn1Descriptor* d, Expect expect, void** value,
                       size_t* consumed, int depth) {
+    // The bound is checked after the CHOICE step: a CHOICE only picks an alternative by the header
+    // (the alternative checks the bound), and an OPTIONAL one that matches nothing leaves the
+    // octets unread for the next component.
     Header h;
     TV_TRY(ParseHeader(in, len, &h));
     const uint8_t code = d->typeCode;
@@ -287,7 +299,7 @@ uint32_t MatchElement(const uint8_t* in, size_t len, const Asn1Descriptor* d, Ex
         if (d->componentCount == 0) return Absent(d, value, consumed);
         return DecodeChoice(in, len, h, d, value, consumed, depth);
     }
-    if (!h.indefinite && uint64_t{h.headerLen} + h.contentLen > len) return TV_FAIL(TV_ERR_MALFORMED);
+    TV_TRY(CheckElementInside(h, len));
     if (code == ASN1_ANY) {
         size_t total = h.headerLen + size_t{h.contentLen};
         if (h.indefinite) TV_TRY(FindElementEnd(in, len, &total));
@@ -348,11 +360,8 @@ uint32_t DecodeItem(const uint8_t* in, size_t len, const Asn1Descriptor* d, void
     if (depth >= kMaxDecodeDepth) return TV_FAIL(TV_ERR_MALFORMED);
     // A definite wrapper bounds its inner element; what the wrapper leaves after the element is
     // left for the next component, as the wrapper's length is not used to skip.
-    size_t inner = len - outer.headerLen;
-    if (!outer.indefinite) {
-        if (outer.contentLen > inner) return TV_FAIL(TV_ERR_MALFORMED);
-        inner = outer.contentLen;
-    }
+    TV_TRY(CheckElementInside(outer, len));
+    const size_t inner = outer.indefinite ? len - outer.headerLen : outer.contentLen;
     OwnedValue v(d);
     size_t used = 0;
     TV_TRY(MatchElement(in + outer.headerLen, inner, d, Expect{ASN1_CLASS_UNIVERSAL, UniversalTag(*d)}, v.Out(),
@@ -488,24 +497,36 @@ uint32_t ItemSize(const void* v, const Asn1Descriptor* d, uint64_t* out) {
     return TV_OK;
 }
 
-// Writes backwards: `*pos` moves from the end of the element towards `start`.
+// Writes backwards: `*pos` moves from the end of the element towards `start`. Every write is
+// checked against `start`: the buffer was sized by the first pass, and a tree that changed between
+// the passes must end in a status, not in a write before the caller's buffer.
 struct Writer {
     uint8_t* start;
     uint8_t* pos;
 
-    void Bytes(const uint8_t* src, size_t n) {
+    [[nodiscard]] uint32_t Reserve(size_t n) {
+        if (static_cast<size_t>(pos - start) < n) return TV_FAIL(TV_ERR_BAD_DESCRIPTOR);
         pos -= n;
+        return TV_OK;
+    }
+    [[nodiscard]] uint32_t Bytes(const uint8_t* src, size_t n) {
+        TV_TRY(Reserve(n));
         if (n) {
             if (src) std::memcpy(pos, src, n);
             else std::memset(pos, 0, n);  // a record with a length but no contents writes zeros
         }
+        return TV_OK;
     }
-    void Octet(uint8_t b) { *--pos = b; }
-    void HeaderBefore(uint8_t* end, uint8_t tagClass, uint8_t constructed, uint32_t tag) {
-        size_t len = static_cast<size_t>(end - pos);
-        size_t n = HeaderSize(tag, len);
-        pos -= n;
+    [[nodiscard]] uint32_t Octet(uint8_t b) {
+        TV_TRY(Reserve(1));
+        *pos = b;
+        return TV_OK;
+    }
+    [[nodiscard]] uint32_t HeaderBefore(uint8_t* end, uint8_t tagClass, uint8_t constructed, uint32_t tag) {
+        const auto len = static_cast<size_t>(end - pos);
+        TV_TRY(Reserve(HeaderSize(tag, len)));
         WriteHeader(pos, tagClass, constructed, tag, len);
+        return TV_OK;
     }
 };
 
@@ -549,9 +570,8 @@ uint32_t ContentWrite(const void* v, const Asn1Descriptor* d, Writer& w) {
     switch (d->typeCode) {
         case ASN1_BIT_STRING: {
             auto* b = static_cast<const Asn1BitStringValue*>(v);
-            w.Bytes(b->content, b->length);
-            w.Octet(static_cast<uint8_t>(b->unusedBits));
-            return TV_OK;
+            TV_TRY(w.Bytes(b->content, b->length));
+            return w.Octet(static_cast<uint8_t>(b->unusedBits));
         }
         case ASN1_SEQUENCE: {
             auto* slots = static_cast<void* const*>(v);
@@ -568,8 +588,7 @@ uint32_t ContentWrite(const void* v, const Asn1Descriptor* d, Writer& w) {
         }
         default: {
             auto* p = static_cast<const Asn1Primitive*>(v);
-            w.Bytes(p->content, p->length);
-            return TV_OK;
+            return w.Bytes(p->content, p->length);
         }
     }
 }
@@ -583,7 +602,7 @@ uint32_t ElementWrite(const void* v, const Asn1Descriptor* d, Mode mode, Writer&
     }
     if (d->typeCode == ASN1_ANY) {
         auto* p = static_cast<const Asn1Primitive*>(v);
-        w.Bytes(p->content, p->length);
+        TV_TRY(w.Bytes(p->content, p->length));
         // Implicit retagging of a stored element: keeps its constructed bit, assumes a tag below 31.
         if (d->tagClass == ASN1_CLASS_CONTEXT && !IsExplicit(*d) && p->length > 0)
             *w.pos = static_cast<uint8_t>(ASN1_CLASS_CONTEXT | d->tag | (p->content[0] & 0x20));
@@ -591,8 +610,7 @@ uint32_t ElementWrite(const void* v, const Asn1Descriptor* d, Mode mode, Writer&
     }
     uint8_t* end = w.pos;
     TV_TRY(ContentWrite(v, d, w));
-    w.HeaderBefore(end, ModeClass(d, mode), d->constructed, ModeTag(d, mode));
-    return TV_OK;
+    return w.HeaderBefore(end, ModeClass(d, mode), d->constructed, ModeTag(d, mode));
 }
 
 uint32_t ItemWrite(const void* v, const Asn1Descriptor* d, Writer& w) {
@@ -602,8 +620,7 @@ uint32_t ItemWrite(const void* v, const Asn1Descriptor* d, Writer& w) {
     if (!IsExplicit(*d)) return ElementWrite(v, d, Mode::Tagged, w);
     uint8_t* end = w.pos;
     TV_TRY(ElementWrite(v, d, Mode::Universal, w));
-    w.HeaderBefore(end, d->tagClass, ASN1_CONSTRUCTED_FORM, static_cast<uint32_t>(d->tag));
-    return TV_OK;
+    return w.HeaderBefore(end, d->tagClass, ASN1_CONSTRUCTED_FORM, static_cast<uint32_t>(d->tag));
 }
 
 uint32_t EncodedSize(const void* v, const Asn1Descriptor* d, uint32_t* size) {
@@ -653,8 +670,7 @@ extern "C" TV_API uint32_t GetAsn1ObjectInfo(const uint8_t* in, uint32_t inLen, 
         *outIndefinite = h.indefinite ? 1 : 0;
         return TV_OK;
     }
-    if (uint64_t{h.headerLen} + h.contentLen > inLen) return TV_FAIL(TV_ERR_MALFORMED);
-    return TV_OK;
+    return CheckElementInside(h, inLen);
 }
 
 extern "C" TV_API uint32_t Asn1DecodeItem(const uint8_t* in, uint32_t inLen, const Asn1Descriptor* d, void** value,

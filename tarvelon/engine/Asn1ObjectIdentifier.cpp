@@ -105,10 +105,9 @@ extern "C" TV_API uint32_t EncodeAsn1Oid(const uint8_t* packed, uint8_t* out, ui
 extern "C" TV_API uint32_t DecodeAsn1Oid(const uint8_t* in, uint32_t inLen, uint8_t* out, uint32_t* outLen) {
     if (!in || inLen == 0 || !outLen) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
     Header h;
-    TV_TRY(ParseHeader(in, inLen, &h));
+    TV_TRY(ReadElement(in, inLen, &h));
     if (h.indefinite) return TV_FAIL(TV_ERR_INDEFINITE);
     if (h.tagClass != ASN1_CLASS_UNIVERSAL || h.tag != ASN1_OBJECT_IDENTIFIER) return TV_FAIL(TV_ERR_MALFORMED);
-    if (uint64_t{h.headerLen} + h.contentLen > inLen) return TV_FAIL(TV_ERR_MALFORMED);
     if (h.contentLen > 255) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);  // no packed form for it
     return WriteSized(TV_SITE, h.contentLen + 1, out, outLen, [&](uint8_t* to) {
         to[0] = static_cast<uint8_t>(h.contentLen);

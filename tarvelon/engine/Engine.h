@@ -19,12 +19,12 @@ inline constexpr int kMaxDecodeDepth = 64;
 
 // The size protocol of every function that copies bytes out: a null buffer asks for the size, a
 // short one gets 49 with the size stored, else the bytes are copied. Failures are recorded at `site`.
-uint32_t PutBytes(Site site, const void* src, size_t n, void* out, uint32_t* outLen) noexcept;
+[[nodiscard]] uint32_t PutBytes(Site site, const void* src, size_t n, void* out, uint32_t* outLen) noexcept;
 
 // The same protocol for output produced in place: `write(out)` fills exactly n octets and returns
 // a status; it runs only when the caller's buffer is large enough.
 template <typename Write>
-uint32_t WriteSized(Site site, size_t n, uint8_t* out, uint32_t* outLen, Write write) noexcept {
+[[nodiscard]] uint32_t WriteSized(Site site, size_t n, uint8_t* out, uint32_t* outLen, Write write) noexcept {
     if (outLen == nullptr) return Fail(site, TV_ERR_INVALID_ARGUMENT);
     if (n > UINT32_MAX) return Fail(site, TV_ERR_WORK_BUFFER);
     const auto needed = static_cast<uint32_t>(n);
@@ -43,11 +43,12 @@ uint32_t WriteSized(Site site, size_t n, uint8_t* out, uint32_t* outLen, Write w
 
 // DER of a value tree with the size protocol, written in place; the protocol's own failures
 // (null size, short buffer) are recorded at `site`, so they name the calling family.
-uint32_t EncodeSized(Site site, const void* value, const Asn1Descriptor* d, uint8_t* out, uint32_t* outLen) noexcept;
+[[nodiscard]] uint32_t EncodeSized(Site site, const void* value, const Asn1Descriptor* d, uint8_t* out,
+                                   uint32_t* outLen) noexcept;
 
 // ---- values -------------------------------------------------------------------------------------
 
-uint32_t CopyValue(const Asn1Descriptor* d, const void* src, void** out) noexcept;
+[[nodiscard]] uint32_t CopyValue(const Asn1Descriptor* d, const void* src, void** out) noexcept;
 
 // Lexicographic order by unsigned octets, a proper prefix first: <0, 0, >0.
 int CompareOctets(const uint8_t* a, size_t na, const uint8_t* b, size_t nb) noexcept;
@@ -63,12 +64,22 @@ struct Header {
     uint32_t headerLen = 0;
 };
 
-// Parses one identifier and length. Checks only that the header itself fits in `len`.
-uint32_t ParseHeader(const uint8_t* in, size_t len, Header* h) noexcept;
+// Parses one identifier and length. Checks only that the header itself fits in `len`; a tag number
+// that does not fit in 32 bits is 302.
+[[nodiscard]] uint32_t ParseHeader(const uint8_t* in, size_t len, Header* h) noexcept;
+
+// The bound every reader of contents relies on: 302 unless the definite element `h` heads, read
+// from the start of `len` octets, ends inside them. An indefinite header passes: its end is found
+// by walking (FindElementEnd), never from its length.
+[[nodiscard]] uint32_t CheckElementInside(const Header& h, size_t len) noexcept;
+
+// A header accepted only with its contents inside the input: ParseHeader, then CheckElementInside.
+// Readers that decide on the tag before they may fail on the length call the two in turn.
+[[nodiscard]] uint32_t ReadElement(const uint8_t* in, size_t len, Header* h) noexcept;
 
 // Total length of the element at `in` (header, contents and, for the indefinite form, the
 // end-of-contents octets). 335 when the input ends first.
-uint32_t FindElementEnd(const uint8_t* in, size_t len, size_t* total) noexcept;
+[[nodiscard]] uint32_t FindElementEnd(const uint8_t* in, size_t len, size_t* total) noexcept;
 
 // Octets of an identifier-and-length header for `tag` and a content length.
 size_t HeaderSize(uint32_t tag, size_t contentLen) noexcept;
@@ -78,46 +89,49 @@ uint8_t* WriteHeader(uint8_t* out, uint8_t tagClass, uint8_t constructed, uint32
 
 // ---- leaves -------------------------------------------------------------------------------------
 
-Asn1Primitive* NewPrimitive(uint32_t word, const uint8_t* content, uint32_t len) noexcept;
+[[nodiscard]] Asn1Primitive* NewPrimitive(uint32_t word, const uint8_t* content, uint32_t len) noexcept;
 // Replaces the contents (old ones freed, new ones copied) and sets the word.
-uint32_t SetPrimitive(Asn1Primitive* p, uint32_t word, const uint8_t* content, uint32_t len) noexcept;
-uint32_t SetBoolean(Asn1Primitive* p, bool flag) noexcept;
+[[nodiscard]] uint32_t SetPrimitive(Asn1Primitive* p, uint32_t word, const uint8_t* content, uint32_t len) noexcept;
+[[nodiscard]] uint32_t SetBoolean(Asn1Primitive* p, bool flag) noexcept;
 // Sets the leaf in `*slot`, creating the record when the slot is empty.
-uint32_t SetOrCreatePrimitive(void** slot, uint32_t word, const uint8_t* content, uint32_t len) noexcept;
+[[nodiscard]] uint32_t SetOrCreatePrimitive(void** slot, uint32_t word, const uint8_t* content, uint32_t len) noexcept;
 
 // Bit strings. `trim` removes trailing zero bits (named-bit lists in DER).
-uint32_t SetBitString(Asn1BitStringValue* b, const uint8_t* content, uint32_t len, uint32_t unusedBits, bool trim) noexcept;
+[[nodiscard]] uint32_t SetBitString(Asn1BitStringValue* b, const uint8_t* content, uint32_t len, uint32_t unusedBits,
+                                    bool trim) noexcept;
 // Named bits from a flag word: its octets least significant first, named bit 0 = 0x80 of octet 0.
-uint32_t SetBitStringFromFlags(Asn1BitStringValue* b, uint32_t flags) noexcept;
+[[nodiscard]] uint32_t SetBitStringFromFlags(Asn1BitStringValue* b, uint32_t flags) noexcept;
 // The DER BIT STRING element of a flag word, with the size protocol.
-uint32_t EncodeBitStringFlags(uint32_t flags, uint8_t* out, uint32_t* outLen) noexcept;
+[[nodiscard]] uint32_t EncodeBitStringFlags(uint32_t flags, uint8_t* out, uint32_t* outLen) noexcept;
 
 // Identifiers. `packed` is one length octet followed by the contents.
-uint32_t OidToPacked(const Asn1Primitive* oid, uint8_t* out, uint32_t* outLen) noexcept;
+[[nodiscard]] uint32_t OidToPacked(const Asn1Primitive* oid, uint8_t* out, uint32_t* outLen) noexcept;
 // Stores the contents into an empty identifier value; a value that already holds contents is
 // emptied instead (kept behaviour: callers replacing an identifier create a fresh value).
-uint32_t SetOidContents(Asn1Primitive* oid, const uint8_t* contents, uint32_t len) noexcept;
-uint32_t SetOidPacked(Asn1Primitive* oid, const uint8_t* packed) noexcept;
+[[nodiscard]] uint32_t SetOidContents(Asn1Primitive* oid, const uint8_t* contents, uint32_t len) noexcept;
+[[nodiscard]] uint32_t SetOidPacked(Asn1Primitive* oid, const uint8_t* packed) noexcept;
 
 // CHOICE values.
-uint32_t NewChoice(int32_t index, void* value, Asn1ChoiceValue** out) noexcept;
-uint32_t ReleaseChoiceAlternative(const Asn1Descriptor* choice, Asn1ChoiceValue* value) noexcept;
+[[nodiscard]] uint32_t NewChoice(int32_t index, void* value, Asn1ChoiceValue** out) noexcept;
+[[nodiscard]] uint32_t ReleaseChoiceAlternative(const Asn1Descriptor* choice, Asn1ChoiceValue* value) noexcept;
 
-// ANY values.
-uint32_t SetAnyEncoding(Asn1Primitive* any, const uint8_t* encoding, uint32_t len) noexcept;
-uint32_t SetAnyParts(Asn1Primitive* any, uint8_t tagClass, uint8_t constructed, uint32_t tag, uint32_t word,
-                     const uint8_t* content, uint32_t len) noexcept;
+// ANY values. Readers of a stored ANY (GetAsn1AnyInfo, the name copier, the encoder) trust its
+// header, so the caller's bytes are taken only as exactly one complete element: trailing octets, a
+// second element or a truncated one are 32. Empty input stays allowed and leaves the value empty.
+[[nodiscard]] uint32_t SetAnyEncoding(Asn1Primitive* any, const uint8_t* encoding, uint32_t len) noexcept;
+[[nodiscard]] uint32_t SetAnyParts(Asn1Primitive* any, uint8_t tagClass, uint8_t constructed, uint32_t tag,
+                                   uint32_t word, const uint8_t* content, uint32_t len) noexcept;
 
 // ---- lists --------------------------------------------------------------------------------------
 
-Asn1List* ListCreate() noexcept;
-uint32_t ListAppend(Asn1List* list, void* item) noexcept;
+[[nodiscard]] Asn1List* ListCreate() noexcept;
+[[nodiscard]] uint32_t ListAppend(Asn1List* list, void* item) noexcept;
 // Frees the element with `element` (plain free when null) and closes the gap.
-uint32_t ListRemoveAt(Asn1List* list, uint32_t index, const Asn1Descriptor* element) noexcept;
+[[nodiscard]] uint32_t ListRemoveAt(Asn1List* list, uint32_t index, const Asn1Descriptor* element) noexcept;
 void ListClear(Asn1List* list, const Asn1Descriptor* element) noexcept;
 void ListFree(Asn1List* list, const Asn1Descriptor* element) noexcept;
 void ListSort(Asn1List* list) noexcept;
 // Appends unless an element with the same encoding is present (344).
-uint32_t ListAppendUnique(Asn1List* list, const Asn1Descriptor* element, void* item) noexcept;
+[[nodiscard]] uint32_t ListAppendUnique(Asn1List* list, const Asn1Descriptor* element, void* item) noexcept;
 
 }  // namespace tv

@@ -21,7 +21,7 @@ struct Family {
 #define TV_FAMILY_SITE(family) (::tv::Site{(family).module, static_cast<uint32_t>(__LINE__)})
 
 template <typename T>
-uint32_t CreateT(const Family& f, T** out) noexcept {
+[[nodiscard]] uint32_t CreateT(const Family& f, T** out) noexcept {
     if (!out) return Fail(TV_FAMILY_SITE(f), TV_ERR_INVALID_ARGUMENT);
     void* v = nullptr;
     TV_TRY(CreateAsn1Object(f.descriptor, &v, f.leaves));
@@ -31,7 +31,7 @@ uint32_t CreateT(const Family& f, T** out) noexcept {
 
 // Octets after the first complete element are ignored, as callers pass whole files or buffers.
 template <typename T>
-uint32_t DecodeT(const Family& f, const uint8_t* in, uint32_t inLen, T** out) noexcept {
+[[nodiscard]] uint32_t DecodeT(const Family& f, const uint8_t* in, uint32_t inLen, T** out) noexcept {
     if (!in || !out) return Fail(TV_FAMILY_SITE(f), TV_ERR_INVALID_ARGUMENT);
     void* v = nullptr;
     uint32_t consumed = 0;
@@ -42,12 +42,12 @@ uint32_t DecodeT(const Family& f, const uint8_t* in, uint32_t inLen, T** out) no
 
 // DER straight into the caller's buffer with the size protocol; no intermediate copy.
 template <typename T>
-uint32_t EncodeT(const Family& f, const T* value, uint8_t* out, uint32_t* outLen) noexcept {
+[[nodiscard]] uint32_t EncodeT(const Family& f, const T* value, uint8_t* out, uint32_t* outLen) noexcept {
     return EncodeSized(TV_FAMILY_SITE(f), value, f.descriptor, out, outLen);
 }
 
 template <typename T>
-uint32_t CopyT(const Family& f, const T* src, T** out) noexcept {
+[[nodiscard]] uint32_t CopyT(const Family& f, const T* src, T** out) noexcept {
     if (!src || !out) return Fail(TV_FAMILY_SITE(f), TV_ERR_INVALID_ARGUMENT);
     void* v = nullptr;
     TV_TRY(CopyValue(f.descriptor, src, &v));
@@ -68,7 +68,7 @@ uint32_t FreeT(const Family& f, T* value) noexcept {
 
 inline const Asn1Descriptor* ElementOf(const Family& f) noexcept { return f.descriptor->components[0]; }
 
-inline uint32_t ListCountT(const Family& f, const Asn1List* list, uint32_t* outCount) noexcept {
+[[nodiscard]] inline uint32_t ListCountT(const Family& f, const Asn1List* list, uint32_t* outCount) noexcept {
     if (!list || !outCount) return Fail(TV_FAMILY_SITE(f), TV_ERR_INVALID_ARGUMENT);
     *outCount = list->count;
     return TV_OK;
@@ -76,7 +76,7 @@ inline uint32_t ListCountT(const Family& f, const Asn1List* list, uint32_t* outC
 
 // The element at `index`: out of range 32, an empty slot 311.
 template <typename T>
-uint32_t ListElementT(const Family& f, const Asn1List* list, uint32_t index, T** out) noexcept {
+[[nodiscard]] uint32_t ListElementT(const Family& f, const Asn1List* list, uint32_t index, T** out) noexcept {
     if (!list || !out) return Fail(TV_FAMILY_SITE(f), TV_ERR_INVALID_ARGUMENT);
     if (index >= list->count) return Fail(TV_FAMILY_SITE(f), TV_ERR_INVALID_ARGUMENT);
     if (!list->items[index]) return Fail(TV_FAMILY_SITE(f), TV_ERR_ABSENT);
@@ -85,7 +85,7 @@ uint32_t ListElementT(const Family& f, const Asn1List* list, uint32_t index, T**
 }
 
 // Appends a finished element; the list takes it over only on success (the guard frees it otherwise).
-inline uint32_t ListAppendT(const Family& f, Asn1List* list, OwnedValue& element) noexcept {
+[[nodiscard]] inline uint32_t ListAppendT(const Family& f, Asn1List* list, OwnedValue& element) noexcept {
     if (!list) return Fail(TV_FAMILY_SITE(f), TV_ERR_INVALID_ARGUMENT);
     TV_TRY(ListAppend(list, element.get()));
     element.Release();
@@ -93,7 +93,7 @@ inline uint32_t ListAppendT(const Family& f, Asn1List* list, OwnedValue& element
 }
 
 // Frees the element at `index` and closes the gap (null list or index out of range: 32).
-inline uint32_t ListRemoveT(const Family& f, Asn1List* list, uint32_t index) noexcept {
+[[nodiscard]] inline uint32_t ListRemoveT(const Family& f, Asn1List* list, uint32_t index) noexcept {
     if (!list || index >= list->count) return Fail(TV_FAMILY_SITE(f), TV_ERR_INVALID_ARGUMENT);
     return ListRemoveAt(list, index, ElementOf(f));
 }
@@ -110,7 +110,7 @@ Asn1List* ListOf(const Handle* h) noexcept {
 }
 
 template <typename Handle>
-uint32_t HandleCreateT(const Family& f, Handle** out) noexcept {
+[[nodiscard]] uint32_t HandleCreateT(const Family& f, Handle** out) noexcept {
     if (!out) return Fail(TV_FAMILY_SITE(f), TV_ERR_INVALID_ARGUMENT);
     auto* handle = New<Handle>();
     if (handle) handle->list = ListCreate();
@@ -124,7 +124,7 @@ uint32_t HandleCreateT(const Family& f, Handle** out) noexcept {
 
 // The handle's list, created on first use.
 template <typename Handle>
-uint32_t HandleListT(const Family& f, Handle* h, Asn1List** out) noexcept {
+[[nodiscard]] uint32_t HandleListT(const Family& f, Handle* h, Asn1List** out) noexcept {
     if (!h->list && !(h->list = ListCreate())) return Fail(TV_FAMILY_SITE(f), TV_ERR_NO_MEMORY);
     *out = ListOf(h);
     return TV_OK;
@@ -132,7 +132,7 @@ uint32_t HandleListT(const Family& f, Handle* h, Asn1List** out) noexcept {
 
 // No list counts as empty.
 template <typename Handle>
-uint32_t HandleCountT(const Family& f, const Handle* h, uint32_t* outCount) noexcept {
+[[nodiscard]] uint32_t HandleCountT(const Family& f, const Handle* h, uint32_t* outCount) noexcept {
     if (!h || !outCount) return Fail(TV_FAMILY_SITE(f), TV_ERR_INVALID_ARGUMENT);
     *outCount = h->list ? ListOf(h)->count : 0;
     return TV_OK;
@@ -140,7 +140,7 @@ uint32_t HandleCountT(const Family& f, const Handle* h, uint32_t* outCount) noex
 
 // Frees every element; the list stays, empty. No list: nothing to do.
 template <typename Handle>
-uint32_t HandleClearT(const Family& f, Handle* h) noexcept {
+[[nodiscard]] uint32_t HandleClearT(const Family& f, Handle* h) noexcept {
     if (!h) return Fail(TV_FAMILY_SITE(f), TV_ERR_INVALID_ARGUMENT);
     ListClear(ListOf(h), ElementOf(f));
     return TV_OK;
@@ -148,7 +148,7 @@ uint32_t HandleClearT(const Family& f, Handle* h) noexcept {
 
 // Frees the list; the handle stays usable and takes a new list on the next addition.
 template <typename Handle>
-uint32_t HandleRemoveListT(const Family& f, Handle* h) noexcept {
+[[nodiscard]] uint32_t HandleRemoveListT(const Family& f, Handle* h) noexcept {
     if (!h) return Fail(TV_FAMILY_SITE(f), TV_ERR_INVALID_ARGUMENT);
     ListFree(ListOf(h), ElementOf(f));
     h->list = nullptr;
@@ -165,7 +165,7 @@ uint32_t HandleFreeT(const Family& f, Handle* h) noexcept {
 
 // Stored in the list; no list: nothing stored.
 template <typename Handle>
-uint32_t HandleSetSortedT(const Family& f, Handle* h, uint32_t sorted) noexcept {
+[[nodiscard]] uint32_t HandleSetSortedT(const Family& f, Handle* h, uint32_t sorted) noexcept {
     if (!h) return Fail(TV_FAMILY_SITE(f), TV_ERR_INVALID_ARGUMENT);
     if (h->list) ListOf(h)->sorted = sorted;
     return TV_OK;
@@ -173,7 +173,7 @@ uint32_t HandleSetSortedT(const Family& f, Handle* h, uint32_t sorted) noexcept 
 
 // A handle without a list has nothing to encode (311); an empty list is the empty SEQUENCE or SET.
 template <typename Handle>
-uint32_t HandleEncodeT(const Family& f, const Handle* h, uint8_t* out, uint32_t* outLen) noexcept {
+[[nodiscard]] uint32_t HandleEncodeT(const Family& f, const Handle* h, uint8_t* out, uint32_t* outLen) noexcept {
     if (!h) return Fail(TV_FAMILY_SITE(f), TV_ERR_INVALID_ARGUMENT);
     if (!h->list) return Fail(TV_FAMILY_SITE(f), TV_ERR_ABSENT);
     return EncodeT(f, ListOf(h), out, outLen);
@@ -182,7 +182,7 @@ uint32_t HandleEncodeT(const Family& f, const Handle* h, uint8_t* out, uint32_t*
 // A fresh handle holding the decoded list; stored only on success (a failed decode releases it:
 // the caller never saw it).
 template <typename Handle>
-uint32_t HandleDecodeT(const Family& f, const uint8_t* in, uint32_t inLen, Handle** out) noexcept {
+[[nodiscard]] uint32_t HandleDecodeT(const Family& f, const uint8_t* in, uint32_t inLen, Handle** out) noexcept {
     if (!in || !out) return Fail(TV_FAMILY_SITE(f), TV_ERR_INVALID_ARGUMENT);
     auto* handle = New<Handle>();
     if (!handle) return Fail(TV_FAMILY_SITE(f), TV_ERR_NO_MEMORY);

@@ -276,13 +276,10 @@ uint32_t AppendAdopting(const Family& f, Asn1List* list, OwnedValue& element, vo
 // else under [1] is the reasons (a FALSE flag is never written in DER).
 bool ReasonsComeFirst(const uint8_t* in, uint32_t inLen) {
     Header outer;
-    if (ParseHeader(in, inLen, &outer) != TV_OK || outer.indefinite) return false;
+    if (ReadElement(in, inLen, &outer) != TV_OK || outer.indefinite) return false;
     const uint8_t* p = in + outer.headerLen;
-    size_t left = std::min<size_t>(outer.contentLen, inLen - outer.headerLen);
-    auto next = [&](Header* h) {
-        if (left == 0 || ParseHeader(p, left, h) != TV_OK || h->indefinite) return false;
-        return uint64_t{h->headerLen} + h->contentLen <= left;
-    };
+    size_t left = outer.contentLen;
+    auto next = [&](Header* h) { return left != 0 && ReadElement(p, left, h) == TV_OK && !h->indefinite; };
     auto skip = [&](const Header& h) {
         p += h.headerLen + h.contentLen;
         left -= h.headerLen + h.contentLen;
@@ -777,8 +774,6 @@ extern "C" TV_API uint32_t AddExtensionPolicyQualifier(CertificatePolicies* list
     void** slots = SlotsOf(qualifier.get());
     TV_TRY(StoreOid(&slots[desc::kPolicyQualifierId], qualifierOid));
     if (in && inLen) {
-        size_t total = 0;
-        if (FindElementEnd(in, inLen, &total) != TV_OK || total != inLen) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
         OwnedValue any(&desc::kAny, New<Asn1Primitive>());
         if (!any.get()) return TV_FAIL(TV_ERR_NO_MEMORY);
         TV_TRY(SetAnyEncoding(any.as<Asn1Primitive>(), in, inLen));

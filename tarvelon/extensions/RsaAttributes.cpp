@@ -51,8 +51,10 @@ uint32_t NewAttribute(const uint8_t* oid, OwnedValue& out) {
 // The value is kept as given; its word is the tag number from the low five bits of the first octet.
 uint32_t AddValue(RsaAttribute* a, const uint8_t* der, uint32_t derLen) {
     if (!a || !der || derLen == 0) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
-    OwnedValue value(&desc::kAny, NewPrimitive(der[0] & 0x1Fu, der, derLen));
+    OwnedValue value(&desc::kAny, New<Asn1Primitive>());
     if (!value.get()) return TV_FAIL(TV_ERR_NO_MEMORY);
+    TV_TRY(SetAnyEncoding(value.as<Asn1Primitive>(), der, derLen));
+    value.as<Asn1Primitive>()->word = der[0] & 0x1Fu;
     void*& slot = SlotsOf(a)[desc::kAttrValues];
     // A value list made for this value goes again if the value cannot join it.
     OwnedValue fresh(&desc::kAttributeValues, slot ? nullptr : ListCreate());
