@@ -2,7 +2,7 @@
 // a one-field handle.
 #include "tarvelon/extensions/RsaAttributes.h"
 
-#include "tarvelon/engine/FamilyOps.h"
+#include "tarvelon/extensions/OidKeyedList.h"
 #include "tarvelon/tarvelon.h"
 
 TV_MODULE(RsaAttributes)
@@ -84,12 +84,6 @@ uint32_t ReadValue(const RsaAttribute* a, uint32_t index, uint8_t* out, uint32_t
     auto* value = static_cast<const Asn1Primitive*>(values->items[index]);
     if (!value || !value->content) return TV_FAIL(TV_ERR_ABSENT);
     return PutBytes(TV_SITE, value->content, value->length, out, outLen);
-}
-
-bool HasOid(const void* attribute, const uint8_t* oid) {
-    if (!attribute) return false;
-    auto* id = static_cast<const Asn1Primitive*>(SlotsOf(static_cast<const RsaAttribute*>(attribute))[desc::kAttrType]);
-    return IsOidAndAsn1ObjectIdentifierEquals(oid, id) != 0;
 }
 
 // The attribute at `index` of a handle that must hold a list: no list 311, out of range 32,
@@ -205,26 +199,14 @@ extern "C" TV_API uint32_t FindRsaAttributesAttribute(const RsaAttributes* attri
                                                       uint32_t* outIndex) {
     if (!attributes || !inOid || !outIndex) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
     if (!attributes->list) return TV_FAIL(TV_ERR_ABSENT);
-    const Asn1List* list = AttributeList(attributes);
-    for (uint32_t i = 0; i < list->count; ++i) {
-        if (HasOid(list->items[i], inOid)) {
-            *outIndex = i;
-            return TV_OK;
-        }
-    }
-    return TV_FAIL(TV_ERR_NOT_FOUND);
+    if (!FindOid(AttributeList(attributes), desc::kAttrType, inOid, outIndex)) return TV_FAIL(TV_ERR_NOT_FOUND);
+    return TV_OK;
 }
 
 extern "C" TV_API uint32_t RemoveRsaAttributesAttribute2(RsaAttributes* attributes, const uint8_t* inOid) {
     if (!attributes || !inOid) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
     if (!attributes->list) return TV_FAIL(TV_ERR_ABSENT);
-    Asn1List* list = AttributeList(attributes);
-    // Backwards, so that what moves down after a removal has already been looked at: every match
-    // goes in one call, adjacent ones included.
-    for (uint32_t i = list->count; i-- > 0;) {
-        if (HasOid(list->items[i], inOid)) TV_TRY(ListRemoveT(kAttributesFamily, list, i));
-    }
-    return TV_OK;
+    return RemoveOid(kAttributesFamily, AttributeList(attributes), desc::kAttrType, inOid, OidWalk::kBackwardEvery);
 }
 
 extern "C" TV_API uint32_t ClearRsaAttributes(RsaAttributes* attributes) {

@@ -1,7 +1,7 @@
 // Extensions keyed by OID with opaque values, one at a time and as lists behind a one-field handle.
 #include "tarvelon/extensions/X509Extension.h"
 
-#include "tarvelon/engine/FamilyOps.h"
+#include "tarvelon/extensions/OidKeyedList.h"
 #include "tarvelon/tarvelon.h"
 
 TV_MODULE(X509Extension)
@@ -76,23 +76,10 @@ uint32_t ReadExtension(const X509Extension* e, uint8_t* oid, uint32_t* oidLen, u
     return oidRc != TV_OK ? oidRc : valueRc;
 }
 
-bool HasOid(const void* extension, const uint8_t* oid) {
-    if (!extension) return false;
-    auto* id = static_cast<const Asn1Primitive*>(SlotsOf(static_cast<const X509Extension*>(extension))[desc::kExtnId]);
-    return id && IsOidAndAsn1ObjectIdentifierEquals(oid, id) != 0;
-}
-
 }  // namespace
 
 bool FindExtensionIndex(const X509Extensions* handle, const uint8_t* packedOid, uint32_t* index) noexcept {
-    const Asn1List* list = handle ? ExtensionList(handle) : nullptr;
-    for (uint32_t i = 0; list && i < list->count; ++i) {
-        if (HasOid(list->items[i], packedOid)) {
-            *index = i;
-            return true;
-        }
-    }
-    return false;
+    return FindOid(handle ? ListOf(handle) : nullptr, desc::kExtnId, packedOid, index);
 }
 
 }  // namespace tv
@@ -159,7 +146,7 @@ extern "C" TV_API uint32_t GetX509ExtensionsExtension(const X509Extensions* exte
     if (!extensions || !outOidLen || !outValueLen) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
     if (!extensions->list) return TV_FAIL(TV_ERR_ABSENT);
     const X509Extension* e = nullptr;
-    TV_TRY(ListElementT(kExtensionsFamily, ExtensionList(extensions), index, &e));
+    TV_TRY(ListElementT(kExtensionsFamily, ListOf(extensions), index, &e));
     return ReadExtension(e, outOid, outOidLen, outCritical, outValue, outValueLen);
 }
 
@@ -173,7 +160,7 @@ extern "C" TV_API uint32_t GetX509ExtensionsExtensionValue(const X509Extensions*
     if (!outValueLen) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
     uint32_t index = 0;
     TV_TRY(FindX509Extension(extensions, inOid, &index));
-    auto* e = static_cast<const X509Extension*>(ExtensionList(extensions)->items[index]);
+    auto* e = static_cast<const X509Extension*>(ListOf(extensions)->items[index]);
     auto* octets = static_cast<const Asn1Primitive*>(SlotsOf(e)[desc::kExtnValue]);
     if (!octets) return TV_FAIL(TV_ERR_ABSENT);
     return PutBytes(TV_SITE, octets->content, octets->length, outValue, outValueLen);
@@ -182,18 +169,13 @@ extern "C" TV_API uint32_t GetX509ExtensionsExtensionValue(const X509Extensions*
 extern "C" TV_API uint32_t RemoveX509ExtensionsExtension(X509Extensions* extensions, uint32_t index) {
     if (!extensions) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
     if (!extensions->list) return TV_FAIL(TV_ERR_ABSENT);
-    return ListRemoveT(kExtensionsFamily, ExtensionList(extensions), index);
+    return ListRemoveT(kExtensionsFamily, ListOf(extensions), index);
 }
 
 extern "C" TV_API uint32_t RemoveX509ExtensionsExtension2(X509Extensions* extensions, const uint8_t* inOid) {
     if (!extensions || !inOid) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
-    Asn1List* list = extensions->list ? ExtensionList(extensions) : nullptr;
-    // The index advances after a removal too, so the element that moved into place i is not
-    // examined: of two adjacent matches one call removes the first. Kept as callers know it.
-    for (uint32_t i = 0; list && i < list->count; ++i) {
-        if (HasOid(list->items[i], inOid)) TV_TRY(RemoveX509ExtensionsExtension(extensions, i));
-    }
-    return TV_OK;
+    // Of two adjacent matches one call removes the first, as callers know it.
+    return RemoveOid(kExtensionsFamily, ListOf(extensions), desc::kExtnId, inOid, OidWalk::kForwardSkippingMovedIn);
 }
 
 extern "C" TV_API uint32_t ClearX509Extensions(X509Extensions* extensions) {
