@@ -18,10 +18,9 @@ constexpr Asn1Descriptor kNameValue = SequenceOf<&kRelativeDistinguishedName>();
 // DistributionPointName ::= CHOICE {                                   (RFC 5280 4.2.1.13)
 constexpr Asn1Descriptor kFullNameAlt = Implicit(0, kGeneralNamesValue);
 constexpr Asn1Descriptor kRelativeNameAlt = Implicit(1, kNameValue);
-constexpr Components<kDistributionPointNameKindCount> kDistributionPointNameAlternatives =
-    Slots<DistributionPointNameKind, kDistributionPointNameKindCount>({
-        {kFullName, &kFullNameAlt},                    // fullName                 [0] GeneralNames
-        {kNameRelativeToCrlIssuer, &kRelativeNameAlt}, // nameRelativeToCRLIssuer  [1] Name (whole RDNSequence)
+constexpr auto kDistributionPointNameAlternatives = Slots<DistributionPointNameKind>({
+        {DistributionPointNameKind::kFullName, &kFullNameAlt},                    // fullName                 [0] GeneralNames
+        {DistributionPointNameKind::kNameRelativeToCrlIssuer, &kRelativeNameAlt}, // nameRelativeToCRLIssuer  [1] Name (whole RDNSequence)
     });
 
 // A CHOICE under a context tag is tagged explicitly, even in an IMPLICIT TAGS module.
@@ -30,22 +29,20 @@ constexpr Asn1Descriptor kReasonFlagsField = Optional(Implicit(1, kBitString));
 constexpr Asn1Descriptor kCrlIssuerField = Optional(Implicit(2, kGeneralNamesValue));
 
 // DistributionPoint ::= SEQUENCE {                                     (RFC 5280 4.2.1.13)
-constexpr Components<kDistributionPointSlotCount> kDistributionPointParts =
-    Slots<DistributionPointSlot, kDistributionPointSlotCount>({
-        {kDistributionPointField, &kDistributionPointNameField}, // distributionPoint [0] DistributionPointName OPTIONAL
-        {kReasons, &kReasonFlagsField},                           // reasons           [1] ReasonFlags OPTIONAL
-        {kCrlIssuer, &kCrlIssuerField},                           // cRLIssuer         [2] GeneralNames OPTIONAL
+constexpr auto kDistributionPointParts = Slots<DistributionPointSlot>({
+        {DistributionPointSlot::kName, &kDistributionPointNameField}, // distributionPoint [0] DistributionPointName OPTIONAL
+        {DistributionPointSlot::kReasons, &kReasonFlagsField},                           // reasons           [1] ReasonFlags OPTIONAL
+        {DistributionPointSlot::kCrlIssuer, &kCrlIssuerField},                           // cRLIssuer         [2] GeneralNames OPTIONAL
     });
 
 // AuthorityKeyIdentifier ::= SEQUENCE {                                (RFC 5280 4.2.1.1)
 constexpr Asn1Descriptor kKeyIdentifierField = Optional(Implicit(0, kOctetString));
 constexpr Asn1Descriptor kAuthorityCertIssuerField = Optional(Implicit(1, kGeneralNamesValue));
 constexpr Asn1Descriptor kAuthorityCertSerialField = Optional(Implicit(2, kInteger));
-constexpr Components<kAuthorityKeyIdentifierSlotCount> kAuthorityKeyIdentifierParts =
-    Slots<AuthorityKeyIdentifierSlot, kAuthorityKeyIdentifierSlotCount>({
-        {kKeyIdentifier, &kKeyIdentifierField},                   // keyIdentifier             [0] KeyIdentifier OPTIONAL
-        {kAuthorityCertIssuer, &kAuthorityCertIssuerField},       // authorityCertIssuer       [1] GeneralNames OPTIONAL
-        {kAuthorityCertSerialNumber, &kAuthorityCertSerialField}, // authorityCertSerialNumber [2] CertificateSerialNumber OPTIONAL
+constexpr auto kAuthorityKeyIdentifierParts = Slots<AuthorityKeyIdentifierSlot>({
+        {AuthorityKeyIdentifierSlot::kKeyIdentifier, &kKeyIdentifierField},                   // keyIdentifier             [0] KeyIdentifier OPTIONAL
+        {AuthorityKeyIdentifierSlot::kAuthorityCertIssuer, &kAuthorityCertIssuerField},       // authorityCertIssuer       [1] GeneralNames OPTIONAL
+        {AuthorityKeyIdentifierSlot::kAuthorityCertSerialNumber, &kAuthorityCertSerialField}, // authorityCertSerialNumber [2] CertificateSerialNumber OPTIONAL
     });
 
 // The flags of an issuing distribution point: BOOLEAN DEFAULT FALSE under a context tag.
@@ -56,14 +53,13 @@ constexpr Asn1Descriptor kFlag = Optional(Implicit(Tag, kBoolean), &kFalseValue)
 // The reasons are written and read under [1], the tag of onlyContainsUserCerts, where RFC 5280 has
 // [3]: values issued with this tag exist and must keep reading back, so an element under [3] is not
 // taken for the reasons.
-constexpr Components<kIssuingDistributionPointSlotCount> kIssuingDistributionPointParts =
-    Slots<IssuingDistributionPointSlot, kIssuingDistributionPointSlotCount>({
-        {kIdpDistributionPoint, &kDistributionPointNameField}, // distributionPoint          [0] DistributionPointName OPTIONAL
-        {kOnlyContainsUserCerts, &kFlag<1>},                   // onlyContainsUserCerts      [1] BOOLEAN DEFAULT FALSE
-        {kOnlyContainsCaCerts, &kFlag<2>},                     // onlyContainsCACerts        [2] BOOLEAN DEFAULT FALSE
-        {kOnlySomeReasons, &kReasonFlagsField},                // onlySomeReasons            [1] ReasonFlags OPTIONAL
-        {kIndirectCrl, &kFlag<4>},                             // indirectCRL                [4] BOOLEAN DEFAULT FALSE
-        {kOnlyContainsAttributeCerts, &kFlag<5>},              // onlyContainsAttributeCerts [5] BOOLEAN DEFAULT FALSE
+constexpr auto kIssuingDistributionPointParts = Slots<IssuingDistributionPointSlot>({
+        {IssuingDistributionPointSlot::kDistributionPoint, &kDistributionPointNameField}, // distributionPoint          [0] DistributionPointName OPTIONAL
+        {IssuingDistributionPointSlot::kOnlyContainsUserCerts, &kFlag<1>},                   // onlyContainsUserCerts      [1] BOOLEAN DEFAULT FALSE
+        {IssuingDistributionPointSlot::kOnlyContainsCaCerts, &kFlag<2>},                     // onlyContainsCACerts        [2] BOOLEAN DEFAULT FALSE
+        {IssuingDistributionPointSlot::kOnlySomeReasons, &kReasonFlagsField},                // onlySomeReasons            [1] ReasonFlags OPTIONAL
+        {IssuingDistributionPointSlot::kIndirectCrl, &kFlag<4>},                             // indirectCRL                [4] BOOLEAN DEFAULT FALSE
+        {IssuingDistributionPointSlot::kOnlyContainsAttributeCerts, &kFlag<5>},              // onlyContainsAttributeCerts [5] BOOLEAN DEFAULT FALSE
     });
 
 // The same layout read when the first element after the name is the reasons: DER leaves a FALSE
@@ -74,29 +70,26 @@ constexpr Asn1Descriptor kFlagNotPresent = [] {
     d.tagClass = ASN1_CLASS_PRIVATE;
     return d;
 }();
-constexpr Components<kIssuingDistributionPointSlotCount> kReasonsFirstParts =
-    Slots<IssuingDistributionPointSlot, kIssuingDistributionPointSlotCount>({
-        {kIdpDistributionPoint, &kDistributionPointNameField},
-        {kOnlyContainsUserCerts, &kFlagNotPresent},
-        {kOnlyContainsCaCerts, &kFlag<2>},
-        {kOnlySomeReasons, &kReasonFlagsField},
-        {kIndirectCrl, &kFlag<4>},
-        {kOnlyContainsAttributeCerts, &kFlag<5>},
+constexpr auto kReasonsFirstParts = Slots<IssuingDistributionPointSlot>({
+        {IssuingDistributionPointSlot::kDistributionPoint, &kDistributionPointNameField},
+        {IssuingDistributionPointSlot::kOnlyContainsUserCerts, &kFlagNotPresent},
+        {IssuingDistributionPointSlot::kOnlyContainsCaCerts, &kFlag<2>},
+        {IssuingDistributionPointSlot::kOnlySomeReasons, &kReasonFlagsField},
+        {IssuingDistributionPointSlot::kIndirectCrl, &kFlag<4>},
+        {IssuingDistributionPointSlot::kOnlyContainsAttributeCerts, &kFlag<5>},
     });
 
 // AccessDescription ::= SEQUENCE {                                     (RFC 5280 4.2.2.1)
-constexpr Components<kAccessDescriptionSlotCount> kAccessDescriptionParts =
-    Slots<AccessDescriptionSlot, kAccessDescriptionSlotCount>({
-        {kAccessMethod, &kOid},            // accessMethod    OBJECT IDENTIFIER
-        {kAccessLocation, &kGeneralName},  // accessLocation  GeneralName
+constexpr auto kAccessDescriptionParts = Slots<AccessDescriptionSlot>({
+        {AccessDescriptionSlot::kAccessMethod, &kOid},            // accessMethod    OBJECT IDENTIFIER
+        {AccessDescriptionSlot::kAccessLocation, &kGeneralName},  // accessLocation  GeneralName
     });
 
 // PolicyQualifierInfo ::= SEQUENCE {                                   (RFC 5280 4.2.1.4)
 constexpr Asn1Descriptor kOptionalAny = Optional(kAny);
-constexpr Components<kPolicyQualifierInfoSlotCount> kPolicyQualifierInfoParts =
-    Slots<PolicyQualifierInfoSlot, kPolicyQualifierInfoSlotCount>({
-        {kPolicyQualifierId, &kOid},    // policyQualifierId  PolicyQualifierId
-        {kQualifier, &kOptionalAny},    // qualifier          ANY DEFINED BY policyQualifierId (absent when not given)
+constexpr auto kPolicyQualifierInfoParts = Slots<PolicyQualifierInfoSlot>({
+        {PolicyQualifierInfoSlot::kPolicyQualifierId, &kOid},    // policyQualifierId  PolicyQualifierId
+        {PolicyQualifierInfoSlot::kQualifier, &kOptionalAny},    // qualifier          ANY DEFINED BY policyQualifierId (absent when not given)
     });
 
 }  // namespace
@@ -117,10 +110,9 @@ constinit const Asn1Descriptor kPolicyQualifiers = SequenceOf<&kPolicyQualifierI
 namespace {
 constexpr Asn1Descriptor kPolicyQualifiersField = Optional(SequenceOf<&kPolicyQualifierInfo>());
 // PolicyInformation ::= SEQUENCE {                                     (RFC 5280 4.2.1.4)
-constexpr Components<kPolicyInformationSlotCount> kPolicyInformationParts =
-    Slots<PolicyInformationSlot, kPolicyInformationSlotCount>({
-        {kPolicyIdentifier, &kOid},                       // policyIdentifier  CertPolicyId
-        {kPolicyQualifiersSlot, &kPolicyQualifiersField}, // policyQualifiers  SEQUENCE SIZE (1..MAX) OF PolicyQualifierInfo OPTIONAL
+constexpr auto kPolicyInformationParts = Slots<PolicyInformationSlot>({
+        {PolicyInformationSlot::kPolicyIdentifier, &kOid},                       // policyIdentifier  CertPolicyId
+        {PolicyInformationSlot::kPolicyQualifiers, &kPolicyQualifiersField}, // policyQualifiers  SEQUENCE SIZE (1..MAX) OF PolicyQualifierInfo OPTIONAL
     });
 }  // namespace
 
@@ -133,33 +125,31 @@ constinit const Asn1Descriptor kExtendedKeyUsage = SequenceOf<&kOid>();
 namespace {
 
 // BasicConstraints ::= SEQUENCE {                                      (RFC 5280 4.2.1.9)
-enum BasicConstraintsSlot : uint32_t { kCa, kPathLenConstraint, kBasicConstraintsSlotCount };
+enum class BasicConstraintsSlot : uint32_t { kCa, kPathLenConstraint, kCount };
 constexpr Asn1Descriptor kOptionalInteger = Optional(kInteger);
-constexpr Components<kBasicConstraintsSlotCount> kBasicConstraintsParts =
-    Slots<BasicConstraintsSlot, kBasicConstraintsSlotCount>({
-        {kCa, &kBooleanDefaultFalse},             // cA                 BOOLEAN DEFAULT FALSE
-        {kPathLenConstraint, &kOptionalInteger},  // pathLenConstraint  INTEGER (0..MAX) OPTIONAL
+constexpr auto kBasicConstraintsParts = Slots<BasicConstraintsSlot>({
+        {BasicConstraintsSlot::kCa, &kBooleanDefaultFalse},             // cA                 BOOLEAN DEFAULT FALSE
+        {BasicConstraintsSlot::kPathLenConstraint, &kOptionalInteger},  // pathLenConstraint  INTEGER (0..MAX) OPTIONAL
     });
 constinit const Asn1Descriptor kBasicConstraints = Sequence(kBasicConstraintsParts);
 
 // PrivateKeyUsagePeriod ::= SEQUENCE {                                 (RFC 3280 4.2.1.4)
-enum PrivateKeyUsagePeriodSlot : uint32_t { kNotBefore, kNotAfter, kPrivateKeyUsagePeriodSlotCount };
+enum class PrivateKeyUsagePeriodSlot : uint32_t { kNotBefore, kNotAfter, kCount };
 constexpr Asn1Descriptor kNotBeforeField = Optional(Implicit(0, kGeneralizedTime));
 constexpr Asn1Descriptor kNotAfterField = Optional(Implicit(1, kGeneralizedTime));
-constexpr Components<kPrivateKeyUsagePeriodSlotCount> kPrivateKeyUsagePeriodParts =
-    Slots<PrivateKeyUsagePeriodSlot, kPrivateKeyUsagePeriodSlotCount>({
-        {kNotBefore, &kNotBeforeField},  // notBefore  [0] GeneralizedTime OPTIONAL
-        {kNotAfter, &kNotAfterField},    // notAfter   [1] GeneralizedTime OPTIONAL
+constexpr auto kPrivateKeyUsagePeriodParts = Slots<PrivateKeyUsagePeriodSlot>({
+        {PrivateKeyUsagePeriodSlot::kNotBefore, &kNotBeforeField},  // notBefore  [0] GeneralizedTime OPTIONAL
+        {PrivateKeyUsagePeriodSlot::kNotAfter, &kNotAfterField},    // notAfter   [1] GeneralizedTime OPTIONAL
     });
 constinit const Asn1Descriptor kPrivateKeyUsagePeriod = Sequence(kPrivateKeyUsagePeriodParts);
 
 // IssuerSignTool ::= SEQUENCE {           (Russian qualified certificates, 1.2.643.100.112)
-enum IssuerSignToolSlot : uint32_t { kSignTool, kCaTool, kSignToolCert, kCaToolCert, kIssuerSignToolSlotCount };
-constexpr Components<kIssuerSignToolSlotCount> kIssuerSignToolParts = Slots<IssuerSignToolSlot, kIssuerSignToolSlotCount>({
-    {kSignTool, &kUtf8String},      // signTool      UTF8String
-    {kCaTool, &kUtf8String},        // cATool        UTF8String
-    {kSignToolCert, &kUtf8String},  // signToolCert  UTF8String
-    {kCaToolCert, &kUtf8String},    // cAToolCert    UTF8String
+enum class IssuerSignToolSlot : uint32_t { kSignTool, kCaTool, kSignToolCert, kCaToolCert, kCount };
+constexpr auto kIssuerSignToolParts = Slots<IssuerSignToolSlot>({
+    {IssuerSignToolSlot::kSignTool, &kUtf8String},      // signTool      UTF8String
+    {IssuerSignToolSlot::kCaTool, &kUtf8String},        // cATool        UTF8String
+    {IssuerSignToolSlot::kSignToolCert, &kUtf8String},  // signToolCert  UTF8String
+    {IssuerSignToolSlot::kCaToolCert, &kUtf8String},    // cAToolCert    UTF8String
 });
 constinit const Asn1Descriptor kIssuerSignTool = Sequence(kIssuerSignToolParts);
 
@@ -240,7 +230,7 @@ uint32_t StoreNameCopy(void** slot, const GeneralNames* fullName, const X509Name
     OwnedValue copy(d);
     TV_TRY(CopyValue(d, full ? static_cast<const void*>(fullName) : relativeName, copy.Out()));
     Asn1ChoiceValue* choice = nullptr;
-    TV_TRY(NewChoice(full ? desc::kFullName : desc::kNameRelativeToCrlIssuer, copy.get(), &choice));
+    TV_TRY(NewChoice(Index(full ? desc::DistributionPointNameKind::kFullName : desc::DistributionPointNameKind::kNameRelativeToCrlIssuer), copy.get(), &choice));
     copy.Release();
     *slot = choice;
     return TV_OK;
@@ -252,8 +242,8 @@ uint32_t ReadDistributionPointName(const void* slot, void** outFullName, void** 
     *outRelativeName = nullptr;
     if (!slot) return TV_OK;
     auto* choice = static_cast<const Asn1ChoiceValue*>(slot);
-    if (choice->index == desc::kFullName) *outFullName = choice->value;
-    else if (choice->index == desc::kNameRelativeToCrlIssuer) *outRelativeName = choice->value;
+    if (choice->index == Index(desc::DistributionPointNameKind::kFullName)) *outFullName = choice->value;
+    else if (choice->index == Index(desc::DistributionPointNameKind::kNameRelativeToCrlIssuer)) *outRelativeName = choice->value;
     else return TV_FAIL(TV_ERR_NO_ALTERNATIVE);
     return TV_OK;
 }
@@ -314,7 +304,7 @@ uint32_t PolicyAt(const Asn1List* list, uint32_t index, void** outPolicy) {
 uint32_t QualifierAt(const Asn1List* list, uint32_t policyIndex, uint32_t qualifierIndex, void** outQualifier) {
     void* policy = nullptr;
     TV_TRY(PolicyAt(list, policyIndex, &policy));
-    auto* qualifiers = static_cast<const Asn1List*>(SlotsOf(policy)[desc::kPolicyQualifiersSlot]);
+    auto* qualifiers = static_cast<const Asn1List*>(Slot(policy, desc::PolicyInformationSlot::kPolicyQualifiers));
     if (!qualifiers) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
     return ListElementT(kPolicyQualifiersFamily, qualifiers, qualifierIndex, outQualifier);
 }
@@ -422,13 +412,13 @@ extern "C" TV_API uint32_t EncodeExtensionBasicConstraints(int cA, uint32_t path
     OwnedValue value(&desc::kBasicConstraints);
     TV_TRY(NewSequence(desc::kBasicConstraints, value));
     void** slots = SlotsOf(value.get());
-    TV_TRY(StoreBoolean(&slots[desc::kCa], cA != 0));
+    TV_TRY(StoreBoolean(&Slot(slots, desc::BasicConstraintsSlot::kCa), cA != 0));
     if (pathLen != 0xFFFFFFFFu) {
         OwnedValue number(&desc::kInteger, New<Asn1Primitive>());
         if (!number.get()) return TV_FAIL(TV_ERR_NO_MEMORY);
         const uint8_t le[5] = {uint8_t(pathLen), uint8_t(pathLen >> 8), uint8_t(pathLen >> 16), uint8_t(pathLen >> 24), 0};
         TV_TRY(SetAsn1Integer(number.as<Asn1Primitive>(), le, 5));  // unsigned: a top bit gets a 00 octet
-        slots[desc::kPathLenConstraint] = number.Release();
+        Slot(slots, desc::BasicConstraintsSlot::kPathLenConstraint) = number.Release();
     }
     return EncodeSized(TV_SITE, value.get(), &desc::kBasicConstraints, out, outLen);
 }
@@ -440,12 +430,12 @@ extern "C" TV_API uint32_t DecodeExtensionBasicConstraints(const uint8_t* in, ui
     TV_TRY(DecodeValue(desc::kBasicConstraints, in, inLen, value));
     void* const* slots = SlotsOf(value.get());
     uint32_t pathLen = 0xFFFFFFFFu;
-    if (const Asn1Primitive* number = Leaf(slots[desc::kPathLenConstraint])) {
+    if (const Asn1Primitive* number = Leaf(Slot(slots, desc::BasicConstraintsSlot::kPathLenConstraint))) {
         uint8_t le[4] = {};
         TV_TRY(GetAsn1Int32(number, le));
         pathLen = uint32_t{le[0]} | uint32_t{le[1]} << 8 | uint32_t{le[2]} << 16 | uint32_t{le[3]} << 24;
     }
-    *outCa = BooleanOctet(slots[desc::kCa]);
+    *outCa = BooleanOctet(Slot(slots, desc::BasicConstraintsSlot::kCa));
     *outPathLen = pathLen;
     return TV_OK;
 }
@@ -457,9 +447,9 @@ extern "C" TV_API uint32_t EncodeExtensionAuthorityKeyIdentifier(const uint8_t* 
     OwnedValue value(&desc::kAuthorityKeyIdentifier);
     TV_TRY(NewSequence(desc::kAuthorityKeyIdentifier, value));
     void** slots = SlotsOf(value.get());
-    if (keyId) TV_TRY(SetOrCreatePrimitive(&slots[desc::kKeyIdentifier], ASN1_OCTET_STRING, keyId, keyIdLen));
-    if (issuer) TV_TRY(CopyValue(&desc::kGeneralNames, issuer, &slots[desc::kAuthorityCertIssuer]));
-    if (serial) TV_TRY(SetOrCreatePrimitive(&slots[desc::kAuthorityCertSerialNumber], ASN1_INTEGER, serial, serialLen));
+    if (keyId) TV_TRY(SetOrCreatePrimitive(&Slot(slots, desc::AuthorityKeyIdentifierSlot::kKeyIdentifier), ASN1_OCTET_STRING, keyId, keyIdLen));
+    if (issuer) TV_TRY(CopyValue(&desc::kGeneralNames, issuer, &Slot(slots, desc::AuthorityKeyIdentifierSlot::kAuthorityCertIssuer)));
+    if (serial) TV_TRY(SetOrCreatePrimitive(&Slot(slots, desc::AuthorityKeyIdentifierSlot::kAuthorityCertSerialNumber), ASN1_INTEGER, serial, serialLen));
     return EncodeSized(TV_SITE, value.get(), &desc::kAuthorityKeyIdentifier, out, outLen);
 }
 
@@ -480,12 +470,12 @@ extern "C" TV_API uint32_t DecodeExtensionAuthorityKeyIdentifier(const uint8_t* 
         }
         return PutBytes(TV_SITE, Leaf(slot)->content, Leaf(slot)->length, out, outLen);
     };
-    const uint32_t keyRc = octets(slots[desc::kKeyIdentifier], outKeyId, outKeyIdLen);
+    const uint32_t keyRc = octets(Slot(slots, desc::AuthorityKeyIdentifierSlot::kKeyIdentifier), outKeyId, outKeyIdLen);
     OwnedValue issuer(&desc::kGeneralNames);
     uint32_t issuerRc = TV_OK;
-    if (outIssuer && slots[desc::kAuthorityCertIssuer])
-        issuerRc = CopyValue(&desc::kGeneralNames, slots[desc::kAuthorityCertIssuer], issuer.Out());
-    const uint32_t serialRc = octets(slots[desc::kAuthorityCertSerialNumber], outSerial, outSerialLen);
+    if (outIssuer && Slot(slots, desc::AuthorityKeyIdentifierSlot::kAuthorityCertIssuer))
+        issuerRc = CopyValue(&desc::kGeneralNames, Slot(slots, desc::AuthorityKeyIdentifierSlot::kAuthorityCertIssuer), issuer.Out());
+    const uint32_t serialRc = octets(Slot(slots, desc::AuthorityKeyIdentifierSlot::kAuthorityCertSerialNumber), outSerial, outSerialLen);
     if (keyRc != TV_OK) return keyRc;
     if (issuerRc != TV_OK) return issuerRc;
     if (serialRc != TV_OK) return serialRc;
@@ -499,8 +489,8 @@ extern "C" TV_API uint32_t EncodeExtensionPrivateKeyUsagePeriod(const LibraryTim
     OwnedValue value(&desc::kPrivateKeyUsagePeriod);
     TV_TRY(NewSequence(desc::kPrivateKeyUsagePeriod, value));
     void** slots = SlotsOf(value.get());
-    if (notBefore) TV_TRY(SetGeneralizedTimeLeaf(&slots[desc::kNotBefore], notBefore));
-    if (notAfter) TV_TRY(SetGeneralizedTimeLeaf(&slots[desc::kNotAfter], notAfter));
+    if (notBefore) TV_TRY(SetGeneralizedTimeLeaf(&Slot(slots, desc::PrivateKeyUsagePeriodSlot::kNotBefore), notBefore));
+    if (notAfter) TV_TRY(SetGeneralizedTimeLeaf(&Slot(slots, desc::PrivateKeyUsagePeriodSlot::kNotAfter), notAfter));
     return EncodeSized(TV_SITE, value.get(), &desc::kPrivateKeyUsagePeriod, out, outLen);
 }
 
@@ -513,8 +503,8 @@ extern "C" TV_API uint32_t DecodeExtensionPrivateKeyUsagePeriod(const uint8_t* i
     void* const* slots = SlotsOf(value.get());
     *outNotBefore = LibraryTime{};
     *outNotAfter = LibraryTime{};
-    if (slots[desc::kNotBefore]) TV_TRY(GetTimeFromGeneralizedTimeLeaf(slots[desc::kNotBefore], outNotBefore));
-    if (slots[desc::kNotAfter]) TV_TRY(GetTimeFromGeneralizedTimeLeaf(slots[desc::kNotAfter], outNotAfter));
+    if (Slot(slots, desc::PrivateKeyUsagePeriodSlot::kNotBefore)) TV_TRY(GetTimeFromGeneralizedTimeLeaf(Slot(slots, desc::PrivateKeyUsagePeriodSlot::kNotBefore), outNotBefore));
+    if (Slot(slots, desc::PrivateKeyUsagePeriodSlot::kNotAfter)) TV_TRY(GetTimeFromGeneralizedTimeLeaf(Slot(slots, desc::PrivateKeyUsagePeriodSlot::kNotAfter), outNotAfter));
     return TV_OK;
 }
 
@@ -525,14 +515,13 @@ extern "C" TV_API uint32_t EncodeExtensionIssuerSignTool(const uint8_t* signTool
                                                          uint32_t* outLen) {
     if (!signTool || !caTool || !signToolCert || !caToolCert || !outLen) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
     // The leaves borrow the caller's texts for the one write.
-    Asn1Primitive texts[desc::kIssuerSignToolSlotCount] = {
+    Asn1Primitive texts[SlotCount<desc::IssuerSignToolSlot>] = {
         {ASN1_UTF8_STRING, signToolLen, const_cast<uint8_t*>(signTool)},
         {ASN1_UTF8_STRING, caToolLen, const_cast<uint8_t*>(caTool)},
         {ASN1_UTF8_STRING, signToolCertLen, const_cast<uint8_t*>(signToolCert)},
         {ASN1_UTF8_STRING, caToolCertLen, const_cast<uint8_t*>(caToolCert)},
     };
-    void* slots[desc::kIssuerSignToolSlotCount] = {&texts[desc::kSignTool], &texts[desc::kCaTool],
-                                                   &texts[desc::kSignToolCert], &texts[desc::kCaToolCert]};
+    void* slots[SlotCount<desc::IssuerSignToolSlot>] = {&texts[0], &texts[1], &texts[2], &texts[3]};
     return EncodeSized(TV_SITE, slots, &desc::kIssuerSignTool, out, outLen);
 }
 
@@ -551,13 +540,13 @@ extern "C" TV_API uint32_t DecodeExtensionIssuerSignTool(const uint8_t* in, uint
         desc::IssuerSignToolSlot slot;
         uint8_t* out;
         uint32_t* outLen;
-    } outputs[] = {{desc::kSignTool, outSignTool, outSignToolLen},
-                   {desc::kCaTool, outCaTool, outCaToolLen},
-                   {desc::kSignToolCert, outSignToolCert, outSignToolCertLen},
-                   {desc::kCaToolCert, outCaToolCert, outCaToolCertLen}};
+    } outputs[] = {{desc::IssuerSignToolSlot::kSignTool, outSignTool, outSignToolLen},
+                   {desc::IssuerSignToolSlot::kCaTool, outCaTool, outCaToolLen},
+                   {desc::IssuerSignToolSlot::kSignToolCert, outSignToolCert, outSignToolCertLen},
+                   {desc::IssuerSignToolSlot::kCaToolCert, outCaToolCert, outCaToolCertLen}};
     uint32_t result = TV_OK;
     for (const Output& o : outputs) {
-        const Asn1Primitive* text = Leaf(slots[o.slot]);
+        const Asn1Primitive* text = Leaf(Slot(slots, o.slot));
         if (const uint32_t rc = PutBytes(TV_SITE, text->content, text->length, o.out, o.outLen); rc != TV_OK) result = rc;
     }
     return result;
@@ -572,18 +561,18 @@ extern "C" TV_API uint32_t EncodeExtensionIssuingDistributionPoint(
     OwnedValue value(&desc::kIssuingDistributionPoint);
     TV_TRY(NewSequence(desc::kIssuingDistributionPoint, value));
     void** slots = SlotsOf(value.get());
-    if (fullName || relativeName) TV_TRY(StoreNameCopy(&slots[desc::kIdpDistributionPoint], fullName, relativeName));
+    if (fullName || relativeName) TV_TRY(StoreNameCopy(&Slot(slots, desc::IssuingDistributionPointSlot::kDistributionPoint), fullName, relativeName));
     // A flag given as FALSE is stored all the same; the DEFAULT leaves it out of the DER.
     const struct {
         desc::IssuingDistributionPointSlot slot;
         uint32_t flag, present;
-    } flags[] = {{desc::kOnlyContainsUserCerts, onlyUserCerts, onlyUserCertsPresent},
-                 {desc::kOnlyContainsCaCerts, onlyCaCerts, onlyCaCertsPresent},
-                 {desc::kIndirectCrl, indirectCrl, indirectCrlPresent},
-                 {desc::kOnlyContainsAttributeCerts, onlyAttributeCerts, onlyAttributeCertsPresent}};
+    } flags[] = {{desc::IssuingDistributionPointSlot::kOnlyContainsUserCerts, onlyUserCerts, onlyUserCertsPresent},
+                 {desc::IssuingDistributionPointSlot::kOnlyContainsCaCerts, onlyCaCerts, onlyCaCertsPresent},
+                 {desc::IssuingDistributionPointSlot::kIndirectCrl, indirectCrl, indirectCrlPresent},
+                 {desc::IssuingDistributionPointSlot::kOnlyContainsAttributeCerts, onlyAttributeCerts, onlyAttributeCertsPresent}};
     for (const auto& f : flags)
-        if (f.present) TV_TRY(StoreBoolean(&slots[f.slot], f.flag != 0));
-    if (reasonsPresent) TV_TRY(StoreFlags(&slots[desc::kOnlySomeReasons], reasons));
+        if (f.present) TV_TRY(StoreBoolean(&Slot(slots, f.slot), f.flag != 0));
+    if (reasonsPresent) TV_TRY(StoreFlags(&Slot(slots, desc::IssuingDistributionPointSlot::kOnlySomeReasons), reasons));
     return EncodeSized(TV_SITE, value.get(), &desc::kIssuingDistributionPoint, out, outLen);
 }
 
@@ -609,18 +598,18 @@ extern "C" TV_API uint32_t DecodeExtensionIssuingDistributionPoint(
     void* const* slots = SlotsOf(value.get());
     void* fullName = nullptr;
     void* relativeName = nullptr;
-    TV_TRY(ReadDistributionPointName(slots[desc::kIdpDistributionPoint], &fullName, &relativeName));
+    TV_TRY(ReadDistributionPointName(Slot(slots, desc::IssuingDistributionPointSlot::kDistributionPoint), &fullName, &relativeName));
     OwnedValue fullCopy(&desc::kGeneralNames);
     OwnedValue relativeCopy(&desc::kX509Name);
     if (fullName) TV_TRY(CopyValue(&desc::kGeneralNames, fullName, fullCopy.Out()));
     if (relativeName) TV_TRY(CopyValue(&desc::kX509Name, relativeName, relativeCopy.Out()));
-    *outOnlyUserCerts = BooleanOctet(slots[desc::kOnlyContainsUserCerts]);
-    *outOnlyCaCerts = BooleanOctet(slots[desc::kOnlyContainsCaCerts]);
-    *outIndirectCrl = BooleanOctet(slots[desc::kIndirectCrl]);
-    *outOnlyAttributeCerts = BooleanOctet(slots[desc::kOnlyContainsAttributeCerts]);
+    *outOnlyUserCerts = BooleanOctet(Slot(slots, desc::IssuingDistributionPointSlot::kOnlyContainsUserCerts));
+    *outOnlyCaCerts = BooleanOctet(Slot(slots, desc::IssuingDistributionPointSlot::kOnlyContainsCaCerts));
+    *outIndirectCrl = BooleanOctet(Slot(slots, desc::IssuingDistributionPointSlot::kIndirectCrl));
+    *outOnlyAttributeCerts = BooleanOctet(Slot(slots, desc::IssuingDistributionPointSlot::kOnlyContainsAttributeCerts));
     // Absent flags were filled with their default, so each is present after a decode.
     *outOnlyUserCertsPresent = *outOnlyCaCertsPresent = *outIndirectCrlPresent = *outOnlyAttributeCertsPresent = 1;
-    const auto* reasons = static_cast<const Asn1BitStringValue*>(slots[desc::kOnlySomeReasons]);
+    const auto* reasons = static_cast<const Asn1BitStringValue*>(Slot(slots, desc::IssuingDistributionPointSlot::kOnlySomeReasons));
     *outReasons = FlagsFromBitString(reasons);
     *outReasonsPresent = reasons ? 1 : 0;
     *outFullName = static_cast<GeneralNames*>(fullCopy.Release());
@@ -640,17 +629,17 @@ extern "C" TV_API uint32_t AddExtensionCrlDistributionPoint(CrlDistributionPoint
     OwnedValue element(&desc::kDistributionPoint);
     TV_TRY(NewSequence(desc::kDistributionPoint, element));
     void** slots = SlotsOf(element.get());
-    if (reasons) TV_TRY(StoreFlags(&slots[desc::kReasons], reasons));
+    if (reasons) TV_TRY(StoreFlags(&Slot(slots, desc::DistributionPointSlot::kReasons), reasons));
     void** adoptedName = nullptr;
     if (fullName || relativeName) {
         Asn1ChoiceValue* choice = nullptr;
-        TV_TRY(NewChoice(fullName ? desc::kFullName : desc::kNameRelativeToCrlIssuer, nullptr, &choice));
-        slots[desc::kDistributionPointField] = choice;
+        TV_TRY(NewChoice(Index(fullName ? desc::DistributionPointNameKind::kFullName : desc::DistributionPointNameKind::kNameRelativeToCrlIssuer), nullptr, &choice));
+        Slot(slots, desc::DistributionPointSlot::kName) = choice;
         choice->value = fullName ? static_cast<void*>(fullName) : relativeName;
         adoptedName = &choice->value;
     }
-    slots[desc::kCrlIssuer] = crlIssuer;
-    void** const adopted[] = {adoptedName, &slots[desc::kCrlIssuer]};
+    Slot(slots, desc::DistributionPointSlot::kCrlIssuer) = crlIssuer;
+    void** const adopted[] = {adoptedName, &Slot(slots, desc::DistributionPointSlot::kCrlIssuer)};
     return AppendAdopting(kCrlDistributionPointsFamily, list, element, adopted);
 }
 
@@ -667,11 +656,11 @@ extern "C" TV_API uint32_t GetExtensionCrlDistributionPoint(const CrlDistributio
     void* const* slots = SlotsOf(element);
     void* fullName = nullptr;
     void* relativeName = nullptr;
-    TV_TRY(ReadDistributionPointName(slots[desc::kDistributionPointField], &fullName, &relativeName));
+    TV_TRY(ReadDistributionPointName(Slot(slots, desc::DistributionPointSlot::kName), &fullName, &relativeName));
     *outFullName = static_cast<GeneralNames*>(fullName);
     *outRelativeName = static_cast<X509Name*>(relativeName);
-    *outReasons = FlagsFromBitString(static_cast<const Asn1BitStringValue*>(slots[desc::kReasons]));
-    *outCrlIssuer = static_cast<GeneralNames*>(slots[desc::kCrlIssuer]);
+    *outReasons = FlagsFromBitString(static_cast<const Asn1BitStringValue*>(Slot(slots, desc::DistributionPointSlot::kReasons)));
+    *outCrlIssuer = static_cast<GeneralNames*>(Slot(slots, desc::DistributionPointSlot::kCrlIssuer));
     return TV_OK;
 }
 
@@ -711,11 +700,11 @@ extern "C" TV_API uint32_t AddExtensionAuthorityInformationAccess(AuthorityInfor
     OwnedValue element(&desc::kAccessDescription);
     TV_TRY(NewSequence(desc::kAccessDescription, element));
     void** slots = SlotsOf(element.get());
-    TV_TRY(StoreOid(&slots[desc::kAccessMethod], methodOid));
+    TV_TRY(StoreOid(&Slot(slots, desc::AccessDescriptionSlot::kAccessMethod), methodOid));
     // The empty choice record made with the element gives way to the caller's name.
-    FreeAsn1Object(&desc::kGeneralName, slots[desc::kAccessLocation]);
-    slots[desc::kAccessLocation] = location;
-    void** const adopted[] = {&slots[desc::kAccessLocation]};
+    FreeAsn1Object(&desc::kGeneralName, Slot(slots, desc::AccessDescriptionSlot::kAccessLocation));
+    Slot(slots, desc::AccessDescriptionSlot::kAccessLocation) = location;
+    void** const adopted[] = {&Slot(slots, desc::AccessDescriptionSlot::kAccessLocation)};
     return AppendAdopting(kAuthorityInformationAccessFamily, list, element, adopted);
 }
 
@@ -725,9 +714,9 @@ extern "C" TV_API uint32_t GetExtensionAuthorityInformationAccess(const Authorit
     void* element = nullptr;
     TV_TRY(ListElementT(kAuthorityInformationAccessFamily, list, index, &element));
     void* const* slots = SlotsOf(element);
-    if (!slots[desc::kAccessMethod]) return TV_FAIL(TV_ERR_ABSENT);
-    TV_TRY(OidToPacked(Leaf(slots[desc::kAccessMethod]), outOid, outOidLen));
-    if (outLocation) *outLocation = static_cast<GeneralName*>(slots[desc::kAccessLocation]);
+    if (!Slot(slots, desc::AccessDescriptionSlot::kAccessMethod)) return TV_FAIL(TV_ERR_ABSENT);
+    TV_TRY(OidToPacked(Leaf(Slot(slots, desc::AccessDescriptionSlot::kAccessMethod)), outOid, outOidLen));
+    if (outLocation) *outLocation = static_cast<GeneralName*>(Slot(slots, desc::AccessDescriptionSlot::kAccessLocation));
     return TV_OK;
 }
 
@@ -744,7 +733,7 @@ extern "C" TV_API uint32_t AddExtensionPolicyInformation(CertificatePolicies* li
     if (!list) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
     OwnedValue element(&desc::kPolicyInformation);
     TV_TRY(NewSequence(desc::kPolicyInformation, element));
-    TV_TRY(StoreOid(&SlotsOf(element.get())[desc::kPolicyIdentifier], policyOid));
+    TV_TRY(StoreOid(&Slot(element.get(), desc::PolicyInformationSlot::kPolicyIdentifier), policyOid));
     TV_TRY(ListAppendT(kCertificatePoliciesFamily, list, element));
     if (outIndex) *outIndex = list->count - 1;
     return TV_OK;
@@ -754,7 +743,7 @@ extern "C" TV_API uint32_t GetExtensionPolicyInformation(const CertificatePolici
                                                          uint32_t* outOidLen) {
     void* policy = nullptr;
     TV_TRY(PolicyAt(list, index, &policy));
-    const Asn1Primitive* id = Leaf(SlotsOf(policy)[desc::kPolicyIdentifier]);
+    const Asn1Primitive* id = Leaf(Slot(policy, desc::PolicyInformationSlot::kPolicyIdentifier));
     if (!id) return TV_FAIL(TV_ERR_ABSENT);
     return OidToPacked(id, outOid, outOidLen);
 }
@@ -775,16 +764,16 @@ extern "C" TV_API uint32_t AddExtensionPolicyQualifier(CertificatePolicies* list
     OwnedValue qualifier(&desc::kPolicyQualifierInfo);
     TV_TRY(NewSequence(desc::kPolicyQualifierInfo, qualifier));
     void** slots = SlotsOf(qualifier.get());
-    TV_TRY(StoreOid(&slots[desc::kPolicyQualifierId], qualifierOid));
+    TV_TRY(StoreOid(&Slot(slots, desc::PolicyQualifierInfoSlot::kPolicyQualifierId), qualifierOid));
     if (in && inLen) {
         size_t total = 0;
         if (FindElementEnd(in, inLen, &total) != TV_OK || total != inLen) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
         OwnedValue any(&desc::kAny, New<Asn1Primitive>());
         if (!any.get()) return TV_FAIL(TV_ERR_NO_MEMORY);
         TV_TRY(SetAnyEncoding(any.as<Asn1Primitive>(), in, inLen));
-        slots[desc::kQualifier] = any.Release();
+        Slot(slots, desc::PolicyQualifierInfoSlot::kQualifier) = any.Release();
     }
-    void** qualifiersSlot = &SlotsOf(policy)[desc::kPolicyQualifiersSlot];
+    void** qualifiersSlot = &Slot(policy, desc::PolicyInformationSlot::kPolicyQualifiers);
     if (*qualifiersSlot) return ListAppendT(kPolicyQualifiersFamily, static_cast<Asn1List*>(*qualifiersSlot), qualifier);
     // The list is stored only once it holds the record, so a failure leaves the policy as it was.
     OwnedValue qualifiers(&desc::kPolicyQualifiers, ListCreate());
@@ -799,7 +788,7 @@ extern "C" TV_API uint32_t GetExtensionPolicyQualifiersCount(const CertificatePo
     if (!outCount) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
     void* policy = nullptr;
     TV_TRY(PolicyAt(list, policyIndex, &policy));
-    auto* qualifiers = static_cast<const Asn1List*>(SlotsOf(policy)[desc::kPolicyQualifiersSlot]);
+    auto* qualifiers = static_cast<const Asn1List*>(Slot(policy, desc::PolicyInformationSlot::kPolicyQualifiers));
     *outCount = qualifiers ? qualifiers->count : 0;
     return TV_OK;
 }
@@ -812,9 +801,9 @@ extern "C" TV_API uint32_t GetExtensionPolicyQualifier(const CertificatePolicies
     void* qualifier = nullptr;
     TV_TRY(QualifierAt(list, policyIndex, qualifierIndex, &qualifier));
     void* const* slots = SlotsOf(qualifier);
-    if (!slots[desc::kPolicyQualifierId]) return TV_FAIL(TV_ERR_ABSENT);
-    const uint32_t oidRc = OidToPacked(Leaf(slots[desc::kPolicyQualifierId]), outOid, outOidLen);
-    const Asn1Primitive* any = Leaf(slots[desc::kQualifier]);
+    if (!Slot(slots, desc::PolicyQualifierInfoSlot::kPolicyQualifierId)) return TV_FAIL(TV_ERR_ABSENT);
+    const uint32_t oidRc = OidToPacked(Leaf(Slot(slots, desc::PolicyQualifierInfoSlot::kPolicyQualifierId)), outOid, outOidLen);
+    const Asn1Primitive* any = Leaf(Slot(slots, desc::PolicyQualifierInfoSlot::kQualifier));
     const uint32_t anyRc = any ? PutBytes(TV_SITE, any->content, any->length, out, outLen)
                                : PutBytes(TV_SITE, nullptr, 0, out, outLen);
     return oidRc != TV_OK ? oidRc : anyRc;
@@ -826,7 +815,7 @@ extern "C" TV_API uint32_t RemoveExtensionPolicyQualifier(CertificatePolicies* l
                                                           uint32_t qualifierIndex) {
     void* policy = nullptr;
     TV_TRY(PolicyAt(list, policyIndex, &policy));
-    void** qualifiersSlot = &SlotsOf(policy)[desc::kPolicyQualifiersSlot];
+    void** qualifiersSlot = &Slot(policy, desc::PolicyInformationSlot::kPolicyQualifiers);
     auto* qualifiers = static_cast<Asn1List*>(*qualifiersSlot);
     if (!qualifiers) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
     TV_TRY(ListRemoveT(kPolicyQualifiersFamily, qualifiers, qualifierIndex));

@@ -10,43 +10,43 @@ namespace tv::desc {
 
 // DistributionPointName ::= CHOICE { fullName [0] GeneralNames, nameRelativeToCRLIssuer [1] ... }
 // The relative name is carried as a whole Name (RDNSequence) under [1].
-enum DistributionPointNameKind : uint32_t { kFullName, kNameRelativeToCrlIssuer, kDistributionPointNameKindCount };
+enum class DistributionPointNameKind : uint32_t { kFullName, kNameRelativeToCrlIssuer, kCount };
 extern const Asn1Descriptor kDistributionPointName;
 
 // DistributionPoint ::= SEQUENCE { distributionPoint [0], reasons [1], cRLIssuer [2] }, all OPTIONAL
-enum DistributionPointSlot : uint32_t { kDistributionPointField, kReasons, kCrlIssuer, kDistributionPointSlotCount };
+enum class DistributionPointSlot : uint32_t { kName, kReasons, kCrlIssuer, kCount };
 extern const Asn1Descriptor kDistributionPoint;
 // CRLDistributionPoints ::= SEQUENCE SIZE (1..MAX) OF DistributionPoint
 extern const Asn1Descriptor kCrlDistributionPoints;
 
 // AuthorityKeyIdentifier ::= SEQUENCE { keyIdentifier [0], authorityCertIssuer [1], authorityCertSerialNumber [2] }
-enum AuthorityKeyIdentifierSlot : uint32_t { kKeyIdentifier, kAuthorityCertIssuer, kAuthorityCertSerialNumber,
-                                             kAuthorityKeyIdentifierSlotCount };
+enum class AuthorityKeyIdentifierSlot : uint32_t { kKeyIdentifier, kAuthorityCertIssuer, kAuthorityCertSerialNumber,
+                                             kCount };
 extern const Asn1Descriptor kAuthorityKeyIdentifier;
 
 // IssuingDistributionPoint, with the reasons under [1] (see the table in GeneralObjects.cpp).
-enum IssuingDistributionPointSlot : uint32_t {
-    kIdpDistributionPoint,
+enum class IssuingDistributionPointSlot : uint32_t {
+    kDistributionPoint,
     kOnlyContainsUserCerts,
     kOnlyContainsCaCerts,
     kOnlySomeReasons,
     kIndirectCrl,
     kOnlyContainsAttributeCerts,
-    kIssuingDistributionPointSlotCount
+    kCount
 };
 extern const Asn1Descriptor kIssuingDistributionPoint;
 
 // AccessDescription ::= SEQUENCE { accessMethod OBJECT IDENTIFIER, accessLocation GeneralName }
-enum AccessDescriptionSlot : uint32_t { kAccessMethod, kAccessLocation, kAccessDescriptionSlotCount };
+enum class AccessDescriptionSlot : uint32_t { kAccessMethod, kAccessLocation, kCount };
 extern const Asn1Descriptor kAccessDescription;
 extern const Asn1Descriptor kAuthorityInformationAccess;
 
 // PolicyQualifierInfo ::= SEQUENCE { policyQualifierId OBJECT IDENTIFIER, qualifier ANY OPTIONAL }
-enum PolicyQualifierInfoSlot : uint32_t { kPolicyQualifierId, kQualifier, kPolicyQualifierInfoSlotCount };
+enum class PolicyQualifierInfoSlot : uint32_t { kPolicyQualifierId, kQualifier, kCount };
 extern const Asn1Descriptor kPolicyQualifierInfo;
 extern const Asn1Descriptor kPolicyQualifiers;
 // PolicyInformation ::= SEQUENCE { policyIdentifier OBJECT IDENTIFIER, policyQualifiers ... OPTIONAL }
-enum PolicyInformationSlot : uint32_t { kPolicyIdentifier, kPolicyQualifiersSlot, kPolicyInformationSlotCount };
+enum class PolicyInformationSlot : uint32_t { kPolicyIdentifier, kPolicyQualifiers, kCount };
 extern const Asn1Descriptor kPolicyInformation;
 extern const Asn1Descriptor kCertificatePolicies;
 

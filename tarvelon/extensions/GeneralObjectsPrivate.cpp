@@ -27,10 +27,10 @@ constexpr Asn1Descriptor UniversalNumbered(int32_t tag, Asn1Descriptor d) {
 }
 
 // StoreItem ::= SEQUENCE {
-enum StoreItemSlot : uint32_t { kStoreKind, kStoreData, kStoreItemSlotCount };
-constexpr Components<kStoreItemSlotCount> kStoreItemParts = Slots<StoreItemSlot, kStoreItemSlotCount>({
-    {kStoreKind, &kEnumerated},  // kind  ENUMERATED
-    {kStoreData, &kOctetString}, // data  OCTET STRING
+enum class StoreItemSlot : uint32_t { kKind, kData, kCount };
+constexpr auto kStoreItemParts = Slots<StoreItemSlot>({
+    {StoreItemSlot::kKind, &kEnumerated},  // kind  ENUMERATED
+    {StoreItemSlot::kData, &kOctetString}, // data  OCTET STRING
 });
 
 inline constexpr Asn1Descriptor kOptionalEnumerated = Optional(kEnumerated);
@@ -38,64 +38,64 @@ inline constexpr Asn1Descriptor kOptionalUtf8String = Optional(kUtf8String);
 inline constexpr Asn1Descriptor kOptionalGeneralizedTime = Optional(kGeneralizedTime);
 
 // OcspCheckFile ::= SEQUENCE {
-enum OcspCheckFileSlot : uint32_t { kFileHash, kHash0, kHash1, kCheckKind, kText3, kText4, kKind5, kOcspCheckFileSlotCount };
+enum class OcspCheckFileSlot : uint32_t { kFileHash, kHash0, kHash1, kCheckKind, kText3, kText4, kKind5, kCount };
 inline constexpr Asn1Descriptor kHash0Field = Optional(Implicit(0, kOctetString));
 inline constexpr Asn1Descriptor kHash1Field = Optional(Implicit(1, kOctetString));
 inline constexpr Asn1Descriptor kText3Field = Optional(UniversalNumbered(3, kUtf8String));
 inline constexpr Asn1Descriptor kText4Field = Optional(UniversalNumbered(4, kUtf8String));
 inline constexpr Asn1Descriptor kKind5Field = Optional(UniversalNumbered(5, kEnumerated));
-constexpr Components<kOcspCheckFileSlotCount> kOcspCheckFileParts = Slots<OcspCheckFileSlot, kOcspCheckFileSlotCount>({
-    {kFileHash, &kOctetString},         // fileHash   OCTET STRING
-    {kHash0, &kHash0Field},             // hash0      [0] IMPLICIT OCTET STRING OPTIONAL
-    {kHash1, &kHash1Field},             // hash1      [1] IMPLICIT OCTET STRING OPTIONAL
-    {kCheckKind, &kOptionalEnumerated}, // checkKind  ENUMERATED OPTIONAL
-    {kText3, &kText3Field},             // text3      3 UTF8String OPTIONAL      -- identifier 03
-    {kText4, &kText4Field},             // text4      4 UTF8String OPTIONAL      -- identifier 04
-    {kKind5, &kKind5Field},             // kind5      5 ENUMERATED OPTIONAL      -- identifier 05
+constexpr auto kOcspCheckFileParts = Slots<OcspCheckFileSlot>({
+    {OcspCheckFileSlot::kFileHash, &kOctetString},         // fileHash   OCTET STRING
+    {OcspCheckFileSlot::kHash0, &kHash0Field},             // hash0      [0] IMPLICIT OCTET STRING OPTIONAL
+    {OcspCheckFileSlot::kHash1, &kHash1Field},             // hash1      [1] IMPLICIT OCTET STRING OPTIONAL
+    {OcspCheckFileSlot::kCheckKind, &kOptionalEnumerated}, // checkKind  ENUMERATED OPTIONAL
+    {OcspCheckFileSlot::kText3, &kText3Field},             // text3      3 UTF8String OPTIONAL      -- identifier 03
+    {OcspCheckFileSlot::kText4, &kText4Field},             // text4      4 UTF8String OPTIONAL      -- identifier 04
+    {OcspCheckFileSlot::kKind5, &kKind5Field},             // kind5      5 ENUMERATED OPTIONAL      -- identifier 05
 });
 
 // ExtResult ::= SEQUENCE {
-enum ExtResultSlot : uint32_t { kResultKind, kResultText, kStatusKind, kCheckTime, kItems, kNames, kExtResultSlotCount };
+enum class ExtResultSlot : uint32_t { kResultKind, kResultText, kStatusKind, kCheckTime, kItems, kNames, kCount };
 // The value is a GeneralNames list, so the caller's tree is taken over as it is.
 inline constexpr Asn1Descriptor kNamesField = Optional(UniversalNumbered(0, SequenceOf<&kGeneralName>()));
-constexpr Components<kExtResultSlotCount> kExtResultParts = Slots<ExtResultSlot, kExtResultSlotCount>({
-    {kResultKind, &kEnumerated},              // resultKind  ENUMERATED
-    {kResultText, &kUtf8String},              // text        UTF8String
-    {kStatusKind, &kEnumerated},              // statusKind  ENUMERATED
-    {kCheckTime, &kOptionalGeneralizedTime},  // checkTime   GeneralizedTime OPTIONAL
-    {kItems, &kStoreItems},                   // items       SEQUENCE OF StoreItem
-    {kNames, &kNamesField},                   // names       0 GeneralNames OPTIONAL  -- identifier 20
+constexpr auto kExtResultParts = Slots<ExtResultSlot>({
+    {ExtResultSlot::kResultKind, &kEnumerated},              // resultKind  ENUMERATED
+    {ExtResultSlot::kResultText, &kUtf8String},              // text        UTF8String
+    {ExtResultSlot::kStatusKind, &kEnumerated},              // statusKind  ENUMERATED
+    {ExtResultSlot::kCheckTime, &kOptionalGeneralizedTime},  // checkTime   GeneralizedTime OPTIONAL
+    {ExtResultSlot::kItems, &kStoreItems},                   // items       SEQUENCE OF StoreItem
+    {ExtResultSlot::kNames, &kNamesField},                   // names       0 GeneralNames OPTIONAL  -- identifier 20
 });
 
 // OcspCheckCryptoNetRegistry ::= SEQUENCE {
-enum RegistrySlot : uint32_t { kRegistryText1, kRegistryText2, kRegistryKind, kRegistrySlotCount };
-constexpr Components<kRegistrySlotCount> kRegistryParts = Slots<RegistrySlot, kRegistrySlotCount>({
-    {kRegistryText1, &kUtf8String},        // registryText1  UTF8String
-    {kRegistryText2, &kUtf8String},        // registryText2  UTF8String
-    {kRegistryKind, &kOptionalEnumerated}, // registryKind   ENUMERATED OPTIONAL
+enum class RegistrySlot : uint32_t { kText1, kText2, kKind, kCount };
+constexpr auto kRegistryParts = Slots<RegistrySlot>({
+    {RegistrySlot::kText1, &kUtf8String},        // registryText1  UTF8String
+    {RegistrySlot::kText2, &kUtf8String},        // registryText2  UTF8String
+    {RegistrySlot::kKind, &kOptionalEnumerated}, // registryKind   ENUMERATED OPTIONAL
 });
 
 // OcspCheckTime2 ::= [16] IMPLICIT SEQUENCE {                          -- identifier B0
-enum CheckTime2Slot : uint32_t { kTimeKind, kTime2CheckTime, kCheckTime2SlotCount };
-constexpr Components<kCheckTime2SlotCount> kCheckTime2Parts = Slots<CheckTime2Slot, kCheckTime2SlotCount>({
-    {kTimeKind, &kEnumerated},                    // timeKind   ENUMERATED
-    {kTime2CheckTime, &kOptionalGeneralizedTime}, // checkTime  GeneralizedTime OPTIONAL
+enum class CheckTime2Slot : uint32_t { kTimeKind, kCheckTime, kCount };
+constexpr auto kCheckTime2Parts = Slots<CheckTime2Slot>({
+    {CheckTime2Slot::kTimeKind, &kEnumerated},                    // timeKind   ENUMERATED
+    {CheckTime2Slot::kCheckTime, &kOptionalGeneralizedTime}, // checkTime  GeneralizedTime OPTIONAL
 });
 
 // ExtendedResult, KeyStorage ::= SEQUENCE {
-enum CodedTextSlot : uint32_t { kCode, kCodeText, kCodedTextSlotCount };
-constexpr Components<kCodedTextSlotCount> kCodedTextParts = Slots<CodedTextSlot, kCodedTextSlotCount>({
-    {kCode, &kEnumerated},             // code  ENUMERATED
-    {kCodeText, &kOptionalUtf8String}, // text  UTF8String OPTIONAL
+enum class CodedTextSlot : uint32_t { kCode, kText, kCount };
+constexpr auto kCodedTextParts = Slots<CodedTextSlot>({
+    {CodedTextSlot::kCode, &kEnumerated},             // code  ENUMERATED
+    {CodedTextSlot::kText, &kOptionalUtf8String}, // text  UTF8String OPTIONAL
 });
 
 // RequestBlockingDate ::= SEQUENCE {
-enum BlockingDateSlot : uint32_t { kBlockedFrom, kBlockedUntil, kBlockingDateSlotCount };
+enum class BlockingDateSlot : uint32_t { kFrom, kUntil, kCount };
 inline constexpr Asn1Descriptor kFromField = Optional(Implicit(0, kGeneralizedTime));
 inline constexpr Asn1Descriptor kUntilField = Optional(Implicit(1, kGeneralizedTime));
-constexpr Components<kBlockingDateSlotCount> kBlockingDateParts = Slots<BlockingDateSlot, kBlockingDateSlotCount>({
-    {kBlockedFrom, &kFromField},   // from   [0] IMPLICIT GeneralizedTime OPTIONAL
-    {kBlockedUntil, &kUntilField}, // until  [1] IMPLICIT GeneralizedTime OPTIONAL
+constexpr auto kBlockingDateParts = Slots<BlockingDateSlot>({
+    {BlockingDateSlot::kFrom, &kFromField},   // from   [0] IMPLICIT GeneralizedTime OPTIONAL
+    {BlockingDateSlot::kUntil, &kUntilField}, // until  [1] IMPLICIT GeneralizedTime OPTIONAL
 });
 
 }  // namespace
@@ -205,8 +205,8 @@ uint32_t EncodeCodedText(uint32_t code, const uint8_t* text, uint32_t textLen, u
     OwnedValue v(&desc::kCodedText);
     TV_TRY(NewStructure(&desc::kCodedText, v));
     void** s = SlotsOf(v.get());
-    TV_TRY(SetNumberLeaf(&s[desc::kCode], ASN1_ENUMERATED, code));
-    TV_TRY(SetOptionalLeaf(&s[desc::kCodeText], ASN1_UTF8_STRING, text, textLen));
+    TV_TRY(SetNumberLeaf(&Slot(s, desc::CodedTextSlot::kCode), ASN1_ENUMERATED, code));
+    TV_TRY(SetOptionalLeaf(&Slot(s, desc::CodedTextSlot::kText), ASN1_UTF8_STRING, text, textLen));
     return EncodeSized(TV_SITE, v.get(), &desc::kCodedText, out, outLen);
 }
 
@@ -215,7 +215,7 @@ uint32_t DecodeCodedText(const uint8_t* in, uint32_t inLen, uint32_t* outCode, u
     OwnedValue v(&desc::kCodedText);
     TV_TRY(DecodeValue(desc::kCodedText, in, inLen, v));
     void* const* s = SlotsOf(static_cast<const void*>(v.get()));
-    return FirstFailure({GetNumber(s[desc::kCode], outCode), GetOptionalLeaf(s[desc::kCodeText], outText, outTextLen)});
+    return FirstFailure({GetNumber(Slot(s, desc::CodedTextSlot::kCode), outCode), GetOptionalLeaf(Slot(s, desc::CodedTextSlot::kText), outText, outTextLen)});
 }
 
 // ---- lists --------------------------------------------------------------------------------------
@@ -228,8 +228,8 @@ uint32_t AddStoreItem(StoreItems* list, uint32_t kind, const uint8_t* in, uint32
     OwnedValue item(&desc::kStoreItem);
     TV_TRY(NewStructure(&desc::kStoreItem, item));
     void** s = SlotsOf(item.get());
-    TV_TRY(SetNumberLeaf(&s[desc::kStoreKind], ASN1_ENUMERATED, kind));
-    TV_TRY(SetOrCreatePrimitive(&s[desc::kStoreData], ASN1_OCTET_STRING, in, inLen));
+    TV_TRY(SetNumberLeaf(&Slot(s, desc::StoreItemSlot::kKind), ASN1_ENUMERATED, kind));
+    TV_TRY(SetOrCreatePrimitive(&Slot(s, desc::StoreItemSlot::kData), ASN1_OCTET_STRING, in, inLen));
     return ListAppendT(kStoreItemsFamily, list, item);
 }
 
@@ -238,8 +238,8 @@ uint32_t GetStoreItem(const StoreItems* list, uint32_t index, uint32_t* outKind,
     const void* item = nullptr;
     TV_TRY(ListElementT(kStoreItemsFamily, list, index, &item));
     void* const* s = SlotsOf(item);
-    if (!s[desc::kStoreKind] || !s[desc::kStoreData]) return TV_FAIL(TV_ERR_ABSENT);
-    return FirstFailure({GetNumber(s[desc::kStoreKind], outKind), PutLeaf(s[desc::kStoreData], out, outLen)});
+    if (!Slot(s, desc::StoreItemSlot::kKind) || !Slot(s, desc::StoreItemSlot::kData)) return TV_FAIL(TV_ERR_ABSENT);
+    return FirstFailure({GetNumber(Slot(s, desc::StoreItemSlot::kKind), outKind), PutLeaf(Slot(s, desc::StoreItemSlot::kData), out, outLen)});
 }
 
 }  // namespace
@@ -316,13 +316,13 @@ extern "C" TV_API uint32_t EncodeExtensionOcspCheckFile(const uint8_t* fileHash,
     OwnedValue v(&desc::kOcspCheckFile);
     TV_TRY(NewStructure(&desc::kOcspCheckFile, v));
     void** s = SlotsOf(v.get());
-    TV_TRY(SetOrCreatePrimitive(&s[desc::kFileHash], ASN1_OCTET_STRING, fileHash, fileHashLen));
-    TV_TRY(SetOptionalLeaf(&s[desc::kHash0], ASN1_OCTET_STRING, hash0, hash0Len));
-    TV_TRY(SetOptionalLeaf(&s[desc::kHash1], ASN1_OCTET_STRING, hash1, hash1Len));
-    if (checkKindPresent) TV_TRY(SetNumberLeaf(&s[desc::kCheckKind], ASN1_ENUMERATED, checkKind));
-    TV_TRY(SetOptionalLeaf(&s[desc::kText3], ASN1_UTF8_STRING, text3, text3Len));
-    TV_TRY(SetOptionalLeaf(&s[desc::kText4], ASN1_UTF8_STRING, text4, text4Len));
-    if (kind5Present) TV_TRY(SetNumberLeaf(&s[desc::kKind5], ASN1_ENUMERATED, kind5));
+    TV_TRY(SetOrCreatePrimitive(&Slot(s, desc::OcspCheckFileSlot::kFileHash), ASN1_OCTET_STRING, fileHash, fileHashLen));
+    TV_TRY(SetOptionalLeaf(&Slot(s, desc::OcspCheckFileSlot::kHash0), ASN1_OCTET_STRING, hash0, hash0Len));
+    TV_TRY(SetOptionalLeaf(&Slot(s, desc::OcspCheckFileSlot::kHash1), ASN1_OCTET_STRING, hash1, hash1Len));
+    if (checkKindPresent) TV_TRY(SetNumberLeaf(&Slot(s, desc::OcspCheckFileSlot::kCheckKind), ASN1_ENUMERATED, checkKind));
+    TV_TRY(SetOptionalLeaf(&Slot(s, desc::OcspCheckFileSlot::kText3), ASN1_UTF8_STRING, text3, text3Len));
+    TV_TRY(SetOptionalLeaf(&Slot(s, desc::OcspCheckFileSlot::kText4), ASN1_UTF8_STRING, text4, text4Len));
+    if (kind5Present) TV_TRY(SetNumberLeaf(&Slot(s, desc::OcspCheckFileSlot::kKind5), ASN1_ENUMERATED, kind5));
     return EncodeSized(TV_SITE, v.get(), &desc::kOcspCheckFile, out, outLen);
 }
 
@@ -341,13 +341,13 @@ extern "C" TV_API uint32_t DecodeExtensionOcspCheckFile(const uint8_t* in, uint3
     TV_TRY(DecodeValue(desc::kOcspCheckFile, in, inLen, v));
     void* const* s = SlotsOf(static_cast<const void*>(v.get()));
     return FirstFailure({
-        PutLeaf(s[desc::kFileHash], outFileHash, outFileHashLen),
-        GetOptionalLeaf(s[desc::kHash0], outHash0, outHash0Len),
-        GetOptionalLeaf(s[desc::kHash1], outHash1, outHash1Len),
-        GetOptionalNumber(s[desc::kCheckKind], outCheckKindPresent, outCheckKind),
-        GetOptionalLeaf(s[desc::kText3], outText3, outText3Len),
-        GetOptionalLeaf(s[desc::kText4], outText4, outText4Len),
-        GetOptionalNumber(s[desc::kKind5], outKind5Present, outKind5),
+        PutLeaf(Slot(s, desc::OcspCheckFileSlot::kFileHash), outFileHash, outFileHashLen),
+        GetOptionalLeaf(Slot(s, desc::OcspCheckFileSlot::kHash0), outHash0, outHash0Len),
+        GetOptionalLeaf(Slot(s, desc::OcspCheckFileSlot::kHash1), outHash1, outHash1Len),
+        GetOptionalNumber(Slot(s, desc::OcspCheckFileSlot::kCheckKind), outCheckKindPresent, outCheckKind),
+        GetOptionalLeaf(Slot(s, desc::OcspCheckFileSlot::kText3), outText3, outText3Len),
+        GetOptionalLeaf(Slot(s, desc::OcspCheckFileSlot::kText4), outText4, outText4Len),
+        GetOptionalNumber(Slot(s, desc::OcspCheckFileSlot::kKind5), outKind5Present, outKind5),
     });
 }
 
@@ -359,9 +359,9 @@ extern "C" TV_API uint32_t EncodeExtensionOcspCheckCryptoNetRegistry(const uint8
     OwnedValue v(&desc::kCryptoNetRegistry);
     TV_TRY(NewStructure(&desc::kCryptoNetRegistry, v));
     void** s = SlotsOf(v.get());
-    TV_TRY(SetOrCreatePrimitive(&s[desc::kRegistryText1], ASN1_UTF8_STRING, text1, text1Len));
-    TV_TRY(SetOrCreatePrimitive(&s[desc::kRegistryText2], ASN1_UTF8_STRING, text2, text2Len));
-    if (kindPresent) TV_TRY(SetNumberLeaf(&s[desc::kRegistryKind], ASN1_ENUMERATED, kind));
+    TV_TRY(SetOrCreatePrimitive(&Slot(s, desc::RegistrySlot::kText1), ASN1_UTF8_STRING, text1, text1Len));
+    TV_TRY(SetOrCreatePrimitive(&Slot(s, desc::RegistrySlot::kText2), ASN1_UTF8_STRING, text2, text2Len));
+    if (kindPresent) TV_TRY(SetNumberLeaf(&Slot(s, desc::RegistrySlot::kKind), ASN1_ENUMERATED, kind));
     return EncodeSized(TV_SITE, v.get(), &desc::kCryptoNetRegistry, out, outLen);
 }
 
@@ -374,9 +374,9 @@ extern "C" TV_API uint32_t DecodeExtensionOcspCheckCryptoNetRegistry(const uint8
     TV_TRY(DecodeValue(desc::kCryptoNetRegistry, in, inLen, v));
     void* const* s = SlotsOf(static_cast<const void*>(v.get()));
     return FirstFailure({
-        PutLeaf(s[desc::kRegistryText1], outText1, outText1Len),
-        PutLeaf(s[desc::kRegistryText2], outText2, outText2Len),
-        GetOptionalNumber(s[desc::kRegistryKind], outKindPresent, outKind),
+        PutLeaf(Slot(s, desc::RegistrySlot::kText1), outText1, outText1Len),
+        PutLeaf(Slot(s, desc::RegistrySlot::kText2), outText2, outText2Len),
+        GetOptionalNumber(Slot(s, desc::RegistrySlot::kKind), outKindPresent, outKind),
     });
 }
 
@@ -386,8 +386,8 @@ extern "C" TV_API uint32_t EncodeExtensionOcspCheckTime2(uint32_t timeKind, cons
     OwnedValue v(&desc::kOcspCheckTime2);
     TV_TRY(NewStructure(&desc::kOcspCheckTime2, v));
     void** s = SlotsOf(v.get());
-    TV_TRY(SetNumberLeaf(&s[desc::kTimeKind], ASN1_ENUMERATED, timeKind));
-    if (checkTime) TV_TRY(SetGeneralizedTimeLeaf(&s[desc::kTime2CheckTime], checkTime));
+    TV_TRY(SetNumberLeaf(&Slot(s, desc::CheckTime2Slot::kTimeKind), ASN1_ENUMERATED, timeKind));
+    if (checkTime) TV_TRY(SetGeneralizedTimeLeaf(&Slot(s, desc::CheckTime2Slot::kCheckTime), checkTime));
     return EncodeSized(TV_SITE, v.get(), &desc::kOcspCheckTime2, out, outLen);
 }
 
@@ -397,8 +397,8 @@ extern "C" TV_API uint32_t DecodeExtensionOcspCheckTime2(const uint8_t* in, uint
     OwnedValue v(&desc::kOcspCheckTime2);
     TV_TRY(DecodeValue(desc::kOcspCheckTime2, in, inLen, v));
     void* const* s = SlotsOf(static_cast<const void*>(v.get()));
-    TV_TRY(GetNumber(s[desc::kTimeKind], outTimeKind));
-    return GetOptionalTime(s[desc::kTime2CheckTime], outCheckTime);
+    TV_TRY(GetNumber(Slot(s, desc::CheckTime2Slot::kTimeKind), outTimeKind));
+    return GetOptionalTime(Slot(s, desc::CheckTime2Slot::kCheckTime), outCheckTime);
 }
 
 extern "C" TV_API uint32_t EncodeExtensionExtendedResult(uint32_t code, const uint8_t* text, uint32_t textLen,
@@ -427,8 +427,8 @@ extern "C" TV_API uint32_t EncodeExtensionRequestBlockingDate(const LibraryTime*
     OwnedValue v(&desc::kRequestBlockingDate);
     TV_TRY(NewStructure(&desc::kRequestBlockingDate, v));
     void** s = SlotsOf(v.get());
-    if (from) TV_TRY(SetGeneralizedTimeLeaf(&s[desc::kBlockedFrom], from));
-    if (until) TV_TRY(SetGeneralizedTimeLeaf(&s[desc::kBlockedUntil], until));
+    if (from) TV_TRY(SetGeneralizedTimeLeaf(&Slot(s, desc::BlockingDateSlot::kFrom), from));
+    if (until) TV_TRY(SetGeneralizedTimeLeaf(&Slot(s, desc::BlockingDateSlot::kUntil), until));
     return EncodeSized(TV_SITE, v.get(), &desc::kRequestBlockingDate, out, outLen);
 }
 
@@ -438,8 +438,8 @@ extern "C" TV_API uint32_t DecodeExtensionRequestBlockingDate(const uint8_t* in,
     OwnedValue v(&desc::kRequestBlockingDate);
     TV_TRY(DecodeValue(desc::kRequestBlockingDate, in, inLen, v));
     void* const* s = SlotsOf(static_cast<const void*>(v.get()));
-    TV_TRY(GetOptionalTime(s[desc::kBlockedFrom], outFrom));
-    return GetOptionalTime(s[desc::kBlockedUntil], outUntil);
+    TV_TRY(GetOptionalTime(Slot(s, desc::BlockingDateSlot::kFrom), outFrom));
+    return GetOptionalTime(Slot(s, desc::BlockingDateSlot::kUntil), outUntil);
 }
 
 // ---- store lists: one shape under three names ---------------------------------------------------------
@@ -474,21 +474,21 @@ extern "C" TV_API uint32_t AddExtensionOcspCheckFileExtResults(OcspCheckFileExtR
     OwnedValue element(&desc::kExtResult);
     TV_TRY(NewStructure(&desc::kExtResult, element));
     void** s = SlotsOf(element.get());
-    TV_TRY(SetNumberLeaf(&s[desc::kResultKind], ASN1_ENUMERATED, resultKind));
-    TV_TRY(SetOrCreatePrimitive(&s[desc::kResultText], ASN1_UTF8_STRING, text, textLen));
-    TV_TRY(SetNumberLeaf(&s[desc::kStatusKind], ASN1_ENUMERATED, statusKind));
-    if (checkTime) TV_TRY(SetGeneralizedTimeLeaf(&s[desc::kCheckTime], checkTime));
+    TV_TRY(SetNumberLeaf(&Slot(s, desc::ExtResultSlot::kResultKind), ASN1_ENUMERATED, resultKind));
+    TV_TRY(SetOrCreatePrimitive(&Slot(s, desc::ExtResultSlot::kResultText), ASN1_UTF8_STRING, text, textLen));
+    TV_TRY(SetNumberLeaf(&Slot(s, desc::ExtResultSlot::kStatusKind), ASN1_ENUMERATED, statusKind));
+    if (checkTime) TV_TRY(SetGeneralizedTimeLeaf(&Slot(s, desc::ExtResultSlot::kCheckTime), checkTime));
     // The fresh element already holds an empty items list; the caller's replaces it.
     if (items) {
-        FreeAsn1Object(&desc::kStoreItems, s[desc::kItems]);
-        s[desc::kItems] = items;
-    } else if (!s[desc::kItems] && !(s[desc::kItems] = ListCreate())) {
+        FreeAsn1Object(&desc::kStoreItems, Slot(s, desc::ExtResultSlot::kItems));
+        Slot(s, desc::ExtResultSlot::kItems) = items;
+    } else if (!Slot(s, desc::ExtResultSlot::kItems) && !(Slot(s, desc::ExtResultSlot::kItems) = ListCreate())) {
         return TV_FAIL(TV_ERR_NO_MEMORY);
     }
-    s[desc::kNames] = names;
+    Slot(s, desc::ExtResultSlot::kNames) = names;
     if (const uint32_t rc = ListAppend(list, element.get()); rc != TV_OK) {
-        if (items) s[desc::kItems] = nullptr;
-        s[desc::kNames] = nullptr;
+        if (items) Slot(s, desc::ExtResultSlot::kItems) = nullptr;
+        Slot(s, desc::ExtResultSlot::kNames) = nullptr;
         return rc;
     }
     element.Release();
@@ -504,12 +504,12 @@ extern "C" TV_API uint32_t GetExtensionOcspCheckFileExtResults(const OcspCheckFi
     TV_TRY(ListElementT(kExtResultsFamily, list, index, &element));
     void* const* s = SlotsOf(element);
     uint32_t resultKind = TV_OK, text = TV_OK, statusKind = TV_OK, checkTime = TV_OK;
-    if (outResultKind) resultKind = GetNumber(s[desc::kResultKind], outResultKind);
-    if (outTextLen) text = s[desc::kResultText] ? PutLeaf(s[desc::kResultText], outText, outTextLen) : TV_FAIL(TV_ERR_ABSENT);
-    if (outStatusKind) statusKind = GetNumber(s[desc::kStatusKind], outStatusKind);
-    if (outCheckTime) checkTime = GetOptionalTime(s[desc::kCheckTime], outCheckTime);
-    if (outItems) *outItems = static_cast<StoreItems*>(s[desc::kItems]);
-    if (outNames) *outNames = static_cast<GeneralNames*>(s[desc::kNames]);
+    if (outResultKind) resultKind = GetNumber(Slot(s, desc::ExtResultSlot::kResultKind), outResultKind);
+    if (outTextLen) text = Slot(s, desc::ExtResultSlot::kResultText) ? PutLeaf(Slot(s, desc::ExtResultSlot::kResultText), outText, outTextLen) : TV_FAIL(TV_ERR_ABSENT);
+    if (outStatusKind) statusKind = GetNumber(Slot(s, desc::ExtResultSlot::kStatusKind), outStatusKind);
+    if (outCheckTime) checkTime = GetOptionalTime(Slot(s, desc::ExtResultSlot::kCheckTime), outCheckTime);
+    if (outItems) *outItems = static_cast<StoreItems*>(Slot(s, desc::ExtResultSlot::kItems));
+    if (outNames) *outNames = static_cast<GeneralNames*>(Slot(s, desc::ExtResultSlot::kNames));
     return FirstFailure({resultKind, text, statusKind, checkTime});
 }
 

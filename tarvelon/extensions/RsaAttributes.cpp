@@ -2,6 +2,7 @@
 // a one-field handle.
 #include "tarvelon/extensions/RsaAttributes.h"
 
+#include "tarvelon/engine/Fields.h"
 #include "tarvelon/extensions/OidKeyedList.h"
 #include "tarvelon/tarvelon.h"
 
@@ -13,9 +14,9 @@ namespace tv::desc {
 constexpr Asn1Descriptor kAttributeValues = SetOf<&kAny>();
 
 // Attribute ::= SEQUENCE {                                             (RFC 5652 5.3)
-constexpr Components<kAttributeSlotCount> kAttributeParts = Slots<AttributeSlot, kAttributeSlotCount>({
-    {kAttrType, &kOid},                // attrType    OBJECT IDENTIFIER
-    {kAttrValues, &kAttributeValues},  // attrValues  SET OF AttributeValue
+constexpr auto kAttributeParts = Slots<AttributeSlot>({
+    {AttributeSlot::kType, &kOid},                // attrType    OBJECT IDENTIFIER
+    {AttributeSlot::kValues, &kAttributeValues},  // attrValues  SET OF AttributeValue
 });
 constinit const Asn1Descriptor kAttribute = Sequence(kAttributeParts);
 // Attributes ::= SET OF Attribute   -- SignedAttributes' SIZE (1..MAX) is not enforced
@@ -29,22 +30,16 @@ namespace {
 constinit const Family kAttributeFamily{&desc::kAttribute, Module::RsaAttributes, 0};
 constinit const Family kAttributesFamily{&desc::kAttributes, Module::RsaAttributes, 0};
 
-using Slots = void*[desc::kAttributeSlotCount];
-
-Slots& SlotsOf(RsaAttribute* a) { return *reinterpret_cast<Slots*>(a); }
-const Slots& SlotsOf(const RsaAttribute* a) { return *reinterpret_cast<const Slots*>(a); }
-
-Asn1List* ValueList(const RsaAttribute* a) { return static_cast<Asn1List*>(SlotsOf(a)[desc::kAttrValues]); }
+Asn1List* ValueList(const RsaAttribute* a) { return static_cast<Asn1List*>(Slot(a, desc::AttributeSlot::kValues)); }
 
 // An empty identifier or value is refused here: neither could be written as a DER element.
 uint32_t NewAttribute(const uint8_t* oid, OwnedValue& out) {
     if (!oid || oid[0] == 0) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
     // Both slots start empty: the value list appears with the first value.
-    *out.Out() = AllocZero(sizeof(Slots));
-    if (!out.get()) return TV_FAIL(TV_ERR_NO_MEMORY);
+    TV_TRY(NewStructure(TV_SITE, desc::kAttribute, out));
     auto* id = NewPrimitive(ASN1_OBJECT_IDENTIFIER, oid + 1, oid[0]);
     if (!id) return TV_FAIL(TV_ERR_NO_MEMORY);
-    SlotsOf(out.as<RsaAttribute>())[desc::kAttrType] = id;
+    Slot(out.as<RsaAttribute>(), desc::AttributeSlot::kType) = id;
     return TV_OK;
 }
 
@@ -53,7 +48,7 @@ uint32_t AddValue(RsaAttribute* a, const uint8_t* der, uint32_t derLen) {
     if (!a || !der || derLen == 0) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
     OwnedValue value(&desc::kAny, NewPrimitive(der[0] & 0x1Fu, der, derLen));
     if (!value.get()) return TV_FAIL(TV_ERR_NO_MEMORY);
-    void*& slot = SlotsOf(a)[desc::kAttrValues];
+    void*& slot = Slot(a, desc::AttributeSlot::kValues);
     // A value list made for this value goes again if the value cannot join it.
     OwnedValue fresh(&desc::kAttributeValues, slot ? nullptr : ListCreate());
     if (!slot && !fresh.get()) return TV_FAIL(TV_ERR_NO_MEMORY);
@@ -65,7 +60,7 @@ uint32_t AddValue(RsaAttribute* a, const uint8_t* der, uint32_t derLen) {
 }
 
 uint32_t ReadOid(const RsaAttribute* a, uint8_t* out, uint32_t* outLen) {
-    auto* id = static_cast<const Asn1Primitive*>(SlotsOf(a)[desc::kAttrType]);
+    auto* id = static_cast<const Asn1Primitive*>(Slot(a, desc::AttributeSlot::kType));
     if (!id || !id->content) return TV_FAIL(TV_ERR_ABSENT);
     return OidToPacked(id, out, outLen);
 }
@@ -199,14 +194,14 @@ extern "C" TV_API uint32_t FindRsaAttributesAttribute(const RsaAttributes* attri
                                                       uint32_t* outIndex) {
     if (!attributes || !inOid || !outIndex) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
     if (!attributes->list) return TV_FAIL(TV_ERR_ABSENT);
-    if (!FindOid(AttributeList(attributes), desc::kAttrType, inOid, outIndex)) return TV_FAIL(TV_ERR_NOT_FOUND);
+    if (!FindOid(AttributeList(attributes), desc::AttributeSlot::kType, inOid, outIndex)) return TV_FAIL(TV_ERR_NOT_FOUND);
     return TV_OK;
 }
 
 extern "C" TV_API uint32_t RemoveRsaAttributesAttribute2(RsaAttributes* attributes, const uint8_t* inOid) {
     if (!attributes || !inOid) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
     if (!attributes->list) return TV_FAIL(TV_ERR_ABSENT);
-    return RemoveOid(kAttributesFamily, AttributeList(attributes), desc::kAttrType, inOid, OidWalk::kBackwardEvery);
+    return RemoveOid(kAttributesFamily, AttributeList(attributes), desc::AttributeSlot::kType, inOid, OidWalk::kBackwardEvery);
 }
 
 extern "C" TV_API uint32_t ClearRsaAttributes(RsaAttributes* attributes) {

@@ -16,7 +16,7 @@ struct X509Extensions {
 namespace tv::desc {
 
 // Extension ::= SEQUENCE { extnID OBJECT IDENTIFIER, critical BOOLEAN DEFAULT FALSE, extnValue OCTET STRING }
-enum ExtensionSlot : uint32_t { kExtnId, kCritical, kExtnValue, kExtensionSlotCount };
+enum class ExtensionSlot : uint32_t { kExtnId, kCritical, kExtnValue, kCount };
 extern const Asn1Descriptor kExtension;
 // Extensions ::= SEQUENCE SIZE (1..MAX) OF Extension   -- the lower bound is not enforced
 extern const Asn1Descriptor kExtensions;

@@ -131,15 +131,15 @@ namespace {
 constexpr Asn1Descriptor kOptionalAny = Optional(Any());
 
 // AlgorithmIdentifier ::= SEQUENCE { algorithm OBJECT IDENTIFIER, parameters ANY OPTIONAL }
-constexpr Components<2> kAlgorithmIdentifierParts = Slots<AlgorithmIdentifierSlot, 2>({
-    {kAlgorithm, &kOid},           // algorithm   OBJECT IDENTIFIER
-    {kParameters, &kOptionalAny},  // parameters  ANY DEFINED BY algorithm OPTIONAL
+constexpr auto kAlgorithmIdentifierParts = Slots<AlgorithmIdentifierSlot>({
+    {AlgorithmIdentifierSlot::kAlgorithm, &kOid},           // algorithm   OBJECT IDENTIFIER
+    {AlgorithmIdentifierSlot::kParameters, &kOptionalAny},  // parameters  ANY DEFINED BY algorithm OPTIONAL
 });
 
 // SubjectPublicKeyInfo ::= SEQUENCE { algorithm AlgorithmIdentifier, subjectPublicKey BIT STRING }
-constexpr Components<2> kSubjectPublicKeyInfoParts = Slots<SubjectPublicKeyInfoSlot, 2>({
-    {kSpkiAlgorithm, &kAlgorithmIdentifier},  // algorithm         AlgorithmIdentifier
-    {kSubjectPublicKey, &kBitString},         // subjectPublicKey  BIT STRING
+constexpr auto kSubjectPublicKeyInfoParts = Slots<SubjectPublicKeyInfoSlot>({
+    {SubjectPublicKeyInfoSlot::kAlgorithm, &kAlgorithmIdentifier},  // algorithm         AlgorithmIdentifier
+    {SubjectPublicKeyInfoSlot::kSubjectPublicKey, &kBitString},         // subjectPublicKey  BIT STRING
 });
 
 // id-Gost28147-89-CryptoPro-A-ParamSet, the default encryption set of the 2001 block (RFC 4491).
@@ -155,20 +155,20 @@ constexpr Asn1Descriptor kEncryptionParamSet2012 = Optional(kOid, &kDefaultEncry
 // GostR3410-2001-PublicKeyParameters ::= SEQUENCE {
 //     publicKeyParamSet OBJECT IDENTIFIER, digestParamSet OBJECT IDENTIFIER,
 //     encryptionParamSet OBJECT IDENTIFIER DEFAULT id-Gost28147-89-CryptoPro-A-ParamSet }
-constexpr Components<3> kGost2001ParametersParts = Slots<GostPublicKeyParametersSlot, 3>({
-    {kPublicKeyParamSet, &kOid},                    // publicKeyParamSet   OBJECT IDENTIFIER
-    {kDigestParamSet, &kOid},                       // digestParamSet      OBJECT IDENTIFIER
-    {kEncryptionParamSet, &kEncryptionParamSet2001},  // encryptionParamSet  OBJECT IDENTIFIER DEFAULT 1.2.643.2.2.31.1
+constexpr auto kGost2001ParametersParts = Slots<GostPublicKeyParametersSlot>({
+    {GostPublicKeyParametersSlot::kPublicKeyParamSet, &kOid},                    // publicKeyParamSet   OBJECT IDENTIFIER
+    {GostPublicKeyParametersSlot::kDigestParamSet, &kOid},                       // digestParamSet      OBJECT IDENTIFIER
+    {GostPublicKeyParametersSlot::kEncryptionParamSet, &kEncryptionParamSet2001},  // encryptionParamSet  OBJECT IDENTIFIER DEFAULT 1.2.643.2.2.31.1
 });
 
 // GostR3410-2012-PublicKeyParameters ::= SEQUENCE {
 //     publicKeyParamSet OBJECT IDENTIFIER, digestParamSet OBJECT IDENTIFIER,
 //     encryptionParamSet OBJECT IDENTIFIER DEFAULT id-tc26-gost-28147-param-Z }
 // The digest set is kept mandatory, as in the 2001 block.
-constexpr Components<3> kGost2012ParametersParts = Slots<GostPublicKeyParametersSlot, 3>({
-    {kPublicKeyParamSet, &kOid},                    // publicKeyParamSet   OBJECT IDENTIFIER
-    {kDigestParamSet, &kOid},                       // digestParamSet      OBJECT IDENTIFIER
-    {kEncryptionParamSet, &kEncryptionParamSet2012},  // encryptionParamSet  OBJECT IDENTIFIER DEFAULT 1.2.643.7.1.2.5.1.1
+constexpr auto kGost2012ParametersParts = Slots<GostPublicKeyParametersSlot>({
+    {GostPublicKeyParametersSlot::kPublicKeyParamSet, &kOid},                    // publicKeyParamSet   OBJECT IDENTIFIER
+    {GostPublicKeyParametersSlot::kDigestParamSet, &kOid},                       // digestParamSet      OBJECT IDENTIFIER
+    {GostPublicKeyParametersSlot::kEncryptionParamSet, &kEncryptionParamSet2012},  // encryptionParamSet  OBJECT IDENTIFIER DEFAULT 1.2.643.7.1.2.5.1.1
 });
 
 }  // namespace
@@ -214,7 +214,7 @@ uint32_t DecodeGostBlock(const Asn1Descriptor* block, const uint8_t* params, uin
 
 // The OID part of an AlgorithmIdentifier.
 uint32_t GetOidPart(const void* algorithmIdentifier, uint8_t* oid, uint32_t* oidLen) {
-    const auto* value = static_cast<const Asn1Primitive*>(SlotsOf(algorithmIdentifier)[desc::kAlgorithm]);
+    const auto* value = static_cast<const Asn1Primitive*>(Slot(algorithmIdentifier, desc::AlgorithmIdentifierSlot::kAlgorithm));
     if (!value) return TV_FAIL(TV_ERR_ABSENT);
     return OidToPacked(value, oid, oidLen);
 }
@@ -225,16 +225,15 @@ uint32_t GetParametersPart(const void* algorithmIdentifier, uint8_t* params, uin
         if (params) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
         return TV_OK;  // the caller does not want the parameters
     }
-    const auto* any = static_cast<const Asn1Primitive*>(SlotsOf(algorithmIdentifier)[desc::kParameters]);
+    const auto* any = static_cast<const Asn1Primitive*>(Slot(algorithmIdentifier, desc::AlgorithmIdentifierSlot::kParameters));
     if (!any || !any->content) return PutBytes(TV_SITE, nullptr, 0, params, paramsLen);
     return PutBytes(TV_SITE, any->content, any->length, params, paramsLen);
 }
 
 uint32_t StoreAlgorithm(void** slot, const uint8_t* packedOid, const uint8_t* params, uint32_t paramsLen) {
-    const Asn1Descriptor* const* parts = desc::kAlgorithmIdentifier.components;
-    OwnedValue oid(parts[desc::kAlgorithm], NewPrimitive(ASN1_OBJECT_IDENTIFIER, packedOid + 1, packedOid[0]));
+    OwnedValue oid(Component(desc::kAlgorithmIdentifier, desc::AlgorithmIdentifierSlot::kAlgorithm), NewPrimitive(ASN1_OBJECT_IDENTIFIER, packedOid + 1, packedOid[0]));
     if (!oid.get()) return TV_FAIL(TV_ERR_NO_MEMORY);
-    OwnedValue any(parts[desc::kParameters]);
+    OwnedValue any(Component(desc::kAlgorithmIdentifier, desc::AlgorithmIdentifierSlot::kParameters));
     if (params && paramsLen) {
         auto* element = New<Asn1Primitive>();
         if (!element) return TV_FAIL(TV_ERR_NO_MEMORY);
@@ -246,10 +245,10 @@ uint32_t StoreAlgorithm(void** slot, const uint8_t* packedOid, const uint8_t* pa
         if (!*slot) return TV_FAIL(TV_ERR_NO_MEMORY);
     }
     auto** slots = static_cast<void**>(*slot);
-    FreeAsn1Object(parts[desc::kAlgorithm], slots[desc::kAlgorithm]);
-    slots[desc::kAlgorithm] = oid.Release();
-    FreeAsn1Object(parts[desc::kParameters], slots[desc::kParameters]);
-    slots[desc::kParameters] = any.Release();
+    FreeAsn1Object(Component(desc::kAlgorithmIdentifier, desc::AlgorithmIdentifierSlot::kAlgorithm), Slot(slots, desc::AlgorithmIdentifierSlot::kAlgorithm));
+    Slot(slots, desc::AlgorithmIdentifierSlot::kAlgorithm) = oid.Release();
+    FreeAsn1Object(Component(desc::kAlgorithmIdentifier, desc::AlgorithmIdentifierSlot::kParameters), Slot(slots, desc::AlgorithmIdentifierSlot::kParameters));
+    Slot(slots, desc::AlgorithmIdentifierSlot::kParameters) = any.Release();
     return TV_OK;
 }
 
@@ -378,7 +377,7 @@ uint32_t EncodeGostParameterOids(uint32_t algId, uint8_t mode, const uint8_t* pu
     if (!value.get()) return TV_FAIL(TV_ERR_NO_MEMORY);
     auto** slots = value.as<void*>();
     const uint8_t* oids[] = {publicKeyParamOid, digestParamOid, encryptionParamOid};
-    for (uint32_t i = 0; i < desc::kGostPublicKeyParametersCount; ++i) {
+    for (uint32_t i = 0; i < SlotCount<desc::GostPublicKeyParametersSlot>; ++i) {
         if (!oids[i]) continue;  // only the encryption set may be left out
         slots[i] = NewPrimitive(ASN1_OBJECT_IDENTIFIER, oids[i] + 1, oids[i][0]);
         if (!slots[i]) return TV_FAIL(TV_ERR_NO_MEMORY);
@@ -419,9 +418,9 @@ uint32_t DecodeGostR34102001ParameterIds(const uint8_t* params, uint32_t paramsL
     OwnedValue block(&desc::kGostR34102001PublicKeyParameters);
     TV_TRY(DecodeGostBlock(&desc::kGostR34102001PublicKeyParameters, params, paramsLen, block));
     auto* const* slots = block.as<void*>();
-    const auto* keySet = static_cast<const Asn1Primitive*>(slots[desc::kPublicKeyParamSet]);
-    const auto* digestSet = static_cast<const Asn1Primitive*>(slots[desc::kDigestParamSet]);
-    const auto* encryptionSet = static_cast<const Asn1Primitive*>(slots[desc::kEncryptionParamSet]);
+    const auto* keySet = static_cast<const Asn1Primitive*>(Slot(slots, desc::GostPublicKeyParametersSlot::kPublicKeyParamSet));
+    const auto* digestSet = static_cast<const Asn1Primitive*>(Slot(slots, desc::GostPublicKeyParametersSlot::kDigestParamSet));
+    const auto* encryptionSet = static_cast<const Asn1Primitive*>(Slot(slots, desc::GostPublicKeyParametersSlot::kEncryptionParamSet));
     uint8_t packed[256];
     uint32_t packedLen = sizeof packed;
     // Stops at the first set that is not in its table.
@@ -443,20 +442,20 @@ uint32_t DecodeGostR34102001ParameterIds(const uint8_t* params, uint32_t paramsL
 
 uint32_t GetSubjectPublicKey(const void* spki, uint8_t* key, uint32_t* keyLen) noexcept {
     if (!spki || !keyLen) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
-    const auto* bits = static_cast<const Asn1BitStringValue*>(SlotsOf(spki)[desc::kSubjectPublicKey]);
+    const auto* bits = static_cast<const Asn1BitStringValue*>(Slot(spki, desc::SubjectPublicKeyInfoSlot::kSubjectPublicKey));
     if (!bits || (!bits->content && bits->length)) return TV_FAIL(TV_ERR_ABSENT);
     return PutBytes(TV_SITE, bits->content, bits->length, key, keyLen);
 }
 
 uint32_t SetSubjectPublicKey(void* spki, const uint8_t* key, uint32_t keyLen) noexcept {
     if (!spki || (!key && keyLen)) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
-    const Asn1Descriptor* d = desc::kSubjectPublicKeyInfo.components[desc::kSubjectPublicKey];
+    const Asn1Descriptor* d = Component(desc::kSubjectPublicKeyInfo, desc::SubjectPublicKeyInfoSlot::kSubjectPublicKey);
     OwnedValue fresh(d, New<Asn1BitStringValue>());
     if (!fresh.get()) return TV_FAIL(TV_ERR_NO_MEMORY);
     TV_TRY(SetBitString(fresh.as<Asn1BitStringValue>(), key, keyLen, 0, false));
     auto** slots = static_cast<void**>(spki);
-    FreeAsn1Object(d, slots[desc::kSubjectPublicKey]);
-    slots[desc::kSubjectPublicKey] = fresh.Release();
+    FreeAsn1Object(d, Slot(slots, desc::SubjectPublicKeyInfoSlot::kSubjectPublicKey));
+    Slot(slots, desc::SubjectPublicKeyInfoSlot::kSubjectPublicKey) = fresh.Release();
     return TV_OK;
 }
 
@@ -488,7 +487,7 @@ uint32_t GetCheckedGostPublicKey(const void* spki, uint8_t* key, uint32_t* keyLe
     uint32_t oidLen = sizeof oid;
     uint8_t params[100];
     uint32_t paramsLen = sizeof params;
-    TV_TRY(GetAlgorithmOidAndParameters(SlotsOf(spki)[desc::kSpkiAlgorithm], oid, &oidLen, params, &paramsLen));
+    TV_TRY(GetAlgorithmOidAndParameters(Slot(spki, desc::SubjectPublicKeyInfoSlot::kAlgorithm), oid, &oidLen, params, &paramsLen));
     uint32_t algId = 0;
     TV_TRY(FindAlgorithmId(oid, &algId));
     if (!GostBlockFor(algId)) return TV_FAIL(TV_ERR_KEY_KIND);
@@ -527,11 +526,11 @@ uint32_t DecodeParameterOids(uint32_t algId, const uint8_t* params, uint32_t par
     TV_TRY(DecodeGostBlock(block, params, paramsLen, value));
     auto* const* slots = value.as<void*>();
     // All three are delivered (or sized) before the result is chosen: encryption, digest, key.
-    const uint32_t keyRc = OidToPacked(static_cast<const Asn1Primitive*>(slots[desc::kPublicKeyParamSet]), keySet,
+    const uint32_t keyRc = OidToPacked(static_cast<const Asn1Primitive*>(Slot(slots, desc::GostPublicKeyParametersSlot::kPublicKeyParamSet)), keySet,
                                        keySetLen);
-    const uint32_t digestRc = OidToPacked(static_cast<const Asn1Primitive*>(slots[desc::kDigestParamSet]),
+    const uint32_t digestRc = OidToPacked(static_cast<const Asn1Primitive*>(Slot(slots, desc::GostPublicKeyParametersSlot::kDigestParamSet)),
                                           digestSet, digestSetLen);
-    const uint32_t encryptionRc = OidToPacked(static_cast<const Asn1Primitive*>(slots[desc::kEncryptionParamSet]),
+    const uint32_t encryptionRc = OidToPacked(static_cast<const Asn1Primitive*>(Slot(slots, desc::GostPublicKeyParametersSlot::kEncryptionParamSet)),
                                               encryptionSet, encryptionSetLen);
     if (encryptionRc != TV_OK) return encryptionRc;
     return digestRc != TV_OK ? digestRc : keyRc;
@@ -653,7 +652,7 @@ extern "C" TV_API uint32_t DecodeSubjectPublicKeyInfo(const uint8_t* in, uint32_
     OwnedValue spki(&desc::kSubjectPublicKeyInfo);
     uint32_t consumed = 0;
     TV_TRY(Asn1DecodeItem(in, inLen, &desc::kSubjectPublicKeyInfo, spki.Out(), &consumed));
-    const void* algorithm = SlotsOf(spki.get())[desc::kSpkiAlgorithm];
+    const void* algorithm = Slot(spki.get(), desc::SubjectPublicKeyInfoSlot::kAlgorithm);
     // All three parts are delivered (or sized); the key's failure comes first, then the parameters'.
     const uint32_t oidRc = GetOidPart(algorithm, outOid, outOidLen);
     const uint32_t paramsRc = GetParametersPart(algorithm, outParams, outParamsLen);

@@ -11,10 +11,9 @@ namespace tv::desc {
 // AttributeTypeAndValue ::= SEQUENCE {
 //     type   AttributeType,              -- OBJECT IDENTIFIER
 //     value  AttributeValue }            -- ANY DEFINED BY type
-constexpr Components<kAttributeTypeAndValueCount> kAttributeTypeAndValueParts =
-    Slots<AttributeTypeAndValueSlot, kAttributeTypeAndValueCount>({
-        {kAttributeType, &kOid},   // type   OBJECT IDENTIFIER
-        {kAttributeValue, &kAny},  // value  ANY, kept as the whole element so any string type survives
+constexpr auto kAttributeTypeAndValueParts = Slots<AttributeTypeAndValueSlot>({
+        {AttributeTypeAndValueSlot::kType, &kOid},   // type   OBJECT IDENTIFIER
+        {AttributeTypeAndValueSlot::kValue, &kAny},  // value  ANY, kept as the whole element so any string type survives
     });
 constinit const Asn1Descriptor kAttributeTypeAndValue = Sequence(kAttributeTypeAndValueParts);
 
@@ -108,8 +107,8 @@ uint32_t CompareRdns(const Asn1List* a, const Asn1List* b) {
     for (uint32_t i = 0; i < a->count; ++i) {
         auto* ea = static_cast<void* const*>(a->items[i]);
         auto* eb = static_cast<void* const*>(b->items[i]);
-        auto* va = ea ? static_cast<const Asn1Primitive*>(ea[desc::kAttributeValue]) : nullptr;
-        auto* vb = eb ? static_cast<const Asn1Primitive*>(eb[desc::kAttributeValue]) : nullptr;
+        auto* va = ea ? static_cast<const Asn1Primitive*>(Slot(ea, desc::AttributeTypeAndValueSlot::kValue)) : nullptr;
+        auto* vb = eb ? static_cast<const Asn1Primitive*>(Slot(eb, desc::AttributeTypeAndValueSlot::kValue)) : nullptr;
         if (!va || !vb) {
             if (va != vb) return TV_FAIL(TV_ERR_DIFFERENT);
             continue;
@@ -181,14 +180,14 @@ extern "C" TV_API uint32_t AddX509NameEntryExt(X509Name* name, const uint8_t* in
     }
 
     OwnedValue entry(&desc::kAttributeTypeAndValue,
-                     AllocZero(desc::kAttributeTypeAndValueCount * sizeof(void*)));
+                     AllocZero(SlotCount<desc::AttributeTypeAndValueSlot> * sizeof(void*)));
     if (!entry.get()) return TV_FAIL(TV_ERR_NO_MEMORY);
     auto** slots = entry.as<void*>();
-    slots[desc::kAttributeType] = NewPrimitive(ASN1_OBJECT_IDENTIFIER, packedOid + 1, packedOid[0]);
-    if (!slots[desc::kAttributeType]) return TV_FAIL(TV_ERR_NO_MEMORY);
+    Slot(slots, desc::AttributeTypeAndValueSlot::kType) = NewPrimitive(ASN1_OBJECT_IDENTIFIER, packedOid + 1, packedOid[0]);
+    if (!Slot(slots, desc::AttributeTypeAndValueSlot::kType)) return TV_FAIL(TV_ERR_NO_MEMORY);
     auto* value = New<Asn1Primitive>();
     if (!value) return TV_FAIL(TV_ERR_NO_MEMORY);
-    slots[desc::kAttributeValue] = value;
+    Slot(slots, desc::AttributeTypeAndValueSlot::kValue) = value;
     const uint8_t form = constructed ? ASN1_CONSTRUCTED_FORM : ASN1_PRIMITIVE_FORM;
     TV_TRY(SetAnyParts(value, tagClass & 0xC0, form, tag, tag, in, inLen));
     TV_TRY(ListAppend(rdn, entry.get()));
@@ -212,8 +211,8 @@ extern "C" TV_API uint32_t GetX509NameEntryExt(const X509Name* name, uint32_t rd
     if (!rdn) return TV_FAIL(TV_ERR_ABSENT);
     if (entryIndex >= rdn->count) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
     auto* entry = static_cast<void* const*>(rdn->items[entryIndex]);
-    if (!entry || !entry[desc::kAttributeValue] || !entry[desc::kAttributeType]) return TV_FAIL(TV_ERR_ABSENT);
-    auto* value = static_cast<const Asn1Primitive*>(entry[desc::kAttributeValue]);
+    if (!entry || !Slot(entry, desc::AttributeTypeAndValueSlot::kValue) || !Slot(entry, desc::AttributeTypeAndValueSlot::kType)) return TV_FAIL(TV_ERR_ABSENT);
+    auto* value = static_cast<const Asn1Primitive*>(Slot(entry, desc::AttributeTypeAndValueSlot::kValue));
 
     uint8_t tagClass = 0, form = 0;
     uint32_t tag = 0, contentLen = 0, headerLen = 0;
@@ -221,7 +220,7 @@ extern "C" TV_API uint32_t GetX509NameEntryExt(const X509Name* name, uint32_t rd
     *outClass = tagClass;
     *outConstructed = form;
 
-    if (uint32_t rc = OidToPacked(static_cast<const Asn1Primitive*>(entry[desc::kAttributeType]), outOid, outOidLen);
+    if (uint32_t rc = OidToPacked(static_cast<const Asn1Primitive*>(Slot(entry, desc::AttributeTypeAndValueSlot::kType)), outOid, outOidLen);
         rc != TV_OK) {
         *outLen = contentLen;
         return rc;

@@ -7,7 +7,7 @@
 namespace tv::desc {
 
 // AttributeTypeAndValue ::= SEQUENCE { type OBJECT IDENTIFIER, value ANY }
-enum AttributeTypeAndValueSlot : uint32_t { kAttributeType, kAttributeValue, kAttributeTypeAndValueCount };
+enum class AttributeTypeAndValueSlot : uint32_t { kType, kValue, kCount };
 extern const Asn1Descriptor kAttributeTypeAndValue;
 
 // RelativeDistinguishedName ::= SET OF AttributeTypeAndValue

@@ -20,7 +20,7 @@ inline constexpr Asn1Descriptor kUtcTime = Prim(ASN1_UTC_TIME);
 inline constexpr Asn1Descriptor kGeneralizedTime = Prim(ASN1_GENERALIZED_TIME);
 
 // Time ::= CHOICE { utcTime UTCTime, generalTime GeneralizedTime }     (RFC 5280 4.1.2.5)
-enum TimeAlternative : int32_t { kUtcTimeAlternative, kGeneralizedTimeAlternative, kTimeAlternativeCount };
+enum class TimeAlternative : int32_t { kUtcTime, kGeneralTime, kCount };
 extern const Asn1Descriptor kTime;
 // Time OPTIONAL, as in TBSCertList.nextUpdate.
 extern const Asn1Descriptor kOptionalTime;

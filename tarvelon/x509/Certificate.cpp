@@ -25,8 +25,7 @@ constexpr Asn1Descriptor kSubjectUniqueId = Optional(Implicit(2, kBitString));
 constexpr Asn1Descriptor kOptionalExtensions = Optional(Explicit(3, SequenceOf<&kExtension>()));
 
 // Validity ::= SEQUENCE {                                             (RFC 5280 4.1.2.5)
-constexpr Components<static_cast<size_t>(ValiditySlot::kCount)> kValidityParts =
-    Slots<ValiditySlot, static_cast<size_t>(ValiditySlot::kCount)>({
+constexpr auto kValidityParts = Slots<ValiditySlot>({
         {ValiditySlot::kNotBefore, &kTime},  // notBefore  Time
         {ValiditySlot::kNotAfter, &kTime},   // notAfter   Time
     });
@@ -35,8 +34,7 @@ constexpr Components<static_cast<size_t>(ValiditySlot::kCount)> kValidityParts =
 // Name ::= CHOICE { rdnSequence RDNSequence } has one alternative, so the RDNSequence stands in
 // its slot directly: the encoding is the same, and the name getters hand out the list itself.
 using Tbs = TbsCertificateSlot;
-constexpr Components<static_cast<size_t>(Tbs::kCount)> kTbsCertificateParts =
-    Slots<Tbs, static_cast<size_t>(Tbs::kCount)>({
+constexpr auto kTbsCertificateParts = Slots<Tbs>({
         {Tbs::kVersion, &kVersion},                            // version          [0] EXPLICIT Version DEFAULT v1
         {Tbs::kSerialNumber, &kInteger},                       // serialNumber         CertificateSerialNumber
         {Tbs::kSignature, &kAlgorithmIdentifier},              // signature            AlgorithmIdentifier
@@ -50,8 +48,7 @@ constexpr Components<static_cast<size_t>(Tbs::kCount)> kTbsCertificateParts =
     });
 
 // Certificate ::= SEQUENCE {                                          (RFC 5280 4.1)
-constexpr Components<static_cast<size_t>(CertificateSlot::kCount)> kCertificateParts =
-    Slots<CertificateSlot, static_cast<size_t>(CertificateSlot::kCount)>({
+constexpr auto kCertificateParts = Slots<CertificateSlot>({
         {CertificateSlot::kTbsCertificate, &kTbsCertificate},          // tbsCertificate      TBSCertificate
         {CertificateSlot::kSignatureAlgorithm, &kAlgorithmIdentifier}, // signatureAlgorithm  AlgorithmIdentifier
         {CertificateSlot::kSignatureValue, &kBitString},               // signatureValue      BIT STRING
@@ -83,7 +80,7 @@ uint32_t GetName(Certificate* cert, TbsCertificateSlot which, X509Name** outName
     if (!cert || !outName) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
     void* tbs = TbsOf(cert);
     if (!tbs) return TV_FAIL(TV_ERR_ABSENT);
-    void*& slot = At(tbs, which);
+    void*& slot = Slot(tbs, which);
     // An empty name is made in place so the caller can fill it with AddX509NameEntry.
     if (!slot && !(slot = ListCreate())) return TV_FAIL(TV_ERR_NO_MEMORY);
     *outName = static_cast<X509Name*>(slot);
@@ -94,7 +91,7 @@ uint32_t SetName(Certificate* cert, TbsCertificateSlot which, X509Name* name, ui
     if (!cert || !name) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
     void* tbs = TbsOf(cert);
     if (!tbs) return TV_FAIL(TV_ERR_ABSENT);
-    void*& slot = At(tbs, which);
+    void*& slot = Slot(tbs, which);
     if (slot == name && !copy) return TV_OK;  // the certificate's own name handed back
     OwnedValue fresh(&desc::kX509Name);
     if (copy) TV_TRY(CopyValue(&desc::kX509Name, name, fresh.Out()));
@@ -109,8 +106,8 @@ uint32_t SetName(Certificate* cert, TbsCertificateSlot which, X509Name* name, ui
 uint32_t GetValidityTime(const Certificate* cert, ValiditySlot which, LibraryTime* out) {
     if (!cert || !out) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
     const void* tbs = TbsOf(cert);
-    const void* validity = tbs ? At(tbs, TbsCertificateSlot::kValidity) : nullptr;
-    auto* time = validity ? static_cast<const Asn1ChoiceValue*>(At(validity, which)) : nullptr;
+    const void* validity = tbs ? Slot(tbs, TbsCertificateSlot::kValidity) : nullptr;
+    auto* time = validity ? static_cast<const Asn1ChoiceValue*>(Slot(validity, which)) : nullptr;
     // A fresh certificate holds a Time with nothing chosen yet: that is a time never set.
     if (!time || !time->value) return TV_FAIL(TV_ERR_ABSENT);
     return GetTimeFromTimeChoice(time, out);
@@ -120,9 +117,9 @@ uint32_t SetValidityTime(Certificate* cert, ValiditySlot which, const LibraryTim
     if (!cert || !time) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
     void* tbs = TbsOf(cert);
     if (!tbs) return TV_FAIL(TV_ERR_ABSENT);
-    void*& validity = At(tbs, TbsCertificateSlot::kValidity);
+    void*& validity = Slot(tbs, TbsCertificateSlot::kValidity);
     if (!validity) TV_TRY(CreateAsn1Object(&desc::kValidity, &validity, 0));
-    return SetTimeChoice(&At(validity, which), time);
+    return SetTimeChoice(&Slot(validity, which), time);
 }
 
 // ---- unique identifiers ---------------------------------------------------------------------------
@@ -131,7 +128,7 @@ uint32_t GetUniqueId(const Certificate* cert, TbsCertificateSlot which, uint8_t*
                      uint8_t* outUnusedBits) {
     if (!cert || !outLen) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
     const void* tbs = TbsOf(cert);
-    auto* id = tbs ? static_cast<const Asn1BitStringValue*>(At(tbs, which)) : nullptr;
+    auto* id = tbs ? static_cast<const Asn1BitStringValue*>(Slot(tbs, which)) : nullptr;
     if (!id) return TV_FAIL(TV_ERR_ABSENT);
     if (outUnusedBits) *outUnusedBits = static_cast<uint8_t>(id->unusedBits);
     return PutBytes(TV_SITE, id->content, id->length, out, outLen);
@@ -142,7 +139,7 @@ uint32_t SetUniqueId(Certificate* cert, TbsCertificateSlot which, const uint8_t*
     if (!cert) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
     void* tbs = TbsOf(cert);
     if (!tbs) return TV_FAIL(TV_ERR_ABSENT);
-    void*& slot = At(tbs, which);
+    void*& slot = Slot(tbs, which);
     OwnedValue fresh(&desc::kBitString);
     if (in) {
         *fresh.Out() = New<Asn1BitStringValue>();
@@ -156,7 +153,7 @@ uint32_t SetUniqueId(Certificate* cert, TbsCertificateSlot which, const uint8_t*
 
 const Asn1Primitive* SerialOf(const Certificate* cert) {
     const void* tbs = TbsOf(cert);
-    return tbs ? static_cast<const Asn1Primitive*>(At(tbs, TbsCertificateSlot::kSerialNumber)) : nullptr;
+    return tbs ? static_cast<const Asn1Primitive*>(Slot(tbs, TbsCertificateSlot::kSerialNumber)) : nullptr;
 }
 
 }  // namespace
@@ -263,7 +260,7 @@ extern "C" TV_API uint32_t SetCertificateIssuer_i(Certificate* certificate, X509
 extern "C" TV_API uint32_t GetCertificateVersion(const Certificate* certificate, uint32_t* outVersion) {
     if (!certificate || !outVersion) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
     const void* tbs = TbsOf(certificate);
-    auto* version = tbs ? static_cast<const Asn1Primitive*>(At(tbs, TbsCertificateSlot::kVersion)) : nullptr;
+    auto* version = tbs ? static_cast<const Asn1Primitive*>(Slot(tbs, TbsCertificateSlot::kVersion)) : nullptr;
     if (!version) return TV_FAIL(TV_ERR_ABSENT);
     // Only v1..v3 exist; anything wider than 32 bits or negative is not a version we could report.
     if (version->length == 0 || version->length > 4 || (version->content[0] & 0x80))
@@ -279,7 +276,7 @@ extern "C" TV_API uint32_t SetCertificateVersion(Certificate* certificate, uint3
     void* tbs = TbsOf(certificate);
     if (!tbs) return TV_FAIL(TV_ERR_ABSENT);
     const auto octet = static_cast<uint8_t>(version);
-    return SetOrCreatePrimitive(&At(tbs, TbsCertificateSlot::kVersion), ASN1_INTEGER, &octet, 1);
+    return SetOrCreatePrimitive(&Slot(tbs, TbsCertificateSlot::kVersion), ASN1_INTEGER, &octet, 1);
 }
 
 extern "C" TV_API uint32_t GetCertificateSerialNumber(const Certificate* certificate, uint8_t* out, uint32_t* outLen) {
@@ -294,7 +291,7 @@ extern "C" TV_API uint32_t SetCertificateSerialNumber(Certificate* certificate, 
     if (!certificate || !in || inLen == 0) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
     void* tbs = TbsOf(certificate);
     if (!tbs) return TV_FAIL(TV_ERR_ABSENT);
-    return SetOrCreatePrimitive(&At(tbs, TbsCertificateSlot::kSerialNumber), ASN1_INTEGER, in, inLen);
+    return SetOrCreatePrimitive(&Slot(tbs, TbsCertificateSlot::kSerialNumber), ASN1_INTEGER, in, inLen);
 }
 
 extern "C" TV_API const uint8_t* ptr_GetCertificateSerialNumber(const Certificate* certificate, uint32_t* outLen) {
@@ -352,7 +349,7 @@ extern "C" TV_API uint32_t GetCertificateExtensions(Certificate* certificate, X5
     if (!certificate || !outExtensions) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
     void* tbs = TbsOf(certificate);
     if (!tbs) return TV_FAIL(TV_ERR_ABSENT);
-    *outExtensions = ExtensionsHandleOfSlot(&At(tbs, TbsCertificateSlot::kExtensions));
+    *outExtensions = ExtensionsHandleOfSlot(&Slot(tbs, TbsCertificateSlot::kExtensions));
     return TV_OK;
 }
 
@@ -364,7 +361,7 @@ extern "C" TV_API uint32_t SetCertificateExtensions(Certificate* certificate, co
     if (!tbs) return TV_FAIL(TV_ERR_ABSENT);
     OwnedValue fresh(&desc::kExtensions);
     if (extensions->list) TV_TRY(CopyValue(&desc::kExtensions, extensions->list, fresh.Out()));
-    void*& slot = At(tbs, TbsCertificateSlot::kExtensions);
+    void*& slot = Slot(tbs, TbsCertificateSlot::kExtensions);
     FreeAsn1Object(&desc::kExtensions, slot);
     slot = fresh.Release();
     return TV_OK;

@@ -42,33 +42,12 @@ extern const Asn1Descriptor kCertificates;
 
 namespace tv {
 
-// The slot of a structure value named by its enum. One overload per slot enum, so the families
-// that add their own cannot collide with these.
-inline void*& At(void* sequence, desc::CertificateSlot s) noexcept {
-    return static_cast<void**>(sequence)[static_cast<size_t>(s)];
-}
-inline void* At(const void* sequence, desc::CertificateSlot s) noexcept {
-    return static_cast<void* const*>(sequence)[static_cast<size_t>(s)];
-}
-inline void*& At(void* sequence, desc::TbsCertificateSlot s) noexcept {
-    return static_cast<void**>(sequence)[static_cast<size_t>(s)];
-}
-inline void* At(const void* sequence, desc::TbsCertificateSlot s) noexcept {
-    return static_cast<void* const*>(sequence)[static_cast<size_t>(s)];
-}
-inline void*& At(void* sequence, desc::ValiditySlot s) noexcept {
-    return static_cast<void**>(sequence)[static_cast<size_t>(s)];
-}
-inline void* At(const void* sequence, desc::ValiditySlot s) noexcept {
-    return static_cast<void* const*>(sequence)[static_cast<size_t>(s)];
-}
-
 // The to-be-signed part of a certificate, null when the certificate or the part is missing.
 inline void* TbsOf(Certificate* cert) noexcept {
-    return cert ? At(static_cast<void*>(cert), desc::CertificateSlot::kTbsCertificate) : nullptr;
+    return cert ? Slot(cert, desc::CertificateSlot::kTbsCertificate) : nullptr;
 }
 inline const void* TbsOf(const Certificate* cert) noexcept {
-    return cert ? At(static_cast<const void*>(cert), desc::CertificateSlot::kTbsCertificate) : nullptr;
+    return cert ? Slot(cert, desc::CertificateSlot::kTbsCertificate) : nullptr;
 }
 
 }  // namespace tv

@@ -32,11 +32,11 @@ constexpr uint32_t kEncodingBuffer = 2048;
 
 const void* SpkiOf(const Certificate* cert) {
     const void* tbs = TbsOf(cert);
-    return tbs ? At(tbs, TbsCertificateSlot::kSubjectPublicKeyInfo) : nullptr;
+    return tbs ? Slot(tbs, TbsCertificateSlot::kSubjectPublicKeyInfo) : nullptr;
 }
 void* SpkiOf(Certificate* cert) {
     void* tbs = TbsOf(cert);
-    return tbs ? At(tbs, TbsCertificateSlot::kSubjectPublicKeyInfo) : nullptr;
+    return tbs ? Slot(tbs, TbsCertificateSlot::kSubjectPublicKeyInfo) : nullptr;
 }
 
 // A missing certificate is the caller's mistake (32), a missing part the certificate's (311).
@@ -78,7 +78,7 @@ uint32_t ReadSubjectKeyId(const Certificate* cert, uint8_t* out, uint32_t* outLe
 
 const X509Name* IssuerOf(const Certificate* cert) {
     const void* tbs = TbsOf(cert);
-    return tbs ? static_cast<const X509Name*>(At(tbs, TbsCertificateSlot::kIssuer)) : nullptr;
+    return tbs ? static_cast<const X509Name*>(Slot(tbs, TbsCertificateSlot::kIssuer)) : nullptr;
 }
 
 }  // namespace
@@ -93,7 +93,7 @@ using desc::TbsCertificateSlot;
 extern "C" TV_API uint32_t GetCertificateSignature(const Certificate* certificate, uint8_t* out, uint32_t* outLen) {
     if (!outLen) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
     auto* value = certificate
-                      ? static_cast<const Asn1BitStringValue*>(At(certificate, CertificateSlot::kSignatureValue))
+                      ? static_cast<const Asn1BitStringValue*>(Slot(certificate, CertificateSlot::kSignatureValue))
                       : nullptr;
     TV_REQUIRE_PART(certificate, value);
     return PutBytes(TV_SITE, value->content, value->length, out, outLen);
@@ -101,7 +101,7 @@ extern "C" TV_API uint32_t GetCertificateSignature(const Certificate* certificat
 
 extern "C" TV_API uint32_t SetCertificateSignature(Certificate* certificate, const uint8_t* in, uint32_t inLen) {
     if (!certificate || !in) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
-    void*& slot = At(certificate, CertificateSlot::kSignatureValue);
+    void*& slot = Slot(certificate, CertificateSlot::kSignatureValue);
     if (slot) return SetBitString(static_cast<Asn1BitStringValue*>(slot), in, inLen, 0, false);
     OwnedValue fresh(&desc::kBitString, New<Asn1BitStringValue>());
     if (!fresh.get()) return TV_FAIL(TV_ERR_NO_MEMORY);
@@ -157,7 +157,7 @@ extern "C" TV_API uint32_t GetCertificatePublicKeyAlgorithmOidAndParameters(cons
     if (!outOidLen) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
     const void* spki = certificate ? SpkiOf(certificate) : nullptr;
     TV_REQUIRE_PART(certificate, spki);
-    return GetAlgorithmOidAndParameters(static_cast<void* const*>(spki)[desc::kSpkiAlgorithm], outOid, outOidLen,
+    return GetAlgorithmOidAndParameters(Slot(spki, desc::SubjectPublicKeyInfoSlot::kAlgorithm), outOid, outOidLen,
                                         outParams, outParamsLen);
 }
 
@@ -167,7 +167,7 @@ extern "C" TV_API uint32_t SetCertificatePublicKeyAlgorithmOidAndParameters(Cert
                                                                             uint32_t inParamsLen) {
     void* spki = certificate ? SpkiOf(certificate) : nullptr;
     TV_REQUIRE_PART(certificate, spki);
-    return SetAlgorithmOidAndParameters(&static_cast<void**>(spki)[desc::kSpkiAlgorithm], inOid, inParams,
+    return SetAlgorithmOidAndParameters(&Slot(spki, desc::SubjectPublicKeyInfoSlot::kAlgorithm), inOid, inParams,
                                         inParamsLen);
 }
 
@@ -176,7 +176,7 @@ extern "C" TV_API uint32_t SetCertificatePublicKeyAlgorithmIdAndParameters(Certi
                                                                            uint32_t inParamsLen) {
     void* spki = certificate ? SpkiOf(certificate) : nullptr;
     TV_REQUIRE_PART(certificate, spki);
-    return SetAlgorithmIdAndParameters(&static_cast<void**>(spki)[desc::kSpkiAlgorithm], algId, inParams,
+    return SetAlgorithmIdAndParameters(&Slot(spki, desc::SubjectPublicKeyInfoSlot::kAlgorithm), algId, inParams,
                                        inParamsLen);
 }
 
@@ -185,7 +185,7 @@ extern "C" TV_API uint32_t SetCertificateGostR34102001PublicKeyAlgorithmIdAndPar
     uint32_t encryptionParamId) {
     void* spki = certificate ? SpkiOf(certificate) : nullptr;
     TV_REQUIRE_PART(certificate, spki);
-    return SetAlgorithmGostR34102001AndParameters(&static_cast<void**>(spki)[desc::kSpkiAlgorithm], algId, mode,
+    return SetAlgorithmGostR34102001AndParameters(&Slot(spki, desc::SubjectPublicKeyInfoSlot::kAlgorithm), algId, mode,
                                                   publicKeyParamId, digestParamId, encryptionParamId);
 }
 
@@ -200,7 +200,7 @@ extern "C" TV_API uint32_t GetCertificateSignatureAlgorithmOidAndParameters(cons
     if (!outOidLen) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
     const void* tbs = TbsOf(certificate);
     TV_REQUIRE_PART(certificate, tbs);
-    return GetAlgorithmOidAndParameters(At(tbs, TbsCertificateSlot::kSignature), outOid, outOidLen, outParams,
+    return GetAlgorithmOidAndParameters(Slot(tbs, TbsCertificateSlot::kSignature), outOid, outOidLen, outParams,
                                         outParamsLen);
 }
 
@@ -210,8 +210,8 @@ extern "C" TV_API uint32_t SetCertificateSignatureAlgorithmOidAndParameters(Cert
                                                                             uint32_t inParamsLen) {
     void* tbs = TbsOf(certificate);
     TV_REQUIRE_PART(certificate, tbs);
-    return SetAlgorithmOidAndParameters(&At(tbs, TbsCertificateSlot::kSignature), inOid, inParams, inParamsLen,
-                                        &At(certificate, CertificateSlot::kSignatureAlgorithm));
+    return SetAlgorithmOidAndParameters(&Slot(tbs, TbsCertificateSlot::kSignature), inOid, inParams, inParamsLen,
+                                        &Slot(certificate, CertificateSlot::kSignatureAlgorithm));
 }
 
 // Signature algorithms carry no parameter block: only NULL parameters or none.
@@ -220,8 +220,8 @@ extern "C" TV_API uint32_t SetCertificateGostR34102001SignatureAlgorithmID(Certi
     if (mode != kGostParametersNull && mode != kGostParametersAbsent) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
     void* tbs = TbsOf(certificate);
     TV_REQUIRE_PART(certificate, tbs);
-    return SetAlgorithmGostR34102001AndParameters(&At(tbs, TbsCertificateSlot::kSignature), algId, mode, 0, 0, 0,
-                                                  &At(certificate, CertificateSlot::kSignatureAlgorithm));
+    return SetAlgorithmGostR34102001AndParameters(&Slot(tbs, TbsCertificateSlot::kSignature), algId, mode, 0, 0, 0,
+                                                  &Slot(certificate, CertificateSlot::kSignatureAlgorithm));
 }
 
 extern "C" TV_API uint32_t SetCertificateGostR34102001SignatureAlgorithmIDAndParameters(
@@ -229,9 +229,9 @@ extern "C" TV_API uint32_t SetCertificateGostR34102001SignatureAlgorithmIDAndPar
     uint32_t encryptionParamId) {
     void* tbs = TbsOf(certificate);
     TV_REQUIRE_PART(certificate, tbs);
-    return SetAlgorithmGostR34102001AndParameters(&At(tbs, TbsCertificateSlot::kSignature), algId, mode,
+    return SetAlgorithmGostR34102001AndParameters(&Slot(tbs, TbsCertificateSlot::kSignature), algId, mode,
                                                   publicKeyParamId, digestParamId, encryptionParamId,
-                                                  &At(certificate, CertificateSlot::kSignatureAlgorithm));
+                                                  &Slot(certificate, CertificateSlot::kSignatureAlgorithm));
 }
 
 // ---- extension conveniences -----------------------------------------------------------------------
@@ -261,7 +261,7 @@ extern "C" TV_API uint32_t SetCertificateExtensionCrlDistributionPoints(Certific
     if (!certificate || !url) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
     OwnedValue names(&desc::kGeneralNames);
     TV_TRY(CreateX509GeneralNames(reinterpret_cast<GeneralNames**>(names.Out())));
-    TV_TRY(AddX509GeneralName(names.as<GeneralNames>(), desc::kUniformResourceIdentifier,
+    TV_TRY(AddX509GeneralName(names.as<GeneralNames>(), Index(desc::GeneralNameKind::kUniformResourceIdentifier),
                               reinterpret_cast<const uint8_t*>(url), static_cast<uint32_t>(std::strlen(url))));
     CrlDistributionPoints* points = nullptr;
     TV_TRY(CreateExtensionCrlDistributionPoints(&points));
@@ -320,7 +320,7 @@ extern "C" TV_API uint32_t SetCertificateAuthorityKeyIdentifier2(Certificate* ce
             return EncodeX509Name(issuer, out, outLen);
         }));
         TV_TRY(CreateX509GeneralNames(reinterpret_cast<GeneralNames**>(names.Out())));
-        TV_TRY(AddX509GeneralName(names.as<GeneralNames>(), desc::kDirectoryName, name.get(), nameLen));
+        TV_TRY(AddX509GeneralName(names.as<GeneralNames>(), Index(desc::GeneralNameKind::kDirectoryName), name.get(), nameLen));
     }
     HeapBytes value;
     uint32_t valueLen = 0;

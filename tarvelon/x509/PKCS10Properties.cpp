@@ -27,7 +27,7 @@ uint32_t InfoFor(const PKCS10CertReq* request, RequestInfoSlots** out) {
 uint32_t SpkiFor(const PKCS10CertReq* request, void** out) {
     RequestInfoSlots* info = nullptr;
     TV_TRY(InfoFor(request, &info));
-    *out = (*info)[desc::kReqSubjectPKInfo];
+    *out = Slot(*info, desc::CertificationRequestInfoSlot::kSubjectPKInfo);
     if (!*out) return TV_FAIL(TV_ERR_ABSENT);
     return TV_OK;
 }
@@ -36,7 +36,7 @@ uint32_t SpkiFor(const PKCS10CertReq* request, void** out) {
 uint32_t SpkiForWrite(PKCS10CertReq* request, void** out) {
     RequestInfoSlots* info = nullptr;
     TV_TRY(InfoFor(request, &info));
-    void*& spki = (*info)[desc::kReqSubjectPKInfo];
+    void*& spki = Slot(*info, desc::CertificationRequestInfoSlot::kSubjectPKInfo);
     if (!spki) TV_TRY(CreateAsn1Object(&desc::kSubjectPublicKeyInfo, &spki, 0));
     *out = spki;
     return TV_OK;
@@ -45,16 +45,16 @@ uint32_t SpkiForWrite(PKCS10CertReq* request, void** out) {
 uint32_t SpkiAlgorithmSlot(PKCS10CertReq* request, void*** out) {
     void* spki = nullptr;
     TV_TRY(SpkiForWrite(request, &spki));
-    *out = &static_cast<void**>(spki)[desc::kSpkiAlgorithm];
+    *out = &Slot(spki, desc::SubjectPublicKeyInfoSlot::kAlgorithm);
     return TV_OK;
 }
 
-RsaAttributes* AttributesOf(RequestInfoSlots& info) { return AttributesHandleOfSlot(&info[desc::kReqAttributes]); }
+RsaAttributes* AttributesOf(RequestInfoSlots& info) { return AttributesHandleOfSlot(&Slot(info, desc::CertificationRequestInfoSlot::kAttributes)); }
 
 uint32_t AttributesFor(const PKCS10CertReq* request, RsaAttributes** out) {
     RequestInfoSlots* info = nullptr;
     TV_TRY(InfoFor(request, &info));
-    if (!(*info)[desc::kReqAttributes]) return TV_FAIL(TV_ERR_ABSENT);
+    if (!Slot(*info, desc::CertificationRequestInfoSlot::kAttributes)) return TV_FAIL(TV_ERR_ABSENT);
     *out = AttributesOf(*info);
     return TV_OK;
 }
@@ -107,7 +107,7 @@ extern "C" TV_API uint32_t GetPKCS10CertReqPublicKeyAlgorithmOidAndParameters(co
     if (!outOidLen) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
     void* spki = nullptr;
     TV_TRY(SpkiFor(request, &spki));
-    return GetAlgorithmOidAndParameters(static_cast<void**>(spki)[desc::kSpkiAlgorithm], outOid, outOidLen, outParams,
+    return GetAlgorithmOidAndParameters(Slot(spki, desc::SubjectPublicKeyInfoSlot::kAlgorithm), outOid, outOidLen, outParams,
                                         outParamsLen);
 }
 
@@ -137,7 +137,7 @@ extern "C" TV_API uint32_t GetPKCS10CertReqSignatureAlgorithmOidAndParameters(co
                                                                               uint32_t* outOidLen, uint8_t* outParams,
                                                                               uint32_t* outParamsLen) {
     if (!request || !outOidLen) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
-    return GetAlgorithmOidAndParameters(SlotsOf(request)[desc::kReqSignatureAlgorithm], outOid, outOidLen, outParams,
+    return GetAlgorithmOidAndParameters(Slot(request, desc::CertificationRequestSlot::kSignatureAlgorithm), outOid, outOidLen, outParams,
                                         outParamsLen);
 }
 
@@ -146,7 +146,7 @@ extern "C" TV_API uint32_t SetPKCS10CertReqSignatureAlgorithmOidAndParameters(PK
                                                                               const uint8_t* inParams,
                                                                               uint32_t inParamsLen) {
     if (!request || !inOid) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
-    return SetAlgorithmOidAndParameters(&SlotsOf(request)[desc::kReqSignatureAlgorithm], inOid, inParams, inParamsLen);
+    return SetAlgorithmOidAndParameters(&Slot(request, desc::CertificationRequestSlot::kSignatureAlgorithm), inOid, inParams, inParamsLen);
 }
 
 // Without a parameter block: NULL parameters (mode 0) or none (mode 255).
@@ -154,20 +154,20 @@ extern "C" TV_API uint32_t SetPKCS10CertReqGostR34102001SignatureAlgorithmID(PKC
                                                                              uint8_t mode) {
     if (!request) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
     if (mode != kGostParametersNull && mode != kGostParametersAbsent) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
-    return SetAlgorithmGostR34102001AndParameters(&SlotsOf(request)[desc::kReqSignatureAlgorithm], algId, mode, 0, 0, 0);
+    return SetAlgorithmGostR34102001AndParameters(&Slot(request, desc::CertificationRequestSlot::kSignatureAlgorithm), algId, mode, 0, 0, 0);
 }
 
 extern "C" TV_API uint32_t SetPKCS10CertReqGostR34102001SignatureAlgorithmIdAndParameters(
     PKCS10CertReq* request, uint32_t algId, uint8_t mode, uint32_t publicKeyParamId, uint32_t digestParamId,
     uint32_t encryptionParamId) {
     if (!request) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
-    return SetAlgorithmGostR34102001AndParameters(&SlotsOf(request)[desc::kReqSignatureAlgorithm], algId, mode,
+    return SetAlgorithmGostR34102001AndParameters(&Slot(request, desc::CertificationRequestSlot::kSignatureAlgorithm), algId, mode,
                                                   publicKeyParamId, digestParamId, encryptionParamId);
 }
 
 extern "C" TV_API uint32_t GetPKCS10CertReqSignature(const PKCS10CertReq* request, uint8_t* out, uint32_t* outLen) {
     if (!request || !outLen) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
-    auto* bits = static_cast<const Asn1BitStringValue*>(SlotsOf(request)[desc::kReqSignature]);
+    auto* bits = static_cast<const Asn1BitStringValue*>(Slot(request, desc::CertificationRequestSlot::kSignature));
     if (!bits || (!bits->content && bits->length)) return TV_FAIL(TV_ERR_ABSENT);
     return PutBytes(TV_SITE, bits->content, bits->length, out, outLen);
 }
@@ -177,7 +177,7 @@ extern "C" TV_API uint32_t SetPKCS10CertReqSignature(PKCS10CertReq* request, con
     OwnedValue fresh(&desc::kBitString, New<Asn1BitStringValue>());
     if (!fresh.get()) return TV_FAIL(TV_ERR_NO_MEMORY);
     TV_TRY(SetBitString(fresh.as<Asn1BitStringValue>(), in, inLen, 0, false));
-    void*& slot = SlotsOf(request)[desc::kReqSignature];
+    void*& slot = Slot(request, desc::CertificationRequestSlot::kSignature);
     FreeAsn1Object(&desc::kBitString, slot);
     slot = fresh.Release();
     return TV_OK;
@@ -242,7 +242,7 @@ extern "C" TV_API uint32_t SetPKCS10CertReqExtensions(PKCS10CertReq* request, co
     for (uint32_t i = list->count - 1; i-- > 0;) {
         auto* attribute = static_cast<void* const*>(list->items[i]);
         if (attribute && IsOidAndAsn1ObjectIdentifierEquals(
-                             oid::kExtensionRequest, static_cast<const Asn1Primitive*>(attribute[desc::kAttrType])))
+                             oid::kExtensionRequest, static_cast<const Asn1Primitive*>(Slot(attribute, desc::AttributeSlot::kType))))
             TV_TRY(ListRemoveAt(list, i, &desc::kAttribute));
     }
     return TV_OK;

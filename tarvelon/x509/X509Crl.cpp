@@ -23,11 +23,10 @@ constexpr Asn1Descriptor kOptionalEntryExtensions = Optional(SequenceOf<&kExtens
 constexpr Asn1Descriptor kOptionalCrlExtensions = Explicit(0, Optional(SequenceOf<&kExtension>()));
 
 // RevokedCertificate ::= SEQUENCE {                                    (RFC 5280 5.1)
-constexpr Components<kRevokedCertificateCount> kRevokedCertificateParts =
-    Slots<RevokedCertificateSlot, kRevokedCertificateCount>({
-        {kUserCertificate, &kInteger},                       // userCertificate     CertificateSerialNumber
-        {kRevocationDate, &kTime},                           // revocationDate      Time
-        {kCrlEntryExtensions, &kOptionalEntryExtensions},    // crlEntryExtensions  Extensions OPTIONAL
+constexpr auto kRevokedCertificateParts = Slots<RevokedCertificateSlot>({
+        {RevokedCertificateSlot::kUserCertificate, &kInteger},                       // userCertificate     CertificateSerialNumber
+        {RevokedCertificateSlot::kRevocationDate, &kTime},                           // revocationDate      Time
+        {RevokedCertificateSlot::kCrlEntryExtensions, &kOptionalEntryExtensions},    // crlEntryExtensions  Extensions OPTIONAL
     });
 
 }  // namespace
@@ -40,14 +39,14 @@ namespace {
 constexpr Asn1Descriptor kOptionalRevokedCertificates = Optional(SequenceOf<&kRevokedCertificate>());
 
 // TBSCertList ::= SEQUENCE {                                           (RFC 5280 5.1)
-constexpr Components<kTbsCertListCount> kTbsCertListParts = Slots<TbsCertListSlot, kTbsCertListCount>({
-    {kCrlVersion, &kOptionalVersion},                        // version              Version OPTIONAL
-    {kCrlSignature, &kAlgorithmIdentifier},                  // signature            AlgorithmIdentifier
-    {kCrlIssuerName, &kX509Name},                            // issuer               Name (its one alternative)
-    {kCrlThisUpdate, &kTime},                                // thisUpdate           Time
-    {kCrlNextUpdate, &kOptionalTime},                        // nextUpdate           Time OPTIONAL
-    {kCrlRevokedCertificates, &kOptionalRevokedCertificates},// revokedCertificates  SEQUENCE OF ... OPTIONAL
-    {kCrlExtensions, &kOptionalCrlExtensions},               // crlExtensions        [0] EXPLICIT Extensions OPTIONAL
+constexpr auto kTbsCertListParts = Slots<TbsCertListSlot>({
+    {TbsCertListSlot::kVersion, &kOptionalVersion},                        // version              Version OPTIONAL
+    {TbsCertListSlot::kSignature, &kAlgorithmIdentifier},                  // signature            AlgorithmIdentifier
+    {TbsCertListSlot::kIssuer, &kX509Name},                            // issuer               Name (its one alternative)
+    {TbsCertListSlot::kThisUpdate, &kTime},                                // thisUpdate           Time
+    {TbsCertListSlot::kNextUpdate, &kOptionalTime},                        // nextUpdate           Time OPTIONAL
+    {TbsCertListSlot::kRevokedCertificates, &kOptionalRevokedCertificates},// revokedCertificates  SEQUENCE OF ... OPTIONAL
+    {TbsCertListSlot::kCrlExtensions, &kOptionalCrlExtensions},               // crlExtensions        [0] EXPLICIT Extensions OPTIONAL
 });
 
 }  // namespace
@@ -57,11 +56,10 @@ constinit const Asn1Descriptor kTbsCertList = Sequence(kTbsCertListParts);
 namespace {
 
 // CertificateList ::= SEQUENCE {                                       (RFC 5280 5.1)
-constexpr Components<kCertificateListCount> kCertificateListParts =
-    Slots<CertificateListSlot, kCertificateListCount>({
-        {kCrlTbsCertList, &kTbsCertList},                    // tbsCertList         TBSCertList
-        {kCrlSignatureAlgorithm, &kAlgorithmIdentifier},     // signatureAlgorithm  AlgorithmIdentifier
-        {kCrlSignatureValue, &kBitString},                   // signatureValue      BIT STRING
+constexpr auto kCertificateListParts = Slots<CertificateListSlot>({
+        {CertificateListSlot::kTbsCertList, &kTbsCertList},                    // tbsCertList         TBSCertList
+        {CertificateListSlot::kSignatureAlgorithm, &kAlgorithmIdentifier},     // signatureAlgorithm  AlgorithmIdentifier
+        {CertificateListSlot::kSignatureValue, &kBitString},                   // signatureValue      BIT STRING
     });
 
 }  // namespace
@@ -85,7 +83,7 @@ constexpr uint32_t kSearchSerialLimit = 150;
 constexpr uint32_t kSearchIssuerLimit = 1500;
 
 
-Asn1List* RevokedListOf(void** tbs) { return static_cast<Asn1List*>(tbs[kCrlRevokedCertificates]); }
+Asn1List* RevokedListOf(void** tbs) { return static_cast<Asn1List*>(Slot(tbs, TbsCertListSlot::kRevokedCertificates)); }
 
 uint32_t EntryAt(const Asn1List* list, uint32_t index, void*** entry) {
     if (!list || index >= list->count) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
@@ -101,12 +99,12 @@ uint32_t ReadTime(const void* choice, LibraryTime* out) {
     return GetTimeFromTimeChoice(choice, out);
 }
 
-X509Name* IssuerNameOf(void** tbs) { return static_cast<X509Name*>(tbs[kCrlIssuerName]); }
+X509Name* IssuerNameOf(void** tbs) { return static_cast<X509Name*>(Slot(tbs, TbsCertListSlot::kIssuer)); }
 
 // Stores `name` (taken over) as the issuer, releasing the old one.
 uint32_t StoreIssuer(void** tbs, OwnedValue& name) {
-    FreeAsn1Object(&kX509Name, tbs[kCrlIssuerName]);
-    tbs[kCrlIssuerName] = name.Release();
+    FreeAsn1Object(&kX509Name, Slot(tbs, TbsCertListSlot::kIssuer));
+    Slot(tbs, TbsCertListSlot::kIssuer) = name.Release();
     return TV_OK;
 }
 
@@ -127,9 +125,9 @@ uint32_t NewEntry(const uint8_t* serial, uint32_t serialLen, const LibraryTime* 
     *entry.Out() = AllocZero(kRevokedCertificate.valueSize);
     if (!entry.get()) return TV_FAIL(TV_ERR_NO_MEMORY);
     auto** slots = entry.as<void*>();
-    slots[kUserCertificate] = NewPrimitive(ASN1_INTEGER, serial, serialLen);
-    if (!slots[kUserCertificate]) return TV_FAIL(TV_ERR_NO_MEMORY);
-    return SetTimeChoice(&slots[kRevocationDate], date);
+    Slot(slots, RevokedCertificateSlot::kUserCertificate) = NewPrimitive(ASN1_INTEGER, serial, serialLen);
+    if (!Slot(slots, RevokedCertificateSlot::kUserCertificate)) return TV_FAIL(TV_ERR_NO_MEMORY);
+    return SetTimeChoice(&Slot(slots, RevokedCertificateSlot::kRevocationDate), date);
 }
 
 uint32_t AppendEntry(Asn1List* list, const uint8_t* serial, uint32_t serialLen, const LibraryTime* date,
@@ -145,7 +143,7 @@ uint32_t EntryExtensions(const Asn1List* list, uint32_t index, X509Extensions** 
     if (!handle) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
     void** entry = nullptr;
     TV_TRY(EntryAt(list, index, &entry));
-    *handle = ExtensionsHandleOfSlot(&entry[kCrlEntryExtensions]);
+    *handle = ExtensionsHandleOfSlot(&Slot(entry, RevokedCertificateSlot::kCrlEntryExtensions));
     return TV_OK;
 }
 
@@ -170,7 +168,7 @@ struct IssuerInForce {
 // Applies the certificate issuer extension of an entry, if it has one: each directoryName it holds
 // becomes the issuer in force, the last one winning.
 uint32_t FollowCertificateIssuer(void** entry, IssuerInForce& inForce) {
-    auto* extensions = ExtensionsHandleOfSlot(&entry[kCrlEntryExtensions]);
+    auto* extensions = ExtensionsHandleOfSlot(&Slot(entry, RevokedCertificateSlot::kCrlEntryExtensions));
     uint32_t at = 0;
     if (!FindExtensionIndex(extensions, oid::kCertificateIssuer, &at)) return TV_OK;
     uint8_t value[kSearchIssuerLimit];
@@ -184,7 +182,7 @@ uint32_t FollowCertificateIssuer(void** entry, IssuerInForce& inForce) {
         uint32_t kind = 0;
         uint32_t len = sizeof work;
         TV_TRY(GetX509GeneralName(decoded, i, &kind, work, &len));
-        if (kind != kDirectoryName) continue;
+        if (kind != uint32_t(Index(GeneralNameKind::kDirectoryName))) continue;
         std::memcpy(inForce.der, work, len);
         inForce.len = len;
     }
@@ -195,7 +193,7 @@ uint32_t FollowCertificateIssuer(void** entry, IssuerInForce& inForce) {
 
 uint32_t TbsOf(const X509Crl* crl, void*** tbs) noexcept {
     if (!crl) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
-    auto** part = static_cast<void**>(SlotsOf(crl)[kCrlTbsCertList]);
+    auto** part = static_cast<void**>(Slot(crl, CertificateListSlot::kTbsCertList));
     if (!part) return TV_FAIL(TV_ERR_ABSENT);
     *tbs = part;
     return TV_OK;
@@ -266,7 +264,7 @@ extern "C" TV_API uint32_t GetX509CrlVersion(const X509Crl* crl, uint32_t* outVe
     void** tbs = nullptr;
     if (!outVersion) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
     TV_TRY(TbsOf(crl, &tbs));
-    auto* version = static_cast<const Asn1Primitive*>(tbs[kCrlVersion]);
+    auto* version = static_cast<const Asn1Primitive*>(Slot(tbs, TbsCertListSlot::kVersion));
     if (!version) return TV_FAIL(TV_ERR_ABSENT);
     return ReadVersion(version, outVersion);
 }
@@ -276,7 +274,7 @@ extern "C" TV_API uint32_t SetX509CrlVersion(X509Crl* crl, uint32_t version) {
     TV_TRY(TbsOf(crl, &tbs));
     if (version > 1) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
     const auto octet = static_cast<uint8_t>(version);
-    return SetOrCreatePrimitive(&tbs[kCrlVersion], ASN1_INTEGER, &octet, 1);
+    return SetOrCreatePrimitive(&Slot(tbs, TbsCertListSlot::kVersion), ASN1_INTEGER, &octet, 1);
 }
 
 extern "C" TV_API uint32_t GetX509CrlIssuer(X509Crl* crl, X509Name** outIssuer) {
@@ -308,34 +306,34 @@ extern "C" TV_API uint32_t SetX509CrlIssuer(X509Crl* crl, const X509Name* issuer
 extern "C" TV_API uint32_t GetX509CrlThisUpdate(const X509Crl* crl, LibraryTime* outTime) {
     void** tbs = nullptr;
     TV_TRY(TbsOf(crl, &tbs));
-    return ReadTime(tbs[kCrlThisUpdate], outTime);
+    return ReadTime(Slot(tbs, TbsCertListSlot::kThisUpdate), outTime);
 }
 
 extern "C" TV_API uint32_t SetX509CrlThisUpdate(X509Crl* crl, const LibraryTime* time) {
     void** tbs = nullptr;
     TV_TRY(TbsOf(crl, &tbs));
     if (!time) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
-    return SetTimeChoice(&tbs[kCrlThisUpdate], time);
+    return SetTimeChoice(&Slot(tbs, TbsCertListSlot::kThisUpdate), time);
 }
 
 extern "C" TV_API uint32_t GetX509CrlNextUpdate(const X509Crl* crl, LibraryTime* outTime) {
     void** tbs = nullptr;
     TV_TRY(TbsOf(crl, &tbs));
-    return ReadTime(tbs[kCrlNextUpdate], outTime);
+    return ReadTime(Slot(tbs, TbsCertListSlot::kNextUpdate), outTime);
 }
 
 extern "C" TV_API uint32_t SetX509CrlNextUpdate(X509Crl* crl, const LibraryTime* time) {
     void** tbs = nullptr;
     TV_TRY(TbsOf(crl, &tbs));
     if (!time) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
-    return SetTimeChoice(&tbs[kCrlNextUpdate], time);
+    return SetTimeChoice(&Slot(tbs, TbsCertListSlot::kNextUpdate), time);
 }
 
 extern "C" TV_API uint32_t RemoveX509CrlNextUpdate(X509Crl* crl) {
     void** tbs = nullptr;
     TV_TRY(TbsOf(crl, &tbs));
-    FreeAsn1Object(&kOptionalTime, tbs[kCrlNextUpdate]);
-    tbs[kCrlNextUpdate] = nullptr;
+    FreeAsn1Object(&kOptionalTime, Slot(tbs, TbsCertListSlot::kNextUpdate));
+    Slot(tbs, TbsCertListSlot::kNextUpdate) = nullptr;
     return TV_OK;
 }
 
@@ -345,7 +343,7 @@ extern "C" TV_API uint32_t GetX509CrlExtensions(X509Crl* crl, X509Extensions** o
     void** tbs = nullptr;
     if (!outExtensions) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
     TV_TRY(TbsOf(crl, &tbs));
-    *outExtensions = ExtensionsHandleOfSlot(&tbs[kCrlExtensions]);
+    *outExtensions = ExtensionsHandleOfSlot(&Slot(tbs, TbsCertListSlot::kCrlExtensions));
     return TV_OK;
 }
 
@@ -367,7 +365,7 @@ extern "C" TV_API uint32_t GetX509CrlRevokedCertificateSerialNumber(const X509Cr
     if (!outLen) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
     TV_TRY(TbsOf(crl, &tbs));
     TV_TRY(EntryAt(RevokedListOf(tbs), index, &entry));
-    auto* serial = static_cast<const Asn1Primitive*>(entry[kUserCertificate]);
+    auto* serial = static_cast<const Asn1Primitive*>(Slot(entry, RevokedCertificateSlot::kUserCertificate));
     if (!serial) return TV_FAIL(TV_ERR_ABSENT);
     return PutBytes(TV_SITE, serial->content, serial->length, out, outLen);
 }
@@ -379,7 +377,7 @@ extern "C" TV_API uint32_t GetX509CrlRevokedCertificateRevokationDate(const X509
     if (!outTime) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
     TV_TRY(TbsOf(crl, &tbs));
     TV_TRY(EntryAt(RevokedListOf(tbs), index, &entry));
-    return ReadTime(entry[kRevocationDate], outTime);
+    return ReadTime(Slot(entry, RevokedCertificateSlot::kRevocationDate), outTime);
 }
 
 extern "C" TV_API uint32_t GetX509CrlRevokedCertificateExtensions(X509Crl* crl, uint32_t index,
@@ -394,13 +392,13 @@ extern "C" TV_API uint32_t AddX509CrlRevokedCertificate(X509Crl* crl, const uint
     void** tbs = nullptr;
     if (!crl || !inSerial || !revocationDate || !outIndex) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
     TV_TRY(TbsOf(crl, &tbs));
-    const bool created = !tbs[kCrlRevokedCertificates];
-    if (created && !(tbs[kCrlRevokedCertificates] = ListCreate())) return TV_FAIL(TV_ERR_NO_MEMORY);
+    const bool created = !Slot(tbs, TbsCertListSlot::kRevokedCertificates);
+    if (created && !(Slot(tbs, TbsCertListSlot::kRevokedCertificates) = ListCreate())) return TV_FAIL(TV_ERR_NO_MEMORY);
     const uint32_t rc = AppendEntry(RevokedListOf(tbs), inSerial, inSerialLen, revocationDate, outIndex);
     // A failed add leaves the CRL as it was: a list made for it would show as an empty SEQUENCE.
     if (rc != TV_OK && created) {
         ListFree(RevokedListOf(tbs), &kRevokedCertificate);
-        tbs[kCrlRevokedCertificates] = nullptr;
+        Slot(tbs, TbsCertListSlot::kRevokedCertificates) = nullptr;
     }
     return rc;
 }
@@ -417,7 +415,7 @@ extern "C" TV_API uint32_t RemoveX509CrlRevokedCertificates(X509Crl* crl) {
     void** tbs = nullptr;
     TV_TRY(TbsOf(crl, &tbs));
     ListFree(RevokedListOf(tbs), &kRevokedCertificate);
-    tbs[kCrlRevokedCertificates] = nullptr;
+    Slot(tbs, TbsCertListSlot::kRevokedCertificates) = nullptr;
     return TV_OK;
 }
 
@@ -476,7 +474,7 @@ extern "C" TV_API uint32_t FindX509CrlFind(const X509Crl* crl, const X509Name* i
         auto** entry = static_cast<void**>(list->items[i]);
         if (!entry) continue;
         TV_TRY(FollowCertificateIssuer(entry, inForce));
-        auto* serial = static_cast<const Asn1Primitive*>(entry[kUserCertificate]);
+        auto* serial = static_cast<const Asn1Primitive*>(Slot(entry, RevokedCertificateSlot::kUserCertificate));
         if (!serial) continue;
         if (serial->length > kSearchSerialLimit) return TV_FAIL(TV_ERR_BUFFER_TOO_SMALL);
         if (CompareOctets(serial->content, serial->length, inSerial, inSerialLen) != 0) continue;

@@ -11,7 +11,7 @@ namespace tv::desc {
 //     tbsCertList          TBSCertList,
 //     signatureAlgorithm   AlgorithmIdentifier,
 //     signatureValue       BIT STRING }
-enum CertificateListSlot : uint32_t { kCrlTbsCertList, kCrlSignatureAlgorithm, kCrlSignatureValue, kCertificateListCount };
+enum class CertificateListSlot : uint32_t { kTbsCertList, kSignatureAlgorithm, kSignatureValue, kCount };
 extern const Asn1Descriptor kCertificateList;
 
 // TBSCertList ::= SEQUENCE {
@@ -22,15 +22,15 @@ extern const Asn1Descriptor kCertificateList;
 //     nextUpdate           Time OPTIONAL,
 //     revokedCertificates  SEQUENCE OF RevokedCertificate OPTIONAL,
 //     crlExtensions        [0] EXPLICIT Extensions OPTIONAL }
-enum TbsCertListSlot : uint32_t {
-    kCrlVersion,
-    kCrlSignature,
-    kCrlIssuerName,
-    kCrlThisUpdate,
-    kCrlNextUpdate,
-    kCrlRevokedCertificates,
+enum class TbsCertListSlot : uint32_t {
+    kVersion,
+    kSignature,
+    kIssuer,
+    kThisUpdate,
+    kNextUpdate,
+    kRevokedCertificates,
     kCrlExtensions,
-    kTbsCertListCount
+    kCount
 };
 extern const Asn1Descriptor kTbsCertList;
 
@@ -41,7 +41,7 @@ extern const Asn1Descriptor kTbsCertList;
 //     userCertificate      CertificateSerialNumber,
 //     revocationDate       Time,
 //     crlEntryExtensions   Extensions OPTIONAL }
-enum RevokedCertificateSlot : uint32_t { kUserCertificate, kRevocationDate, kCrlEntryExtensions, kRevokedCertificateCount };
+enum class RevokedCertificateSlot : uint32_t { kUserCertificate, kRevocationDate, kCrlEntryExtensions, kCount };
 extern const Asn1Descriptor kRevokedCertificate;
 // revokedCertificates as a value of its own (X509RevokedCertificates)
 extern const Asn1Descriptor kRevokedCertificates;

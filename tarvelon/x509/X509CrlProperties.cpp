@@ -33,14 +33,14 @@ using namespace tv::desc;
 
 extern "C" TV_API uint32_t GetX509CrlSignature(const X509Crl* crl, uint8_t* out, uint32_t* outLen) {
     if (!crl || !outLen) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
-    auto* bits = static_cast<const Asn1BitStringValue*>(SlotsOf(crl)[kCrlSignatureValue]);
+    auto* bits = static_cast<const Asn1BitStringValue*>(Slot(crl, CertificateListSlot::kSignatureValue));
     if (!bits) return TV_FAIL(TV_ERR_ABSENT);
     return PutBytes(TV_SITE, bits->content, bits->length, out, outLen);
 }
 
 extern "C" TV_API uint32_t SetX509CrlSignature(X509Crl* crl, const uint8_t* in, uint32_t inLen) {
     if (!crl || !in) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
-    void*& slot = SlotsOf(crl)[kCrlSignatureValue];
+    void*& slot = Slot(crl, CertificateListSlot::kSignatureValue);
     if (slot) return SetBitString(static_cast<Asn1BitStringValue*>(slot), in, inLen, 0, false);
     OwnedValue fresh(&kBitString, New<Asn1BitStringValue>());
     if (!fresh.get()) return TV_FAIL(TV_ERR_NO_MEMORY);
@@ -56,7 +56,7 @@ extern "C" TV_API uint32_t GetX509CrlSignatureAlgorithmOidAndParameters(const X5
                                                                         uint32_t* outParamsLen) {
     void** tbs = nullptr;
     TV_TRY(TbsOf(crl, &tbs));
-    return GetAlgorithmOidAndParameters(tbs[kCrlSignature], outOid, outOidLen, outParams, outParamsLen);
+    return GetAlgorithmOidAndParameters(Slot(tbs, TbsCertListSlot::kSignature), outOid, outOidLen, outParams, outParamsLen);
 }
 
 extern "C" TV_API uint32_t SetX509CrlSignatureAlgorithmOidAndParameters(X509Crl* crl, const uint8_t* inOid,
@@ -64,16 +64,16 @@ extern "C" TV_API uint32_t SetX509CrlSignatureAlgorithmOidAndParameters(X509Crl*
                                                                         uint32_t inParamsLen) {
     void** tbs = nullptr;
     TV_TRY(TbsOf(crl, &tbs));
-    return SetAlgorithmOidAndParameters(&tbs[kCrlSignature], inOid, inParams, inParamsLen,
-                                        &SlotsOf(crl)[kCrlSignatureAlgorithm]);
+    return SetAlgorithmOidAndParameters(&Slot(tbs, TbsCertListSlot::kSignature), inOid, inParams, inParamsLen,
+                                        &Slot(crl, CertificateListSlot::kSignatureAlgorithm));
 }
 
 extern "C" TV_API uint32_t SetX509CrlGostR34102001SignatureAlgorithmID(X509Crl* crl, uint32_t algId, uint8_t mode) {
     void** tbs = nullptr;
     TV_TRY(TbsOf(crl, &tbs));
     if (mode != kGostParametersNull && mode != kGostParametersAbsent) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
-    return SetAlgorithmGostR34102001AndParameters(&tbs[kCrlSignature], algId, mode, 0, 0, 0,
-                                                  &SlotsOf(crl)[kCrlSignatureAlgorithm]);
+    return SetAlgorithmGostR34102001AndParameters(&Slot(tbs, TbsCertListSlot::kSignature), algId, mode, 0, 0, 0,
+                                                  &Slot(crl, CertificateListSlot::kSignatureAlgorithm));
 }
 
 extern "C" TV_API uint32_t SetX509CrlGostR34102001SignatureAlgorithmIDAndParameters(
@@ -81,8 +81,8 @@ extern "C" TV_API uint32_t SetX509CrlGostR34102001SignatureAlgorithmIDAndParamet
     uint32_t encryptionParamId) {
     void** tbs = nullptr;
     TV_TRY(TbsOf(crl, &tbs));
-    return SetAlgorithmGostR34102001AndParameters(&tbs[kCrlSignature], algId, mode, publicKeyParamId, digestParamId,
-                                                  encryptionParamId, &SlotsOf(crl)[kCrlSignatureAlgorithm]);
+    return SetAlgorithmGostR34102001AndParameters(&Slot(tbs, TbsCertListSlot::kSignature), algId, mode, publicKeyParamId, digestParamId,
+                                                  encryptionParamId, &Slot(crl, CertificateListSlot::kSignatureAlgorithm));
 }
 
 // ---- authority key identifier ---------------------------------------------------------------------
@@ -107,7 +107,7 @@ extern "C" TV_API uint32_t SetX509CrlAuthorityKeyIdentifier2(X509Crl* crl, const
     GeneralNames* created = nullptr;
     TV_TRY(CreateX509GeneralNames(&created));
     OwnedValue names(&kGeneralNames, created);
-    TV_TRY(AddX509GeneralName(created, kDirectoryName, name.get(), nameLen));
+    TV_TRY(AddX509GeneralName(created, Index(GeneralNameKind::kDirectoryName), name.get(), nameLen));
 
     HeapBytes value;
     uint32_t valueLen = 0;

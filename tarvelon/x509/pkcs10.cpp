@@ -15,19 +15,19 @@ namespace tv::desc {
 constexpr Asn1Descriptor kRequestAttributes = Implicit(0, SetOf<&kAttribute>());
 
 // CertificationRequestInfo ::= SEQUENCE {                              (RFC 2986 4.1)
-constexpr Components<kReqInfoCount> kRequestInfoParts = Slots<CertificationRequestInfoSlot, kReqInfoCount>({
-    {kReqVersion, &kInteger},                   // version        INTEGER { v1(0) }
-    {kReqSubject, &kX509Name},                  // subject        Name
-    {kReqSubjectPKInfo, &kSubjectPublicKeyInfo},  // subjectPKInfo  SubjectPublicKeyInfo
-    {kReqAttributes, &kRequestAttributes},      // attributes     [0] IMPLICIT Attributes
+constexpr auto kRequestInfoParts = Slots<CertificationRequestInfoSlot>({
+    {CertificationRequestInfoSlot::kVersion, &kInteger},                   // version        INTEGER { v1(0) }
+    {CertificationRequestInfoSlot::kSubject, &kX509Name},                  // subject        Name
+    {CertificationRequestInfoSlot::kSubjectPKInfo, &kSubjectPublicKeyInfo},  // subjectPKInfo  SubjectPublicKeyInfo
+    {CertificationRequestInfoSlot::kAttributes, &kRequestAttributes},      // attributes     [0] IMPLICIT Attributes
 });
 constinit const Asn1Descriptor kCertificationRequestInfo = Sequence(kRequestInfoParts);
 
 // CertificationRequest ::= SEQUENCE {                                  (RFC 2986 4.2)
-constexpr Components<kReqCount> kRequestParts = Slots<CertificationRequestSlot, kReqCount>({
-    {kReqInfo, &kCertificationRequestInfo},          // certificationRequestInfo  CertificationRequestInfo
-    {kReqSignatureAlgorithm, &kAlgorithmIdentifier},  // signatureAlgorithm        AlgorithmIdentifier
-    {kReqSignature, &kBitString},                    // signature                 BIT STRING
+constexpr auto kRequestParts = Slots<CertificationRequestSlot>({
+    {CertificationRequestSlot::kCertificationRequestInfo, &kCertificationRequestInfo},          // certificationRequestInfo  CertificationRequestInfo
+    {CertificationRequestSlot::kSignatureAlgorithm, &kAlgorithmIdentifier},  // signatureAlgorithm        AlgorithmIdentifier
+    {CertificationRequestSlot::kSignature, &kBitString},                    // signature                 BIT STRING
 });
 constinit const Asn1Descriptor kCertificationRequest = Sequence(kRequestParts);
 
@@ -46,8 +46,8 @@ uint32_t StoreVersion(RequestInfoSlots& info, uint32_t version) {
     OwnedValue fresh(&desc::kInteger, New<Asn1Primitive>());
     if (!fresh.get()) return TV_FAIL(TV_ERR_NO_MEMORY);
     TV_TRY(SetAsn1Integer(fresh.as<Asn1Primitive>(), le, sizeof le));
-    FreeAsn1Object(&desc::kInteger, info[desc::kReqVersion]);
-    info[desc::kReqVersion] = fresh.Release();
+    FreeAsn1Object(&desc::kInteger, Slot(info, desc::CertificationRequestInfoSlot::kVersion));
+    Slot(info, desc::CertificationRequestInfoSlot::kVersion) = fresh.Release();
     return TV_OK;
 }
 
@@ -74,8 +74,8 @@ extern "C" TV_API uint32_t CreatePKCS10CertReq(PKCS10CertReq** outRequest) {
 extern "C" TV_API uint32_t DecodePKCS10CertReq(const uint8_t* in, uint32_t inLen, PKCS10CertReq** outRequest) {
     PKCS10CertReq* request = nullptr;
     TV_TRY(DecodeT(kRequestFamily, in, inLen, &request));
-    if (RequestInfoSlots* info = InfoOf(request); info && (*info)[desc::kReqAttributes])
-        static_cast<Asn1List*>((*info)[desc::kReqAttributes])->sorted = 0;
+    if (RequestInfoSlots* info = InfoOf(request); info && Slot(*info, desc::CertificationRequestInfoSlot::kAttributes))
+        static_cast<Asn1List*>(Slot(*info, desc::CertificationRequestInfoSlot::kAttributes))->sorted = 0;
     *outRequest = request;
     return TV_OK;
 }
@@ -104,7 +104,7 @@ extern "C" TV_API uint32_t GetPKCS10CertReqVersion(const PKCS10CertReq* request,
     if (!request || !outVersion) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
     const RequestInfoSlots* info = InfoOf(request);
     if (!info) return TV_FAIL(TV_ERR_ABSENT);
-    auto* version = static_cast<const Asn1Primitive*>((*info)[desc::kReqVersion]);
+    auto* version = static_cast<const Asn1Primitive*>(Slot(*info, desc::CertificationRequestInfoSlot::kVersion));
     if (!version || !version->content || version->length == 0) return TV_FAIL(TV_ERR_ABSENT);
     const uint8_t* p = version->content;
     uint32_t n = version->length;
@@ -128,7 +128,7 @@ extern "C" TV_API uint32_t GetPKCS10CertReqSubject(PKCS10CertReq* request, X509N
     if (!request || !outName) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
     RequestInfoSlots* info = InfoOf(request);
     if (!info) return TV_FAIL(TV_ERR_ABSENT);
-    void*& subject = (*info)[desc::kReqSubject];
+    void*& subject = Slot(*info, desc::CertificationRequestInfoSlot::kSubject);
     if (!subject) TV_TRY(CreateAsn1Object(&desc::kX509Name, &subject, 0));
     *outName = static_cast<X509Name*>(subject);
     return TV_OK;
@@ -140,7 +140,7 @@ extern "C" TV_API uint32_t SetPKCS10CertReqSubject(PKCS10CertReq* request, const
     if (!info) return TV_FAIL(TV_ERR_ABSENT);
     OwnedValue copy(&desc::kX509Name);
     TV_TRY(CopyValue(&desc::kX509Name, name, copy.Out()));
-    FreeAsn1Object(&desc::kX509Name, (*info)[desc::kReqSubject]);
-    (*info)[desc::kReqSubject] = copy.Release();
+    FreeAsn1Object(&desc::kX509Name, Slot(*info, desc::CertificationRequestInfoSlot::kSubject));
+    Slot(*info, desc::CertificationRequestInfoSlot::kSubject) = copy.Release();
     return TV_OK;
 }
