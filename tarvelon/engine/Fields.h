@@ -146,4 +146,18 @@ void* ChoiceValue(const void* choice, E alternative) noexcept {
 // A fresh ANY value holding a copy of one complete element replaces the slot's value.
 [[nodiscard]] uint32_t SetAny(Site site, void** slot, const uint8_t* element, uint32_t len) noexcept;
 
+// ---- lists held in a slot ---------------------------------------------------------------------------
+
+// Appends a finished element to the list in `slot` (a SEQUENCE OF or SET OF of family `f`), making
+// the list on first use. The list is stored only once it holds the element, so a failure leaves the
+// slot as it was; the element is taken over only on success.
+[[nodiscard]] inline uint32_t AppendToSlotList(const Family& f, void** slot, OwnedValue& element) noexcept {
+    if (*slot) return ListAppendT(f, static_cast<Asn1List*>(*slot), element);
+    OwnedValue list(f.descriptor, ListCreate());
+    if (!list.get()) return Fail(TV_FAMILY_SITE(f), TV_ERR_NO_MEMORY);
+    TV_TRY(ListAppendT(f, list.as<Asn1List>(), element));
+    *slot = list.Release();
+    return TV_OK;
+}
+
 }  // namespace tv

@@ -921,14 +921,8 @@ extern "C" TV_API uint32_t AddExtensionPolicyQualifier(CertificatePolicies* list
         if (FindElementEnd(in, inLen, &total) != TV_OK || total != inLen) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
         TV_TRY(SetAny(TV_SITE, &Slot(slots, desc::PolicyQualifierInfoSlot::kQualifier), in, inLen));
     }
-    void** qualifiersSlot = &Slot(policy, desc::PolicyInformationSlot::kPolicyQualifiers);
-    if (*qualifiersSlot) return ListAppendT(kPolicyQualifiersFamily, static_cast<Asn1List*>(*qualifiersSlot), qualifier);
-    // The list is stored only once it holds the record, so a failure leaves the policy as it was.
-    OwnedValue qualifiers(&desc::kPolicyQualifiers, ListCreate());
-    if (!qualifiers.get()) return TV_FAIL(TV_ERR_NO_MEMORY);
-    TV_TRY(ListAppendT(kPolicyQualifiersFamily, qualifiers.as<Asn1List>(), qualifier));
-    *qualifiersSlot = qualifiers.Release();
-    return TV_OK;
+    return AppendToSlotList(kPolicyQualifiersFamily, &Slot(policy, desc::PolicyInformationSlot::kPolicyQualifiers),
+                            qualifier);
 }
 
 extern "C" TV_API uint32_t GetExtensionPolicyQualifiersCount(const CertificatePolicies* list, uint32_t policyIndex,

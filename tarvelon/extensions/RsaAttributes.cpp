@@ -29,6 +29,7 @@ namespace {
 
 constinit const Family kAttributeFamily{&desc::kAttribute, Module::RsaAttributes, 0};
 constinit const Family kAttributesFamily{&desc::kAttributes, Module::RsaAttributes, 0};
+constinit const Family kAttributeValuesFamily{&desc::kAttributeValues, Module::RsaAttributes, 0};
 
 Asn1List* ValueList(const RsaAttribute* a) { return static_cast<Asn1List*>(Slot(a, desc::AttributeSlot::kValues)); }
 
@@ -37,10 +38,7 @@ uint32_t NewAttribute(const uint8_t* oid, OwnedValue& out) {
     if (!oid || oid[0] == 0) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
     // Both slots start empty: the value list appears with the first value.
     TV_TRY(NewStructure(TV_SITE, desc::kAttribute, out));
-    auto* id = NewPrimitive(ASN1_OBJECT_IDENTIFIER, oid + 1, oid[0]);
-    if (!id) return TV_FAIL(TV_ERR_NO_MEMORY);
-    Slot(out.as<RsaAttribute>(), desc::AttributeSlot::kType) = id;
-    return TV_OK;
+    return SetOid(TV_SITE, &Slot(out.get(), desc::AttributeSlot::kType), oid);
 }
 
 // The value is kept as given; its word is the tag number from the low five bits of the first octet.
@@ -48,15 +46,7 @@ uint32_t AddValue(RsaAttribute* a, const uint8_t* der, uint32_t derLen) {
     if (!a || !der || derLen == 0) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
     OwnedValue value(&desc::kAny, NewPrimitive(der[0] & 0x1Fu, der, derLen));
     if (!value.get()) return TV_FAIL(TV_ERR_NO_MEMORY);
-    void*& slot = Slot(a, desc::AttributeSlot::kValues);
-    // A value list made for this value goes again if the value cannot join it.
-    OwnedValue fresh(&desc::kAttributeValues, slot ? nullptr : ListCreate());
-    if (!slot && !fresh.get()) return TV_FAIL(TV_ERR_NO_MEMORY);
-    auto* list = static_cast<Asn1List*>(slot ? slot : fresh.get());
-    TV_TRY(ListAppend(list, value.get()));
-    value.Release();
-    if (!slot) slot = fresh.Release();
-    return TV_OK;
+    return AppendToSlotList(kAttributeValuesFamily, &Slot(a, desc::AttributeSlot::kValues), value);
 }
 
 uint32_t ReadOid(const RsaAttribute* a, uint8_t* out, uint32_t* outLen) {
