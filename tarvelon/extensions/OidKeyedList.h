@@ -5,21 +5,21 @@
 // the list itself and treat a null list as empty.
 #pragma once
 
-#include "tarvelon/engine/FamilyOps.h"
+#include "tarvelon/engine/Fields.h"
 
 namespace tv {
 
 // Whether the element's key slot holds the packed OID; an empty element or key matches nothing.
-template <typename KeySlot>
+template <SlotEnum KeySlot>
 bool HasOid(const void* element, KeySlot key, const uint8_t* packedOid) noexcept {
     if (!element) return false;
-    auto* id = static_cast<const Asn1Primitive*>(static_cast<void* const*>(element)[static_cast<uint32_t>(key)]);
+    auto* id = static_cast<const Asn1Primitive*>(Slot(element, key));
     return IsOidAndAsn1ObjectIdentifierEquals(packedOid, id) != 0;
 }
 
 // The index of the first element keyed by the OID, recording nothing: for searches that walk many
 // lists, a list without that OID is an answer rather than a failure.
-template <typename KeySlot>
+template <SlotEnum KeySlot>
 bool FindOid(const Asn1List* list, KeySlot key, const uint8_t* packedOid, uint32_t* index) noexcept {
     for (uint32_t i = 0; list && i < list->count; ++i) {
         if (HasOid(list->items[i], key, packedOid)) {
@@ -42,7 +42,7 @@ enum class OidWalk {
 };
 
 // Frees the elements keyed by the OID (`f` is the list's family; its removal failure ends the walk).
-template <typename KeySlot>
+template <SlotEnum KeySlot>
 uint32_t RemoveOid(const Family& f, Asn1List* list, KeySlot key, const uint8_t* packedOid, OidWalk walk) noexcept {
     if (!list) return TV_OK;
     if (walk == OidWalk::kForwardSkippingMovedIn) {

@@ -2,7 +2,6 @@
 // a one-field handle.
 #include "tarvelon/extensions/RsaAttributes.h"
 
-#include "tarvelon/engine/Fields.h"
 #include "tarvelon/extensions/OidKeyedList.h"
 #include "tarvelon/tarvelon.h"
 

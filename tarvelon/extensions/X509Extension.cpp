@@ -154,9 +154,7 @@ extern "C" TV_API uint32_t GetX509ExtensionsExtensionValue(const X509Extensions*
     uint32_t index = 0;
     TV_TRY(FindX509Extension(extensions, inOid, &index));
     auto* e = static_cast<const X509Extension*>(ListOf(extensions)->items[index]);
-    auto* octets = static_cast<const Asn1Primitive*>(Slot(e, desc::ExtensionSlot::kExtnValue));
-    if (!octets) return TV_FAIL(TV_ERR_ABSENT);
-    return PutBytes(TV_SITE, octets->content, octets->length, outValue, outValueLen);
+    return GetLeaf(TV_SITE, Slot(e, desc::ExtensionSlot::kExtnValue), outValue, outValueLen);
 }
 
 extern "C" TV_API uint32_t RemoveX509ExtensionsExtension(X509Extensions* extensions, uint32_t index) {
