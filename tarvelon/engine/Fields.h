@@ -48,6 +48,14 @@ template <SlotEnum First, SlotEnum... Rest>
     return TV_OK;
 }
 
+// The same for parts a getter cannot do without: an empty final slot is 311 as well.
+template <SlotEnum First, SlotEnum... Rest>
+[[nodiscard]] uint32_t WalkPresent(Site site, const void* root, const void** out, First first, Rest... rest) noexcept {
+    TV_TRY(Walk(site, root, out, first, rest...));
+    if (!*out) return Fail(site, TV_ERR_ABSENT);
+    return TV_OK;
+}
+
 // ---- structures -----------------------------------------------------------------------------------
 
 // A structure block of `d` with every slot empty, for builders that fill each field themselves.

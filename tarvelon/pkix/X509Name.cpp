@@ -119,6 +119,21 @@ uint32_t CompareRdns(const Asn1List* a, const Asn1List* b) {
 }
 
 }  // namespace
+
+uint32_t NameInSlot(Site site, void** slot, X509Name** out) noexcept {
+    if (!*slot && !(*slot = ListCreate())) return Fail(site, TV_ERR_NO_MEMORY);
+    *out = static_cast<X509Name*>(*slot);
+    return TV_OK;
+}
+
+uint32_t SetNameCopy(void** slot, const X509Name* name) noexcept {
+    OwnedValue copy(&desc::kX509Name);
+    TV_TRY(CopyValue(&desc::kX509Name, name, copy.Out()));
+    FreeAsn1Object(&desc::kX509Name, *slot);
+    *slot = copy.Release();
+    return TV_OK;
+}
+
 }  // namespace tv
 
 using namespace tv;
