@@ -91,6 +91,18 @@ template <typename Encode>
     return encode(out.get(), len);
 }
 
+// Output of a size-protocol call in a working block of `initial` octets, grown to the reported size
+// and the call repeated when it did not fit.
+template <typename Write>
+[[nodiscard]] uint32_t WriteGrowing(Site site, uint32_t initial, HeapBytes& out, uint32_t* len, Write write) noexcept {
+    if (!out.Allocate(initial)) return Fail(site, TV_ERR_NO_MEMORY);
+    *len = initial;
+    const uint32_t rc = write(out.get(), len);
+    if (rc != TV_ERR_BUFFER_TOO_SMALL) return rc;
+    if (!out.Allocate(*len)) return Fail(site, TV_ERR_NO_MEMORY);
+    return write(out.get(), len);
+}
+
 // The same for a value tree of `d`.
 [[nodiscard]] uint32_t EncodeToHeap(Site site, const void* value, const Asn1Descriptor& d, HeapBytes& out,
                                     uint32_t* len) noexcept;

@@ -51,18 +51,6 @@ uint32_t IntoWorkBuffer(uint32_t rc, Site site) {
     return rc == TV_ERR_BUFFER_TOO_SMALL ? Fail(site, TV_ERR_WORK_BUFFER) : rc;
 }
 
-// Encodes into a heap buffer of `initial` octets, grown to the reported size and the encoding
-// repeated when it did not fit.
-template <typename Encode>
-uint32_t EncodeGrowing(HeapBytes& buffer, uint32_t* len, Encode encode) {
-    if (!buffer.Allocate(kEncodingBuffer)) return TV_FAIL(TV_ERR_NO_MEMORY);
-    *len = kEncodingBuffer;
-    const uint32_t rc = encode(buffer.get(), len);
-    if (rc != TV_ERR_BUFFER_TOO_SMALL) return rc;
-    if (!buffer.Allocate(*len)) return TV_FAIL(TV_ERR_NO_MEMORY);
-    return encode(buffer.get(), len);
-}
-
 uint32_t ExtensionsOf(Certificate* cert, X509Extensions** handle) { return GetCertificateExtensions(cert, handle); }
 
 // Drops every extension of that OID from the list (the list operation's walk, kept) and appends
@@ -288,7 +276,7 @@ extern "C" TV_API uint32_t SetCertificateAuthorityKeyIdentifier2(Certificate* ce
     if (issuer) {
         HeapBytes name;
         uint32_t nameLen = 0;
-        TV_TRY(EncodeGrowing(name, &nameLen, [&](uint8_t* out, uint32_t* outLen) {
+        TV_TRY(WriteGrowing(TV_SITE, kEncodingBuffer, name, &nameLen, [&](uint8_t* out, uint32_t* outLen) {
             return EncodeX509Name(issuer, out, outLen);
         }));
         TV_TRY(CreateX509GeneralNames(reinterpret_cast<GeneralNames**>(names.Out())));
@@ -296,7 +284,7 @@ extern "C" TV_API uint32_t SetCertificateAuthorityKeyIdentifier2(Certificate* ce
     }
     HeapBytes value;
     uint32_t valueLen = 0;
-    TV_TRY(EncodeGrowing(value, &valueLen, [&](uint8_t* out, uint32_t* outLen) {
+    TV_TRY(WriteGrowing(TV_SITE, kEncodingBuffer, value, &valueLen, [&](uint8_t* out, uint32_t* outLen) {
         return EncodeExtensionAuthorityKeyIdentifier(hasKeyId ? inKeyId : nullptr, hasKeyId ? inKeyIdLen : 0,
                                                      names.as<GeneralNames>(), hasSerial ? inSerial : nullptr,
                                                      hasSerial ? inSerialLen : 0, out, outLen);

@@ -90,12 +90,11 @@ uint32_t GetVersion(Site site, const void* leaf, VersionForm form, uint32_t* out
     if (!version) return Fail(site, TV_ERR_ABSENT);
     const uint8_t* p = version->content;
     uint32_t n = version->length;
-    if (form == VersionForm::kLeadingZeros) {
-        if (!p || n == 0) return Fail(site, TV_ERR_ABSENT);
-        if (p[0] & 0x80) return Fail(site, TV_ERR_NOT_DER);
+    if (form == VersionForm::kLeadingZeros && (!p || n == 0)) return Fail(site, TV_ERR_ABSENT);
+    if (n == 0 || (p[0] & 0x80)) return Fail(site, TV_ERR_NOT_DER);
+    if (form == VersionForm::kLeadingZeros)
         while (n > 1 && p[0] == 0) ++p, --n;
-    }
-    if (n == 0 || n > 4 || (p[0] & 0x80)) return Fail(site, TV_ERR_NOT_DER);
+    if (n > 4) return Fail(site, TV_ERR_NOT_DER);
     uint32_t v = 0;
     for (uint32_t i = 0; i < n; ++i) v = v << 8 | p[i];
     *out = v;
