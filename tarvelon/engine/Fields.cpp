@@ -93,6 +93,14 @@ uint32_t SetBits(Site site, void** slot, const uint8_t* in, uint32_t inLen) noex
     return TV_OK;
 }
 
+uint32_t ReplaceBits(Site site, void** slot, const uint8_t* in, uint32_t inLen) noexcept {
+    void* fresh = nullptr;
+    TV_TRY(SetBits(site, &fresh, in, inLen));
+    FreeAsn1Object(&desc::kBitString, *slot);
+    *slot = fresh;
+    return TV_OK;
+}
+
 uint32_t SetFlags(Site site, void** slot, uint32_t flags) noexcept {
     OwnedValue bits(&desc::kBitString, New<Asn1BitStringValue>());
     if (!bits.get()) return Fail(site, TV_ERR_NO_MEMORY);

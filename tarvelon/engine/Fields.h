@@ -142,6 +142,8 @@ uint8_t BooleanOctet(const void* leaf) noexcept;
 [[nodiscard]] uint32_t GetBits(Site site, const void* bits, uint8_t* out, uint32_t* outLen) noexcept;
 // Octets with no unused bits, written into the value in the slot or a fresh one when it is empty.
 [[nodiscard]] uint32_t SetBits(Site site, void** slot, const uint8_t* in, uint32_t inLen) noexcept;
+// The same into a fresh value that replaces the slot's value only once it is complete.
+[[nodiscard]] uint32_t ReplaceBits(Site site, void** slot, const uint8_t* in, uint32_t inLen) noexcept;
 // A fresh named-bit value for a flag word replaces the slot's value.
 [[nodiscard]] uint32_t SetFlags(Site site, void** slot, uint32_t flags) noexcept;
 

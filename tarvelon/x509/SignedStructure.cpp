@@ -51,12 +51,7 @@ uint32_t GetSignature(Site site, const SignedParts& s, const void* value, uint8_
 uint32_t SetSignature(Site site, const SignedParts& s, void* value, const uint8_t* in, uint32_t inLen) noexcept {
     if (!value || !in) return Fail(site, TV_ERR_INVALID_ARGUMENT);
     void*& slot = Part(value, s.signature);
-    if (!s.freshSignature) return SetBits(site, &slot, in, inLen);
-    void* fresh = nullptr;
-    TV_TRY(SetBits(site, &fresh, in, inLen));
-    FreeAsn1Object(&desc::kBitString, slot);
-    slot = fresh;
-    return TV_OK;
+    return s.freshSignature ? ReplaceBits(site, &slot, in, inLen) : SetBits(site, &slot, in, inLen);
 }
 
 uint32_t GetSignatureAlgorithm(Site site, const SignedParts& s, const void* value, uint8_t* oid, uint32_t* oidLen,
