@@ -168,4 +168,26 @@ void* ChoiceValue(const void* choice, E alternative) noexcept {
 // A fresh ANY value holding a copy of one complete element replaces the slot's value.
 [[nodiscard]] uint32_t SetAny(Site site, void** slot, const uint8_t* element, uint32_t len) noexcept;
 
+// ---- DER carried inside a field --------------------------------------------------------------------
+// Some fields carry a whole structure of another family as opaque DER: the content of a ContentInfo
+// ([0] EXPLICIT ANY), eContent and responseBytes.response (OCTET STRING), the TSTInfo inside a
+// time-stamp token. The tree keeps those octets exactly as they arrived, so a signature over them
+// stays verifiable; a typed value is made from them only when a caller asks, and a changed value is
+// written back whole. The carrier is an Asn1Primitive either way: an ANY holds the complete element,
+// an OCTET STRING holds the element as its contents, so both read from content/length.
+//
+//   Asn1List* name = nullptr;                                   // read: a fresh value the caller frees
+//   TV_TRY(DecodeCarried(TV_SITE, Slot(info, ContentInfoSlot::kContent), kNameFamily, reinterpret_cast<void**>(&name)));
+//   TV_TRY(EncodeIntoCarrier(TV_SITE, name, kNameFamily, ASN1_OCTET_STRING, &Slot(...)));   // write back
+
+// One value of `f` from the carrier's octets: an absent or empty carrier is 311, octets left over
+// after the value 302 (the carrier must hold exactly one element), decoder failures as the engine
+// reports them. `*out` is stored only on success.
+[[nodiscard]] uint32_t DecodeCarried(Site site, const void* carrier, const Family& f, void** out) noexcept;
+
+// The DER of `value` (a tree of `f`) in a fresh carrier of `typeCode` (ASN1_ANY or ASN1_OCTET_STRING,
+// anything else 32) that replaces the slot's carrier; on failure the old carrier stays.
+[[nodiscard]] uint32_t EncodeIntoCarrier(Site site, const void* value, const Family& f, uint8_t typeCode,
+                                         void** slot) noexcept;
+
 }  // namespace tv
