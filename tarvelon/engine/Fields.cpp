@@ -93,6 +93,14 @@ uint32_t SetBits(Site site, void** slot, const uint8_t* in, uint32_t inLen) noex
     return TV_OK;
 }
 
+uint32_t ReplaceBits(Site site, void** slot, const uint8_t* in, uint32_t inLen) noexcept {
+    void* fresh = nullptr;
+    TV_TRY(SetBits(site, &fresh, in, inLen));
+    FreeAsn1Object(&desc::kBitString, *slot);
+    *slot = fresh;
+    return TV_OK;
+}
+
 uint32_t SetFlags(Site site, void** slot, uint32_t flags) noexcept {
     OwnedValue bits(&desc::kBitString, New<Asn1BitStringValue>());
     if (!bits.get()) return Fail(site, TV_ERR_NO_MEMORY);
@@ -117,6 +125,35 @@ uint32_t SetAny(Site site, void** slot, const uint8_t* element, uint32_t len) no
     TV_TRY(SetAnyEncoding(fresh.as<Asn1Primitive>(), element, len));
     FreeAsn1Object(&desc::kAny, *slot);
     *slot = fresh.Release();
+    return TV_OK;
+}
+
+uint32_t DecodeCarried(Site site, const void* carrier, const Family& f, void** out) noexcept {
+    auto* p = static_cast<const Asn1Primitive*>(carrier);
+    if (!out) return Fail(site, TV_ERR_INVALID_ARGUMENT);
+    if (!p || !p->content || p->length == 0) return Fail(site, TV_ERR_ABSENT);
+    OwnedValue value(f.descriptor);
+    uint32_t consumed = 0;
+    TV_TRY(Asn1DecodeItem(p->content, p->length, f.descriptor, value.Out(), &consumed));
+    if (consumed != p->length) return Fail(site, TV_ERR_MALFORMED);
+    *out = value.Release();
+    return TV_OK;
+}
+
+uint32_t EncodeIntoCarrier(Site site, const void* value, const Family& f, uint8_t typeCode, void** slot) noexcept {
+    if (!value || !slot || (typeCode != ASN1_ANY && typeCode != ASN1_OCTET_STRING))
+        return Fail(site, TV_ERR_INVALID_ARGUMENT);
+    HeapBytes der;
+    uint32_t len = 0;
+    TV_TRY(EncodeToHeap(site, value, *f.descriptor, der, &len));
+    auto* fresh = New<Asn1Primitive>();
+    if (!fresh) return Fail(site, TV_ERR_NO_MEMORY);
+    // The encoding is adopted, not copied: carried structures can be large.
+    fresh->word = typeCode == ASN1_ANY ? der.get()[0] : uint32_t{ASN1_OCTET_STRING};
+    fresh->length = len;
+    fresh->content = der.Release();
+    FreeAsn1Object(typeCode == ASN1_ANY ? &desc::kAny : &desc::kOctetString, *slot);
+    *slot = fresh;
     return TV_OK;
 }
 

@@ -48,6 +48,14 @@ template <SlotEnum First, SlotEnum... Rest>
     return TV_OK;
 }
 
+// The same for parts a getter cannot do without: an empty final slot is 311 as well.
+template <SlotEnum First, SlotEnum... Rest>
+[[nodiscard]] uint32_t WalkPresent(Site site, const void* root, const void** out, First first, Rest... rest) noexcept {
+    TV_TRY(Walk(site, root, out, first, rest...));
+    if (!*out) return Fail(site, TV_ERR_ABSENT);
+    return TV_OK;
+}
+
 // ---- structures -----------------------------------------------------------------------------------
 
 // A structure block of `d` with every slot empty, for builders that fill each field themselves.
@@ -81,6 +89,18 @@ template <typename Encode>
     TV_TRY(encode(nullptr, len));
     if (!out.Allocate(*len)) return Fail(site, TV_ERR_NO_MEMORY);
     return encode(out.get(), len);
+}
+
+// Output of a size-protocol call in a working block of `initial` octets, grown to the reported size
+// and the call repeated when it did not fit.
+template <typename Write>
+[[nodiscard]] uint32_t WriteGrowing(Site site, uint32_t initial, HeapBytes& out, uint32_t* len, Write write) noexcept {
+    if (!out.Allocate(initial)) return Fail(site, TV_ERR_NO_MEMORY);
+    *len = initial;
+    const uint32_t rc = write(out.get(), len);
+    if (rc != TV_ERR_BUFFER_TOO_SMALL) return rc;
+    if (!out.Allocate(*len)) return Fail(site, TV_ERR_NO_MEMORY);
+    return write(out.get(), len);
 }
 
 // The same for a value tree of `d`.
@@ -122,6 +142,8 @@ uint8_t BooleanOctet(const void* leaf) noexcept;
 [[nodiscard]] uint32_t GetBits(Site site, const void* bits, uint8_t* out, uint32_t* outLen) noexcept;
 // Octets with no unused bits, written into the value in the slot or a fresh one when it is empty.
 [[nodiscard]] uint32_t SetBits(Site site, void** slot, const uint8_t* in, uint32_t inLen) noexcept;
+// The same into a fresh value that replaces the slot's value only once it is complete.
+[[nodiscard]] uint32_t ReplaceBits(Site site, void** slot, const uint8_t* in, uint32_t inLen) noexcept;
 // A fresh named-bit value for a flag word replaces the slot's value.
 [[nodiscard]] uint32_t SetFlags(Site site, void** slot, uint32_t flags) noexcept;
 
@@ -145,6 +167,28 @@ void* ChoiceValue(const void* choice, E alternative) noexcept {
 
 // A fresh ANY value holding a copy of one complete element replaces the slot's value.
 [[nodiscard]] uint32_t SetAny(Site site, void** slot, const uint8_t* element, uint32_t len) noexcept;
+
+// ---- DER carried inside a field --------------------------------------------------------------------
+// Some fields carry a whole structure of another family as opaque DER: the content of a ContentInfo
+// ([0] EXPLICIT ANY), eContent and responseBytes.response (OCTET STRING), the TSTInfo inside a
+// time-stamp token. The tree keeps those octets exactly as they arrived, so a signature over them
+// stays verifiable; a typed value is made from them only when a caller asks, and a changed value is
+// written back whole. The carrier is an Asn1Primitive either way: an ANY holds the complete element,
+// an OCTET STRING holds the element as its contents, so both read from content/length.
+//
+//   Asn1List* name = nullptr;                                   // read: a fresh value the caller frees
+//   TV_TRY(DecodeCarried(TV_SITE, Slot(info, ContentInfoSlot::kContent), kNameFamily, reinterpret_cast<void**>(&name)));
+//   TV_TRY(EncodeIntoCarrier(TV_SITE, name, kNameFamily, ASN1_OCTET_STRING, &Slot(...)));   // write back
+
+// One value of `f` from the carrier's octets: an absent or empty carrier is 311, octets left over
+// after the value 302 (the carrier must hold exactly one element), decoder failures as the engine
+// reports them. `*out` is stored only on success.
+[[nodiscard]] uint32_t DecodeCarried(Site site, const void* carrier, const Family& f, void** out) noexcept;
+
+// The DER of `value` (a tree of `f`) in a fresh carrier of `typeCode` (ASN1_ANY or ASN1_OCTET_STRING,
+// anything else 32) that replaces the slot's carrier; on failure the old carrier stays.
+[[nodiscard]] uint32_t EncodeIntoCarrier(Site site, const void* value, const Family& f, uint8_t typeCode,
+                                         void** slot) noexcept;
 
 // ---- lists held in a slot ---------------------------------------------------------------------------
 

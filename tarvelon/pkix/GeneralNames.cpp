@@ -1,7 +1,7 @@
 // General names: the nine RFC 5280 alternatives, built from and read back to caller octets.
 #include "tarvelon/pkix/GeneralNames.h"
 
-#include "tarvelon/engine/FamilyOps.h"
+#include "tarvelon/engine/Fields.h"
 #include "tarvelon/tarvelon.h"
 
 TV_MODULE(GeneralNames)
@@ -69,14 +69,11 @@ uint32_t BuildGeneralName(uint32_t number, const uint8_t* in, uint32_t inLen, Ge
     const Asn1Descriptor* alternative = Component(desc::kGeneralName, kind);
     OwnedValue value(alternative);
     if (IsWholeElementKind(kind)) {
-        *value.Out() = New<Asn1Primitive>();
-        if (!value.get()) return TV_FAIL(TV_ERR_NO_MEMORY);
-        TV_TRY(SetAnyEncoding(value.as<Asn1Primitive>(), in, inLen));
+        TV_TRY(SetAny(TV_SITE, value.Out(), in, inLen));
     } else if (kind == Kind::kRegisteredId) {
         // A packed OID: its first octet counts the contents, which must lie inside the input.
         if (inLen == 0 || uint32_t{in[0]} + 1 > inLen) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
-        *value.Out() = NewPrimitive(ASN1_OBJECT_IDENTIFIER, in + 1, in[0]);
-        if (!value.get()) return TV_FAIL(TV_ERR_NO_MEMORY);
+        TV_TRY(SetOid(TV_SITE, value.Out(), in));
     } else {
         const uint32_t word = kind == Kind::kIpAddress ? ASN1_OCTET_STRING : ASN1_IA5_STRING;
         *value.Out() = NewPrimitive(word, in, inLen);
@@ -96,8 +93,8 @@ uint32_t ReadGeneralName(const GeneralName* name, uint32_t* outKind, uint8_t* ou
     if (name->index < 0 || static_cast<uint32_t>(name->index) >= SlotCount<desc::GeneralNameKind>)
         return TV_FAIL(TV_ERR_NO_ALTERNATIVE);
     auto* value = static_cast<const Asn1Primitive*>(name->value);
-    if (name->index == Index(desc::GeneralNameKind::kRegisteredId)) return OidToPacked(value, out, outLen);
-    return PutBytes(TV_SITE, value->content, value->length, out, outLen);
+    if (name->index == Index(Kind::kRegisteredId)) return OidToPacked(value, out, outLen);
+    return GetLeaf(TV_SITE, value, out, outLen);
 }
 
 }  // namespace
@@ -132,9 +129,7 @@ extern "C" TV_API uint32_t EncodeX509GeneralNames(const GeneralNames* names, uin
 }
 
 extern "C" TV_API uint32_t GetX509GeneralNameCount(const GeneralNames* names, uint32_t* outCount) {
-    if (!names || !outCount) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
-    *outCount = names->count;
-    return TV_OK;
+    return ListCountT(kGeneralNamesFamily, names, outCount);
 }
 
 extern "C" TV_API uint32_t AddX509GeneralName(GeneralNames* names, uint32_t kind, const uint8_t* in, uint32_t inLen) {
@@ -142,9 +137,7 @@ extern "C" TV_API uint32_t AddX509GeneralName(GeneralNames* names, uint32_t kind
     GeneralName* built = nullptr;
     TV_TRY(BuildGeneralName(kind, in, inLen, &built));
     OwnedValue guard(&desc::kGeneralName, built);
-    TV_TRY(ListAppend(names, built));
-    guard.Release();
-    return TV_OK;
+    return ListAppendT(kGeneralNamesFamily, names, guard);
 }
 
 extern "C" TV_API uint32_t AllocX509GeneralNameValue(GeneralName** outName, uint32_t kind, const uint8_t* in,
@@ -154,10 +147,10 @@ extern "C" TV_API uint32_t AllocX509GeneralNameValue(GeneralName** outName, uint
 
 extern "C" TV_API uint32_t GetX509GeneralName(const GeneralNames* names, uint32_t index, uint32_t* outKind, uint8_t* out,
                                               uint32_t* outLen) {
-    if (!names || !outKind || !outLen) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
-    if (index >= names->count) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
-    if (!names->items || !names->items[index]) return TV_FAIL(TV_ERR_ABSENT);
-    return ReadGeneralName(static_cast<const GeneralName*>(names->items[index]), outKind, out, outLen);
+    if (!outKind || !outLen) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
+    const GeneralName* name = nullptr;
+    TV_TRY(ListElementT(kGeneralNamesFamily, names, index, &name));
+    return ReadGeneralName(name, outKind, out, outLen);
 }
 
 extern "C" TV_API uint32_t GetX509GeneralNameValue(const GeneralName* name, uint32_t* outKind, uint8_t* out,

@@ -3,6 +3,7 @@
 #include "tarvelon/pkix/X509Algorithm.h"
 
 #include "tarvelon/algorithm.h"
+#include "tarvelon/engine/Fields.h"
 
 TV_MODULE(X509Algorithm)
 
@@ -185,8 +186,6 @@ constinit const Asn1Descriptor kGostR34102012PublicKeyParameters = Sequence(kGos
 namespace tv {
 namespace {
 
-void* const* SlotsOf(const void* sequence) { return static_cast<void* const*>(sequence); }
-
 // The parameter block of a GOST key algorithm; null for any other id.
 const Asn1Descriptor* GostBlockFor(uint32_t algId) {
     switch (algId) {
@@ -214,9 +213,7 @@ uint32_t DecodeGostBlock(const Asn1Descriptor* block, const uint8_t* params, uin
 
 // The OID part of an AlgorithmIdentifier.
 uint32_t GetOidPart(const void* algorithmIdentifier, uint8_t* oid, uint32_t* oidLen) {
-    const auto* value = static_cast<const Asn1Primitive*>(Slot(algorithmIdentifier, desc::AlgorithmIdentifierSlot::kAlgorithm));
-    if (!value) return TV_FAIL(TV_ERR_ABSENT);
-    return OidToPacked(value, oid, oidLen);
+    return GetOid(TV_SITE, Slot(algorithmIdentifier, desc::AlgorithmIdentifierSlot::kAlgorithm), oid, oidLen);
 }
 
 // The parameters part: the complete element, or length 0 when absent.
@@ -231,24 +228,22 @@ uint32_t GetParametersPart(const void* algorithmIdentifier, uint8_t* params, uin
 }
 
 uint32_t StoreAlgorithm(void** slot, const uint8_t* packedOid, const uint8_t* params, uint32_t paramsLen) {
-    OwnedValue oid(Component(desc::kAlgorithmIdentifier, desc::AlgorithmIdentifierSlot::kAlgorithm), NewPrimitive(ASN1_OBJECT_IDENTIFIER, packedOid + 1, packedOid[0]));
-    if (!oid.get()) return TV_FAIL(TV_ERR_NO_MEMORY);
-    OwnedValue any(Component(desc::kAlgorithmIdentifier, desc::AlgorithmIdentifierSlot::kParameters));
-    if (params && paramsLen) {
-        auto* element = New<Asn1Primitive>();
-        if (!element) return TV_FAIL(TV_ERR_NO_MEMORY);
-        *any.Out() = element;
-        TV_TRY(SetAnyEncoding(element, params, paramsLen));
-    }
+    using Part = desc::AlgorithmIdentifierSlot;
+    OwnedValue oid(&desc::kOid);
+    TV_TRY(SetOid(TV_SITE, oid.Out(), packedOid));
+    OwnedValue any(&desc::kAny);
+    if (params && paramsLen) TV_TRY(SetAny(TV_SITE, any.Out(), params, paramsLen));
     if (!*slot) {
-        *slot = AllocZero(desc::kAlgorithmIdentifier.valueSize);
-        if (!*slot) return TV_FAIL(TV_ERR_NO_MEMORY);
+        OwnedValue fresh(&desc::kAlgorithmIdentifier);
+        TV_TRY(NewStructure(TV_SITE, desc::kAlgorithmIdentifier, fresh));
+        *slot = fresh.Release();
     }
-    auto** slots = static_cast<void**>(*slot);
-    FreeAsn1Object(Component(desc::kAlgorithmIdentifier, desc::AlgorithmIdentifierSlot::kAlgorithm), Slot(slots, desc::AlgorithmIdentifierSlot::kAlgorithm));
-    Slot(slots, desc::AlgorithmIdentifierSlot::kAlgorithm) = oid.Release();
-    FreeAsn1Object(Component(desc::kAlgorithmIdentifier, desc::AlgorithmIdentifierSlot::kParameters), Slot(slots, desc::AlgorithmIdentifierSlot::kParameters));
-    Slot(slots, desc::AlgorithmIdentifierSlot::kParameters) = any.Release();
+    void*& algorithm = Slot(*slot, Part::kAlgorithm);
+    FreeAsn1Object(&desc::kOid, algorithm);
+    algorithm = oid.Release();
+    void*& parameters = Slot(*slot, Part::kParameters);
+    FreeAsn1Object(&desc::kAny, parameters);
+    parameters = any.Release();
     return TV_OK;
 }
 
@@ -373,15 +368,17 @@ uint32_t EncodeGostParameterOids(uint32_t algId, uint8_t mode, const uint8_t* pu
             return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
     }
     if (!publicKeyParamOid || !digestParamOid) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
-    OwnedValue value(block, AllocZero(block->valueSize));
-    if (!value.get()) return TV_FAIL(TV_ERR_NO_MEMORY);
-    auto** slots = value.as<void*>();
-    const uint8_t* oids[] = {publicKeyParamOid, digestParamOid, encryptionParamOid};
-    for (uint32_t i = 0; i < SlotCount<desc::GostPublicKeyParametersSlot>; ++i) {
-        if (!oids[i]) continue;  // only the encryption set may be left out
-        slots[i] = NewPrimitive(ASN1_OBJECT_IDENTIFIER, oids[i] + 1, oids[i][0]);
-        if (!slots[i]) return TV_FAIL(TV_ERR_NO_MEMORY);
-    }
+    OwnedValue value(block);
+    TV_TRY(NewStructure(TV_SITE, *block, value));
+    using Part = desc::GostPublicKeyParametersSlot;
+    const struct {
+        Part slot;
+        const uint8_t* oid;
+    } sets[] = {{Part::kPublicKeyParamSet, publicKeyParamOid},
+                {Part::kDigestParamSet, digestParamOid},
+                {Part::kEncryptionParamSet, encryptionParamOid}};
+    for (const auto& set : sets)
+        if (set.oid) TV_TRY(SetOid(TV_SITE, &Slot(value.get(), set.slot), set.oid));  // only the encryption set may be left out
     // An encryption set equal to the block's default is left out by DER.
     return EncodeSized(TV_SITE, value.get(), block, out, outLen);
 }
@@ -417,10 +414,10 @@ uint32_t DecodeGostR34102001ParameterIds(const uint8_t* params, uint32_t paramsL
     *mode = kGostParametersBlock;
     OwnedValue block(&desc::kGostR34102001PublicKeyParameters);
     TV_TRY(DecodeGostBlock(&desc::kGostR34102001PublicKeyParameters, params, paramsLen, block));
-    auto* const* slots = block.as<void*>();
-    const auto* keySet = static_cast<const Asn1Primitive*>(Slot(slots, desc::GostPublicKeyParametersSlot::kPublicKeyParamSet));
-    const auto* digestSet = static_cast<const Asn1Primitive*>(Slot(slots, desc::GostPublicKeyParametersSlot::kDigestParamSet));
-    const auto* encryptionSet = static_cast<const Asn1Primitive*>(Slot(slots, desc::GostPublicKeyParametersSlot::kEncryptionParamSet));
+    using Part = desc::GostPublicKeyParametersSlot;
+    const auto* keySet = static_cast<const Asn1Primitive*>(Slot(block.get(), Part::kPublicKeyParamSet));
+    const auto* digestSet = static_cast<const Asn1Primitive*>(Slot(block.get(), Part::kDigestParamSet));
+    const auto* encryptionSet = static_cast<const Asn1Primitive*>(Slot(block.get(), Part::kEncryptionParamSet));
     uint8_t packed[256];
     uint32_t packedLen = sizeof packed;
     // Stops at the first set that is not in its table.
@@ -443,20 +440,13 @@ uint32_t DecodeGostR34102001ParameterIds(const uint8_t* params, uint32_t paramsL
 uint32_t GetSubjectPublicKey(const void* spki, uint8_t* key, uint32_t* keyLen) noexcept {
     if (!spki || !keyLen) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
     const auto* bits = static_cast<const Asn1BitStringValue*>(Slot(spki, desc::SubjectPublicKeyInfoSlot::kSubjectPublicKey));
-    if (!bits || (!bits->content && bits->length)) return TV_FAIL(TV_ERR_ABSENT);
-    return PutBytes(TV_SITE, bits->content, bits->length, key, keyLen);
+    if (bits && !bits->content && bits->length) return TV_FAIL(TV_ERR_ABSENT);
+    return GetBits(TV_SITE, bits, key, keyLen);
 }
 
 uint32_t SetSubjectPublicKey(void* spki, const uint8_t* key, uint32_t keyLen) noexcept {
     if (!spki || (!key && keyLen)) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
-    const Asn1Descriptor* d = Component(desc::kSubjectPublicKeyInfo, desc::SubjectPublicKeyInfoSlot::kSubjectPublicKey);
-    OwnedValue fresh(d, New<Asn1BitStringValue>());
-    if (!fresh.get()) return TV_FAIL(TV_ERR_NO_MEMORY);
-    TV_TRY(SetBitString(fresh.as<Asn1BitStringValue>(), key, keyLen, 0, false));
-    auto** slots = static_cast<void**>(spki);
-    FreeAsn1Object(d, Slot(slots, desc::SubjectPublicKeyInfoSlot::kSubjectPublicKey));
-    Slot(slots, desc::SubjectPublicKeyInfoSlot::kSubjectPublicKey) = fresh.Release();
-    return TV_OK;
+    return ReplaceBits(TV_SITE, &Slot(spki, desc::SubjectPublicKeyInfoSlot::kSubjectPublicKey), key, keyLen);
 }
 
 uint32_t GetGostPublicKey(const void* spki, uint8_t* key, uint32_t* keyLen) noexcept {
@@ -524,14 +514,12 @@ uint32_t DecodeParameterOids(uint32_t algId, const uint8_t* params, uint32_t par
     *mode = kGostParametersBlock;
     OwnedValue value(block);
     TV_TRY(DecodeGostBlock(block, params, paramsLen, value));
-    auto* const* slots = value.as<void*>();
+    using Part = desc::GostPublicKeyParametersSlot;
+    auto set = [&](Part part) { return static_cast<const Asn1Primitive*>(Slot(value.get(), part)); };
     // All three are delivered (or sized) before the result is chosen: encryption, digest, key.
-    const uint32_t keyRc = OidToPacked(static_cast<const Asn1Primitive*>(Slot(slots, desc::GostPublicKeyParametersSlot::kPublicKeyParamSet)), keySet,
-                                       keySetLen);
-    const uint32_t digestRc = OidToPacked(static_cast<const Asn1Primitive*>(Slot(slots, desc::GostPublicKeyParametersSlot::kDigestParamSet)),
-                                          digestSet, digestSetLen);
-    const uint32_t encryptionRc = OidToPacked(static_cast<const Asn1Primitive*>(Slot(slots, desc::GostPublicKeyParametersSlot::kEncryptionParamSet)),
-                                              encryptionSet, encryptionSetLen);
+    const uint32_t keyRc = OidToPacked(set(Part::kPublicKeyParamSet), keySet, keySetLen);
+    const uint32_t digestRc = OidToPacked(set(Part::kDigestParamSet), digestSet, digestSetLen);
+    const uint32_t encryptionRc = OidToPacked(set(Part::kEncryptionParamSet), encryptionSet, encryptionSetLen);
     if (encryptionRc != TV_OK) return encryptionRc;
     return digestRc != TV_OK ? digestRc : keyRc;
 }

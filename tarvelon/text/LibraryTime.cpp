@@ -300,6 +300,11 @@ uint32_t GetTimeFromTimeChoice(const void* choice, LibraryTime* out) noexcept {
     return ReadTimeLeaf(c->value, false, kGeneralizedTimeLength, out);
 }
 
+uint32_t GetTimeIfChosen(Site site, const void* choice, LibraryTime* out) noexcept {
+    if (!choice || !static_cast<const Asn1ChoiceValue*>(choice)->value) return Fail(site, TV_ERR_ABSENT);
+    return GetTimeFromTimeChoice(choice, out);
+}
+
 uint32_t GetPreciseTimeFromGeneralizedTimeLeaf(const void* leaf, LibraryPreciseTime* out) noexcept {
     if (!out) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
     if (!leaf) return TV_FAIL(TV_ERR_ABSENT);

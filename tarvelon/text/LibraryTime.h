@@ -12,6 +12,7 @@
 #include <cstdint>
 
 #include "tarvelon/engine/Descriptor.h"
+#include "tarvelon/engine/Error.h"
 #include "tarvelon/time.h"
 
 namespace tv::desc {
@@ -57,6 +58,10 @@ uint32_t GetTimeFromGeneralizedTimeLeaf(const void* leaf, LibraryTime* out) noex
 
 // `choice` is an Asn1ChoiceValue of kTime; another alternative is 307.
 uint32_t GetTimeFromTimeChoice(const void* choice, LibraryTime* out) noexcept;
+
+// A Time slot of a fresh structure holds a CHOICE with nothing chosen yet: that reads as absent
+// (311, recorded at `site`) just like an empty slot; otherwise as GetTimeFromTimeChoice.
+uint32_t GetTimeIfChosen(Site site, const void* choice, LibraryTime* out) noexcept;
 
 // GeneralizedTime with an optional fraction: the "Z" and the "." are checked (307), up to three
 // digits give the milliseconds and the next up to three the microseconds, each right-padded with 0.

@@ -3,6 +3,7 @@
 #pragma once
 
 #include "tarvelon/engine/Descriptor.h"
+#include "tarvelon/x509/SignedStructure.h"
 #include "tarvelon/crl.h"
 
 namespace tv::desc {
@@ -53,10 +54,15 @@ extern const Asn1Descriptor kX509Crls;
 
 namespace tv {
 
-// The three slots of a CRL value (CertificateListSlot).
-inline void** SlotsOf(const X509Crl* crl) noexcept { return reinterpret_cast<void**>(const_cast<X509Crl*>(crl)); }
+// CertificateList ::= SEQUENCE { tbsCertList, signatureAlgorithm, signatureValue }, the algorithm
+// kept in step with tbsCertList.signature.
+inline constexpr SignedParts kSignedCrl =
+    SignedParts::Mirrored(desc::kTbsCertList, desc::CertificateListSlot::kTbsCertList,
+                          desc::CertificateListSlot::kSignatureAlgorithm, desc::CertificateListSlot::kSignatureValue,
+                          desc::TbsCertListSlot::kSignature);
 
-// The slots of a CRL's to-be-signed part, for both CRL modules: null CRL 32, no part 311.
-uint32_t TbsOf(const X509Crl* crl, void*** tbs) noexcept;
+// Both CRL modules have always recorded a missing CRL or to-be-signed part under X509Crl, which
+// owned the lookup; the record stays that way.
+#define TV_CRL_TBS_SITE (::tv::Site{::tv::Module::X509Crl, static_cast<uint32_t>(__LINE__)})
 
 }  // namespace tv

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "tarvelon/engine/Descriptor.h"
+#include "tarvelon/x509/SignedStructure.h"
 #include "tarvelon/request.h"
 
 namespace tv::desc {
@@ -25,15 +26,12 @@ extern const Asn1Descriptor kCertificationRequest;
 
 namespace tv {
 
-using RequestSlots = void*[SlotCount<desc::CertificationRequestSlot>];
-using RequestInfoSlots = void*[SlotCount<desc::CertificationRequestInfoSlot>];
-
-inline RequestSlots& SlotsOf(PKCS10CertReq* r) noexcept { return *reinterpret_cast<RequestSlots*>(r); }
-inline const RequestSlots& SlotsOf(const PKCS10CertReq* r) noexcept { return *reinterpret_cast<const RequestSlots*>(r); }
-
-// The request info of a request, null when it has none.
-inline RequestInfoSlots* InfoOf(const PKCS10CertReq* r) noexcept {
-    return static_cast<RequestInfoSlots*>(Slot(r, desc::CertificationRequestSlot::kCertificationRequestInfo));
-}
+// CertificationRequest ::= SEQUENCE { certificationRequestInfo, signatureAlgorithm, signature }: one
+// algorithm, outside the signed part. A signature with a length but no octets reads as absent, and
+// a new signature replaces the old value.
+inline constexpr SignedParts kSignedRequest =
+    SignedParts::Single(desc::kCertificationRequestInfo, desc::CertificationRequestSlot::kCertificationRequestInfo,
+                        desc::CertificationRequestSlot::kSignatureAlgorithm,
+                        desc::CertificationRequestSlot::kSignature, true, true);
 
 }  // namespace tv
