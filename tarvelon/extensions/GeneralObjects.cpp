@@ -290,6 +290,25 @@ uint32_t DecodeValue(const Asn1Descriptor& d, const uint8_t* in, uint32_t inLen,
     return TV_OK;
 }
 
+// Decodes one value of `d` and hands it to `read`, which fills the caller's outputs from it.
+template <typename Read>
+uint32_t DecodeRead(const Asn1Descriptor& d, const uint8_t* in, uint32_t inLen, Read read) {
+    OwnedValue value(&d);
+    TV_TRY(DecodeValue(d, in, inLen, value));
+    return read(static_cast<const void*>(value.get()));
+}
+
+// One value of `d` made field by field: `fill(value)` writes into a structure whose slots all
+// start empty, and the result is written under the size protocol.
+template <typename Fill>
+uint32_t EncodeBuilt(const Asn1Descriptor& d, uint8_t* out, uint32_t* outLen, Fill fill) {
+    if (!outLen) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
+    OwnedValue value(&d);
+    TV_TRY(NewStructure(TV_SITE, d, value));
+    TV_TRY(fill(value.get()));
+    return EncodeSized(TV_SITE, value.get(), &d, out, outLen);
+}
+
 // The content octets of one such element.
 uint32_t DecodeScalar(const Asn1Descriptor& d, const uint8_t* in, uint32_t inLen, uint8_t* out, uint32_t* outLen) {
     if (!outLen) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
@@ -449,24 +468,21 @@ uint32_t QualifierAt(const Asn1List* list, uint32_t policyIndex, uint32_t qualif
 
 // ---- private values -------------------------------------------------------------------------------
 
-// ExtendedResult and KeyStorage share one shape.
 uint32_t EncodeCodedText(uint32_t code, const uint8_t* text, uint32_t textLen, uint8_t* out, uint32_t* outLen) {
     using S = desc::CodedTextSlot;
-    if (!outLen) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
-    OwnedValue v(&desc::kCodedText);
-    TV_TRY(NewStructure(TV_SITE, desc::kCodedText, v));
-    TV_TRY(SetNumber(&Slot(v.get(), S::kCode), ASN1_ENUMERATED, code));
-    TV_TRY(SetOptionalLeaf(&Slot(v.get(), S::kText), ASN1_UTF8_STRING, text, textLen));
-    return EncodeSized(TV_SITE, v.get(), &desc::kCodedText, out, outLen);
+    return EncodeBuilt(desc::kCodedText, out, outLen, [&](void* v) -> uint32_t {
+        TV_TRY(SetNumber(&Slot(v, S::kCode), ASN1_ENUMERATED, code));
+        return SetOptionalLeaf(&Slot(v, S::kText), ASN1_UTF8_STRING, text, textLen);
+    });
 }
 
 uint32_t DecodeCodedText(const uint8_t* in, uint32_t inLen, uint32_t* outCode, uint8_t* outText, uint32_t* outTextLen) {
     using S = desc::CodedTextSlot;
     if (!outCode || !outTextLen) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
-    OwnedValue v(&desc::kCodedText);
-    TV_TRY(DecodeValue(desc::kCodedText, in, inLen, v));
-    return FirstFailure({GetNumber(TV_SITE, Slot(v.get(), S::kCode), outCode),
-                         GetOptionalLeaf(TV_SITE, Slot(v.get(), S::kText), outText, outTextLen)});
+    return DecodeRead(desc::kCodedText, in, inLen, [&](const void* v) {
+        return FirstFailure({GetNumber(TV_SITE, Slot(v, S::kCode), outCode),
+                             GetOptionalLeaf(TV_SITE, Slot(v, S::kText), outText, outTextLen)});
+    });
 }
 
 uint32_t AddStoreItem(StoreItems* list, uint32_t kind, const uint8_t* in, uint32_t inLen) {
@@ -576,48 +592,43 @@ extern "C" TV_API uint32_t DecodeExtensionInvalidityDate(const uint8_t* in, uint
 // No consistency rule between the two fields: a path length with cA false is written as given.
 extern "C" TV_API uint32_t EncodeExtensionBasicConstraints(int cA, uint32_t pathLen, uint8_t* out, uint32_t* outLen) {
     using S = desc::BasicConstraintsSlot;
-    if (!outLen) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
-    OwnedValue value(&desc::kBasicConstraints);
-    TV_TRY(NewStructure(TV_SITE, desc::kBasicConstraints, value));
-    void* slots = value.get();
-    TV_TRY(SetBooleanLeaf(&Slot(slots, S::kCa), cA != 0));
-    if (pathLen != 0xFFFFFFFFu) {
-        OwnedValue number(&desc::kInteger, New<Asn1Primitive>());
-        if (!number.get()) return TV_FAIL(TV_ERR_NO_MEMORY);
-        const uint8_t le[5] = {uint8_t(pathLen), uint8_t(pathLen >> 8), uint8_t(pathLen >> 16), uint8_t(pathLen >> 24), 0};
-        TV_TRY(SetAsn1Integer(number.as<Asn1Primitive>(), le, 5));  // unsigned: a top bit gets a 00 octet
-        Slot(slots, S::kPathLenConstraint) = number.Release();
-    }
-    return EncodeSized(TV_SITE, value.get(), &desc::kBasicConstraints, out, outLen);
+    return EncodeBuilt(desc::kBasicConstraints, out, outLen, [&](void* slots) -> uint32_t {
+        TV_TRY(SetBooleanLeaf(&Slot(slots, S::kCa), cA != 0));
+        if (pathLen != 0xFFFFFFFFu) {
+            OwnedValue number(&desc::kInteger, New<Asn1Primitive>());
+            if (!number.get()) return TV_FAIL(TV_ERR_NO_MEMORY);
+            const uint8_t le[5] = {uint8_t(pathLen), uint8_t(pathLen >> 8), uint8_t(pathLen >> 16), uint8_t(pathLen >> 24), 0};
+            TV_TRY(SetAsn1Integer(number.as<Asn1Primitive>(), le, 5));  // unsigned: a top bit gets a 00 octet
+            Slot(slots, S::kPathLenConstraint) = number.Release();
+        }
+        return TV_OK;
+    });
 }
 
 extern "C" TV_API uint32_t DecodeExtensionBasicConstraints(const uint8_t* in, uint32_t inLen, uint8_t* outCa,
                                                            uint32_t* outPathLen) {
     using S = desc::BasicConstraintsSlot;
     if (!outCa || !outPathLen) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
-    OwnedValue value(&desc::kBasicConstraints);
-    TV_TRY(DecodeValue(desc::kBasicConstraints, in, inLen, value));
-    const void* slots = value.get();
-    uint32_t pathLen = 0xFFFFFFFFu;
-    if (const void* number = Slot(slots, S::kPathLenConstraint))
-        TV_TRY(GetNumber(TV_SITE, number, &pathLen));
-    *outCa = BooleanOctet(Slot(slots, S::kCa));
-    *outPathLen = pathLen;
-    return TV_OK;
+    return DecodeRead(desc::kBasicConstraints, in, inLen, [&](const void* slots) -> uint32_t {
+        uint32_t pathLen = 0xFFFFFFFFu;
+        if (const void* number = Slot(slots, S::kPathLenConstraint))
+            TV_TRY(GetNumber(TV_SITE, number, &pathLen));
+        *outCa = BooleanOctet(Slot(slots, S::kCa));
+        *outPathLen = pathLen;
+        return TV_OK;
+    });
 }
 
 extern "C" TV_API uint32_t EncodeExtensionAuthorityKeyIdentifier(const uint8_t* keyId, uint32_t keyIdLen,
                                                                  const GeneralNames* issuer, const uint8_t* serial,
                                                                  uint32_t serialLen, uint8_t* out, uint32_t* outLen) {
     using S = desc::AuthorityKeyIdentifierSlot;
-    if (!outLen) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
-    OwnedValue value(&desc::kAuthorityKeyIdentifier);
-    TV_TRY(NewStructure(TV_SITE, desc::kAuthorityKeyIdentifier, value));
-    void* slots = value.get();
-    if (keyId) TV_TRY(SetOrCreatePrimitive(&Slot(slots, S::kKeyIdentifier), ASN1_OCTET_STRING, keyId, keyIdLen));
-    if (issuer) TV_TRY(CopyValue(&desc::kGeneralNames, issuer, &Slot(slots, S::kAuthorityCertIssuer)));
-    if (serial) TV_TRY(SetOrCreatePrimitive(&Slot(slots, S::kAuthorityCertSerialNumber), ASN1_INTEGER, serial, serialLen));
-    return EncodeSized(TV_SITE, value.get(), &desc::kAuthorityKeyIdentifier, out, outLen);
+    return EncodeBuilt(desc::kAuthorityKeyIdentifier, out, outLen, [&](void* slots) -> uint32_t {
+        if (keyId) TV_TRY(SetOrCreatePrimitive(&Slot(slots, S::kKeyIdentifier), ASN1_OCTET_STRING, keyId, keyIdLen));
+        if (issuer) TV_TRY(CopyValue(&desc::kGeneralNames, issuer, &Slot(slots, S::kAuthorityCertIssuer)));
+        if (serial) TV_TRY(SetOrCreatePrimitive(&Slot(slots, S::kAuthorityCertSerialNumber), ASN1_INTEGER, serial, serialLen));
+        return TV_OK;
+    });
 }
 
 // The issuer copy goes to the caller only with a success: a call answered 49 (typically a size
@@ -628,32 +639,29 @@ extern "C" TV_API uint32_t DecodeExtensionAuthorityKeyIdentifier(const uint8_t* 
     using S = desc::AuthorityKeyIdentifierSlot;
     if (!in || inLen == 0 || !outKeyIdLen || !outSerialLen) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
     if (outIssuer) *outIssuer = nullptr;
-    OwnedValue value(&desc::kAuthorityKeyIdentifier);
-    TV_TRY(DecodeValue(desc::kAuthorityKeyIdentifier, in, inLen, value));
-    const void* slots = value.get();
-    const uint32_t keyRc = GetOptionalLeaf(TV_SITE, Slot(slots, S::kKeyIdentifier), outKeyId, outKeyIdLen);
-    OwnedValue issuer(&desc::kGeneralNames);
-    uint32_t issuerRc = TV_OK;
-    if (outIssuer && Slot(slots, S::kAuthorityCertIssuer))
-        issuerRc = CopyValue(&desc::kGeneralNames, Slot(slots, S::kAuthorityCertIssuer), issuer.Out());
-    const uint32_t serialRc = GetOptionalLeaf(TV_SITE, Slot(slots, S::kAuthorityCertSerialNumber), outSerial, outSerialLen);
-    if (keyRc != TV_OK) return keyRc;
-    if (issuerRc != TV_OK) return issuerRc;
-    if (serialRc != TV_OK) return serialRc;
-    if (outIssuer) *outIssuer = static_cast<GeneralNames*>(issuer.Release());
-    return TV_OK;
+    return DecodeRead(desc::kAuthorityKeyIdentifier, in, inLen, [&](const void* slots) -> uint32_t {
+        const uint32_t keyRc = GetOptionalLeaf(TV_SITE, Slot(slots, S::kKeyIdentifier), outKeyId, outKeyIdLen);
+        OwnedValue issuer(&desc::kGeneralNames);
+        uint32_t issuerRc = TV_OK;
+        if (outIssuer && Slot(slots, S::kAuthorityCertIssuer))
+            issuerRc = CopyValue(&desc::kGeneralNames, Slot(slots, S::kAuthorityCertIssuer), issuer.Out());
+        const uint32_t serialRc = GetOptionalLeaf(TV_SITE, Slot(slots, S::kAuthorityCertSerialNumber), outSerial, outSerialLen);
+        if (keyRc != TV_OK) return keyRc;
+        if (issuerRc != TV_OK) return issuerRc;
+        if (serialRc != TV_OK) return serialRc;
+        if (outIssuer) *outIssuer = static_cast<GeneralNames*>(issuer.Release());
+        return TV_OK;
+    });
 }
 
 extern "C" TV_API uint32_t EncodeExtensionPrivateKeyUsagePeriod(const LibraryTime* notBefore, const LibraryTime* notAfter,
                                                                 uint8_t* out, uint32_t* outLen) {
     using S = desc::PrivateKeyUsagePeriodSlot;
-    if (!outLen) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
-    OwnedValue value(&desc::kPrivateKeyUsagePeriod);
-    TV_TRY(NewStructure(TV_SITE, desc::kPrivateKeyUsagePeriod, value));
-    void* slots = value.get();
-    if (notBefore) TV_TRY(SetGeneralizedTimeLeaf(&Slot(slots, S::kNotBefore), notBefore));
-    if (notAfter) TV_TRY(SetGeneralizedTimeLeaf(&Slot(slots, S::kNotAfter), notAfter));
-    return EncodeSized(TV_SITE, value.get(), &desc::kPrivateKeyUsagePeriod, out, outLen);
+    return EncodeBuilt(desc::kPrivateKeyUsagePeriod, out, outLen, [&](void* slots) -> uint32_t {
+        if (notBefore) TV_TRY(SetGeneralizedTimeLeaf(&Slot(slots, S::kNotBefore), notBefore));
+        if (notAfter) TV_TRY(SetGeneralizedTimeLeaf(&Slot(slots, S::kNotAfter), notAfter));
+        return TV_OK;
+    });
 }
 
 // An absent part reads as the null time, the all-zero record.
@@ -661,13 +669,12 @@ extern "C" TV_API uint32_t DecodeExtensionPrivateKeyUsagePeriod(const uint8_t* i
                                                                 LibraryTime* outNotBefore, LibraryTime* outNotAfter) {
     using S = desc::PrivateKeyUsagePeriodSlot;
     if (!outNotBefore || !outNotAfter) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
-    OwnedValue value(&desc::kPrivateKeyUsagePeriod);
-    TV_TRY(DecodeValue(desc::kPrivateKeyUsagePeriod, in, inLen, value));
-    const void* slots = value.get();
-    *outNotBefore = LibraryTime{};
-    *outNotAfter = LibraryTime{};
-    TV_TRY(GetOptionalTime(Slot(slots, S::kNotBefore), outNotBefore));
-    return GetOptionalTime(Slot(slots, S::kNotAfter), outNotAfter);
+    return DecodeRead(desc::kPrivateKeyUsagePeriod, in, inLen, [&](const void* slots) -> uint32_t {
+        *outNotBefore = LibraryTime{};
+        *outNotAfter = LibraryTime{};
+        TV_TRY(GetOptionalTime(Slot(slots, S::kNotBefore), outNotBefore));
+        return GetOptionalTime(Slot(slots, S::kNotAfter), outNotAfter);
+    });
 }
 
 extern "C" TV_API uint32_t EncodeExtensionIssuerSignTool(const uint8_t* signTool, uint32_t signToolLen,
@@ -696,22 +703,21 @@ extern "C" TV_API uint32_t DecodeExtensionIssuerSignTool(const uint8_t* in, uint
     using S = desc::IssuerSignToolSlot;
     if (!outSignToolLen || !outCaToolLen || !outSignToolCertLen || !outCaToolCertLen)
         return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
-    OwnedValue value(&desc::kIssuerSignTool);
-    TV_TRY(DecodeValue(desc::kIssuerSignTool, in, inLen, value));
-    const void* slots = value.get();
-    struct Output {
-        S slot;
-        uint8_t* out;
-        uint32_t* outLen;
-    } outputs[] = {{S::kSignTool, outSignTool, outSignToolLen},
-                   {S::kCaTool, outCaTool, outCaToolLen},
-                   {S::kSignToolCert, outSignToolCert, outSignToolCertLen},
-                   {S::kCaToolCert, outCaToolCert, outCaToolCertLen}};
-    uint32_t result = TV_OK;
-    for (const Output& o : outputs) {
-        if (const uint32_t rc = GetLeaf(TV_SITE, Slot(slots, o.slot), o.out, o.outLen); rc != TV_OK) result = rc;
-    }
-    return result;
+    return DecodeRead(desc::kIssuerSignTool, in, inLen, [&](const void* slots) -> uint32_t {
+        struct Output {
+            S slot;
+            uint8_t* out;
+            uint32_t* outLen;
+        } outputs[] = {{S::kSignTool, outSignTool, outSignToolLen},
+                       {S::kCaTool, outCaTool, outCaToolLen},
+                       {S::kSignToolCert, outSignToolCert, outSignToolCertLen},
+                       {S::kCaToolCert, outCaToolCert, outCaToolCertLen}};
+        uint32_t result = TV_OK;
+        for (const Output& o : outputs) {
+            if (const uint32_t rc = GetLeaf(TV_SITE, Slot(slots, o.slot), o.out, o.outLen); rc != TV_OK) result = rc;
+        }
+        return result;
+    });
 }
 
 extern "C" TV_API uint32_t EncodeExtensionIssuingDistributionPoint(
@@ -720,23 +726,21 @@ extern "C" TV_API uint32_t EncodeExtensionIssuingDistributionPoint(
     uint32_t indirectCrlPresent, uint32_t onlyAttributeCerts, uint32_t onlyAttributeCertsPresent, uint8_t* out,
     uint32_t* outLen) {
     using S = desc::IssuingDistributionPointSlot;
-    if (!outLen) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
-    OwnedValue value(&desc::kIssuingDistributionPoint);
-    TV_TRY(NewStructure(TV_SITE, desc::kIssuingDistributionPoint, value));
-    void* slots = value.get();
-    if (fullName || relativeName) TV_TRY(StoreNameCopy(&Slot(slots, S::kDistributionPoint), fullName, relativeName));
-    // A flag given as FALSE is stored all the same; the DEFAULT leaves it out of the DER.
-    const struct {
-        S slot;
-        uint32_t flag, present;
-    } flags[] = {{S::kOnlyContainsUserCerts, onlyUserCerts, onlyUserCertsPresent},
-                 {S::kOnlyContainsCaCerts, onlyCaCerts, onlyCaCertsPresent},
-                 {S::kIndirectCrl, indirectCrl, indirectCrlPresent},
-                 {S::kOnlyContainsAttributeCerts, onlyAttributeCerts, onlyAttributeCertsPresent}};
-    for (const auto& f : flags)
-        if (f.present) TV_TRY(SetBooleanLeaf(&Slot(slots, f.slot), f.flag != 0));
-    if (reasonsPresent) TV_TRY(SetFlags(TV_SITE, &Slot(slots, S::kOnlySomeReasons), reasons));
-    return EncodeSized(TV_SITE, value.get(), &desc::kIssuingDistributionPoint, out, outLen);
+    return EncodeBuilt(desc::kIssuingDistributionPoint, out, outLen, [&](void* slots) -> uint32_t {
+        if (fullName || relativeName) TV_TRY(StoreNameCopy(&Slot(slots, S::kDistributionPoint), fullName, relativeName));
+        // A flag given as FALSE is stored all the same; the DEFAULT leaves it out of the DER.
+        const struct {
+            S slot;
+            uint32_t flag, present;
+        } flags[] = {{S::kOnlyContainsUserCerts, onlyUserCerts, onlyUserCertsPresent},
+                     {S::kOnlyContainsCaCerts, onlyCaCerts, onlyCaCertsPresent},
+                     {S::kIndirectCrl, indirectCrl, indirectCrlPresent},
+                     {S::kOnlyContainsAttributeCerts, onlyAttributeCerts, onlyAttributeCertsPresent}};
+        for (const auto& f : flags)
+            if (f.present) TV_TRY(SetBooleanLeaf(&Slot(slots, f.slot), f.flag != 0));
+        if (reasonsPresent) TV_TRY(SetFlags(TV_SITE, &Slot(slots, S::kOnlySomeReasons), reasons));
+        return TV_OK;
+    });
 }
 
 // The two names come back as copies owned by the caller (null when absent), freed with
@@ -1030,18 +1034,17 @@ extern "C" TV_API uint32_t EncodeExtensionOcspCheckFile(const uint8_t* fileHash,
                                                         uint32_t kind5Present, uint32_t kind5, uint8_t* out,
                                                         uint32_t* outLen) {
     using S = desc::OcspCheckFileSlot;
-    if (!fileHash || !outLen) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
-    OwnedValue v(&desc::kOcspCheckFile);
-    TV_TRY(NewStructure(TV_SITE, desc::kOcspCheckFile, v));
-    void* s = v.get();
-    TV_TRY(SetOrCreatePrimitive(&Slot(s, S::kFileHash), ASN1_OCTET_STRING, fileHash, fileHashLen));
-    TV_TRY(SetOptionalLeaf(&Slot(s, S::kHash0), ASN1_OCTET_STRING, hash0, hash0Len));
-    TV_TRY(SetOptionalLeaf(&Slot(s, S::kHash1), ASN1_OCTET_STRING, hash1, hash1Len));
-    if (checkKindPresent) TV_TRY(SetNumber(&Slot(s, S::kCheckKind), ASN1_ENUMERATED, checkKind));
-    TV_TRY(SetOptionalLeaf(&Slot(s, S::kText3), ASN1_UTF8_STRING, text3, text3Len));
-    TV_TRY(SetOptionalLeaf(&Slot(s, S::kText4), ASN1_UTF8_STRING, text4, text4Len));
-    if (kind5Present) TV_TRY(SetNumber(&Slot(s, S::kKind5), ASN1_ENUMERATED, kind5));
-    return EncodeSized(TV_SITE, v.get(), &desc::kOcspCheckFile, out, outLen);
+    if (!fileHash) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
+    return EncodeBuilt(desc::kOcspCheckFile, out, outLen, [&](void* s) -> uint32_t {
+        TV_TRY(SetOrCreatePrimitive(&Slot(s, S::kFileHash), ASN1_OCTET_STRING, fileHash, fileHashLen));
+        TV_TRY(SetOptionalLeaf(&Slot(s, S::kHash0), ASN1_OCTET_STRING, hash0, hash0Len));
+        TV_TRY(SetOptionalLeaf(&Slot(s, S::kHash1), ASN1_OCTET_STRING, hash1, hash1Len));
+        if (checkKindPresent) TV_TRY(SetNumber(&Slot(s, S::kCheckKind), ASN1_ENUMERATED, checkKind));
+        TV_TRY(SetOptionalLeaf(&Slot(s, S::kText3), ASN1_UTF8_STRING, text3, text3Len));
+        TV_TRY(SetOptionalLeaf(&Slot(s, S::kText4), ASN1_UTF8_STRING, text4, text4Len));
+        if (kind5Present) TV_TRY(SetNumber(&Slot(s, S::kKind5), ASN1_ENUMERATED, kind5));
+        return TV_OK;
+    });
 }
 
 extern "C" TV_API uint32_t DecodeExtensionOcspCheckFile(const uint8_t* in, uint32_t inLen, uint8_t* outFileHash,
@@ -1056,17 +1059,16 @@ extern "C" TV_API uint32_t DecodeExtensionOcspCheckFile(const uint8_t* in, uint3
     if (!outFileHashLen || !outHash0Len || !outHash1Len || !outCheckKindPresent || !outCheckKind || !outText3Len ||
         !outText4Len || !outKind5Present || !outKind5)
         return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
-    OwnedValue v(&desc::kOcspCheckFile);
-    TV_TRY(DecodeValue(desc::kOcspCheckFile, in, inLen, v));
-    const void* s = v.get();
-    return FirstFailure({
-        GetLeaf(TV_SITE, Slot(s, S::kFileHash), outFileHash, outFileHashLen),
-        GetOptionalLeaf(TV_SITE, Slot(s, S::kHash0), outHash0, outHash0Len),
-        GetOptionalLeaf(TV_SITE, Slot(s, S::kHash1), outHash1, outHash1Len),
-        GetOptionalNumber(TV_SITE, Slot(s, S::kCheckKind), outCheckKindPresent, outCheckKind),
-        GetOptionalLeaf(TV_SITE, Slot(s, S::kText3), outText3, outText3Len),
-        GetOptionalLeaf(TV_SITE, Slot(s, S::kText4), outText4, outText4Len),
-        GetOptionalNumber(TV_SITE, Slot(s, S::kKind5), outKind5Present, outKind5),
+    return DecodeRead(desc::kOcspCheckFile, in, inLen, [&](const void* s) -> uint32_t {
+        return FirstFailure({
+            GetLeaf(TV_SITE, Slot(s, S::kFileHash), outFileHash, outFileHashLen),
+            GetOptionalLeaf(TV_SITE, Slot(s, S::kHash0), outHash0, outHash0Len),
+            GetOptionalLeaf(TV_SITE, Slot(s, S::kHash1), outHash1, outHash1Len),
+            GetOptionalNumber(TV_SITE, Slot(s, S::kCheckKind), outCheckKindPresent, outCheckKind),
+            GetOptionalLeaf(TV_SITE, Slot(s, S::kText3), outText3, outText3Len),
+            GetOptionalLeaf(TV_SITE, Slot(s, S::kText4), outText4, outText4Len),
+            GetOptionalNumber(TV_SITE, Slot(s, S::kKind5), outKind5Present, outKind5),
+        });
     });
 }
 
@@ -1075,14 +1077,13 @@ extern "C" TV_API uint32_t EncodeExtensionOcspCheckCryptoNetRegistry(const uint8
                                                                      uint32_t kindPresent, uint32_t kind,
                                                                      uint8_t* out, uint32_t* outLen) {
     using S = desc::RegistrySlot;
-    if (!text1 || !text2 || !outLen) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
-    OwnedValue v(&desc::kCryptoNetRegistry);
-    TV_TRY(NewStructure(TV_SITE, desc::kCryptoNetRegistry, v));
-    void* s = v.get();
-    TV_TRY(SetOrCreatePrimitive(&Slot(s, S::kText1), ASN1_UTF8_STRING, text1, text1Len));
-    TV_TRY(SetOrCreatePrimitive(&Slot(s, S::kText2), ASN1_UTF8_STRING, text2, text2Len));
-    if (kindPresent) TV_TRY(SetNumber(&Slot(s, S::kKind), ASN1_ENUMERATED, kind));
-    return EncodeSized(TV_SITE, v.get(), &desc::kCryptoNetRegistry, out, outLen);
+    if (!text1 || !text2) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
+    return EncodeBuilt(desc::kCryptoNetRegistry, out, outLen, [&](void* s) -> uint32_t {
+        TV_TRY(SetOrCreatePrimitive(&Slot(s, S::kText1), ASN1_UTF8_STRING, text1, text1Len));
+        TV_TRY(SetOrCreatePrimitive(&Slot(s, S::kText2), ASN1_UTF8_STRING, text2, text2Len));
+        if (kindPresent) TV_TRY(SetNumber(&Slot(s, S::kKind), ASN1_ENUMERATED, kind));
+        return TV_OK;
+    });
 }
 
 extern "C" TV_API uint32_t DecodeExtensionOcspCheckCryptoNetRegistry(const uint8_t* in, uint32_t inLen,
@@ -1091,80 +1092,68 @@ extern "C" TV_API uint32_t DecodeExtensionOcspCheckCryptoNetRegistry(const uint8
                                                                      uint32_t* outKindPresent, uint32_t* outKind) {
     using S = desc::RegistrySlot;
     if (!outText1Len || !outText2Len || !outKindPresent || !outKind) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
-    OwnedValue v(&desc::kCryptoNetRegistry);
-    TV_TRY(DecodeValue(desc::kCryptoNetRegistry, in, inLen, v));
-    const void* s = v.get();
-    return FirstFailure({
-        GetLeaf(TV_SITE, Slot(s, S::kText1), outText1, outText1Len),
-        GetLeaf(TV_SITE, Slot(s, S::kText2), outText2, outText2Len),
-        GetOptionalNumber(TV_SITE, Slot(s, S::kKind), outKindPresent, outKind),
+    return DecodeRead(desc::kCryptoNetRegistry, in, inLen, [&](const void* s) -> uint32_t {
+        return FirstFailure({
+            GetLeaf(TV_SITE, Slot(s, S::kText1), outText1, outText1Len),
+            GetLeaf(TV_SITE, Slot(s, S::kText2), outText2, outText2Len),
+            GetOptionalNumber(TV_SITE, Slot(s, S::kKind), outKindPresent, outKind),
+        });
     });
 }
 
 extern "C" TV_API uint32_t EncodeExtensionOcspCheckTime2(uint32_t timeKind, const LibraryTime* checkTime, uint8_t* out,
                                                          uint32_t* outLen) {
     using S = desc::CheckTime2Slot;
-    if (!outLen) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
-    OwnedValue v(&desc::kOcspCheckTime2);
-    TV_TRY(NewStructure(TV_SITE, desc::kOcspCheckTime2, v));
-    void* s = v.get();
-    TV_TRY(SetNumber(&Slot(s, S::kTimeKind), ASN1_ENUMERATED, timeKind));
-    if (checkTime) TV_TRY(SetGeneralizedTimeLeaf(&Slot(s, S::kCheckTime), checkTime));
-    return EncodeSized(TV_SITE, v.get(), &desc::kOcspCheckTime2, out, outLen);
+    return EncodeBuilt(desc::kOcspCheckTime2, out, outLen, [&](void* s) -> uint32_t {
+        TV_TRY(SetNumber(&Slot(s, S::kTimeKind), ASN1_ENUMERATED, timeKind));
+        if (checkTime) TV_TRY(SetGeneralizedTimeLeaf(&Slot(s, S::kCheckTime), checkTime));
+        return TV_OK;
+    });
 }
 
 extern "C" TV_API uint32_t DecodeExtensionOcspCheckTime2(const uint8_t* in, uint32_t inLen, uint32_t* outTimeKind,
                                                          LibraryTime* outCheckTime) {
     using S = desc::CheckTime2Slot;
     if (!outTimeKind || !outCheckTime) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
-    OwnedValue v(&desc::kOcspCheckTime2);
-    TV_TRY(DecodeValue(desc::kOcspCheckTime2, in, inLen, v));
-    const void* s = v.get();
-    TV_TRY(GetNumber(TV_SITE, Slot(s, S::kTimeKind), outTimeKind));
-    return GetOptionalTime(Slot(s, S::kCheckTime), outCheckTime);
+    return DecodeRead(desc::kOcspCheckTime2, in, inLen, [&](const void* s) -> uint32_t {
+        TV_TRY(GetNumber(TV_SITE, Slot(s, S::kTimeKind), outTimeKind));
+        return GetOptionalTime(Slot(s, S::kCheckTime), outCheckTime);
+    });
 }
 
-extern "C" TV_API uint32_t EncodeExtensionExtendedResult(uint32_t code, const uint8_t* text, uint32_t textLen,
-                                                         uint8_t* out, uint32_t* outLen) {
-    return EncodeCodedText(code, text, textLen, out, outLen);
-}
+// ExtendedResult and KeyStorage share one shape.
+#define TV_CODED_TEXT_CODEC(Name)                                                                              \
+    extern "C" TV_API uint32_t EncodeExtension##Name(uint32_t code, const uint8_t* text, uint32_t textLen,      \
+                                                     uint8_t* out, uint32_t* outLen) {                          \
+        return EncodeCodedText(code, text, textLen, out, outLen);                                               \
+    }                                                                                                           \
+    extern "C" TV_API uint32_t DecodeExtension##Name(const uint8_t* in, uint32_t inLen, uint32_t* outCode,      \
+                                                     uint8_t* outText, uint32_t* outTextLen) {                  \
+        return DecodeCodedText(in, inLen, outCode, outText, outTextLen);                                        \
+    }
 
-extern "C" TV_API uint32_t DecodeExtensionExtendedResult(const uint8_t* in, uint32_t inLen, uint32_t* outCode,
-                                                         uint8_t* outText, uint32_t* outTextLen) {
-    return DecodeCodedText(in, inLen, outCode, outText, outTextLen);
-}
-
-extern "C" TV_API uint32_t EncodeExtensionKeyStorage(uint32_t code, const uint8_t* text, uint32_t textLen, uint8_t* out,
-                                                     uint32_t* outLen) {
-    return EncodeCodedText(code, text, textLen, out, outLen);
-}
-
-extern "C" TV_API uint32_t DecodeExtensionKeyStorage(const uint8_t* in, uint32_t inLen, uint32_t* outCode,
-                                                     uint8_t* outText, uint32_t* outTextLen) {
-    return DecodeCodedText(in, inLen, outCode, outText, outTextLen);
-}
+TV_CODED_TEXT_CODEC(ExtendedResult)
+TV_CODED_TEXT_CODEC(KeyStorage)
+#undef TV_CODED_TEXT_CODEC
 
 extern "C" TV_API uint32_t EncodeExtensionRequestBlockingDate(const LibraryTime* from, const LibraryTime* until,
                                                               uint8_t* out, uint32_t* outLen) {
     using S = desc::BlockingDateSlot;
-    if (!outLen) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
-    OwnedValue v(&desc::kRequestBlockingDate);
-    TV_TRY(NewStructure(TV_SITE, desc::kRequestBlockingDate, v));
-    void* s = v.get();
-    if (from) TV_TRY(SetGeneralizedTimeLeaf(&Slot(s, S::kFrom), from));
-    if (until) TV_TRY(SetGeneralizedTimeLeaf(&Slot(s, S::kUntil), until));
-    return EncodeSized(TV_SITE, v.get(), &desc::kRequestBlockingDate, out, outLen);
+    return EncodeBuilt(desc::kRequestBlockingDate, out, outLen, [&](void* s) -> uint32_t {
+        if (from) TV_TRY(SetGeneralizedTimeLeaf(&Slot(s, S::kFrom), from));
+        if (until) TV_TRY(SetGeneralizedTimeLeaf(&Slot(s, S::kUntil), until));
+        return TV_OK;
+    });
 }
 
 extern "C" TV_API uint32_t DecodeExtensionRequestBlockingDate(const uint8_t* in, uint32_t inLen, LibraryTime* outFrom,
                                                               LibraryTime* outUntil) {
     using S = desc::BlockingDateSlot;
     if (!outFrom || !outUntil) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
-    OwnedValue v(&desc::kRequestBlockingDate);
-    TV_TRY(DecodeValue(desc::kRequestBlockingDate, in, inLen, v));
-    const void* s = v.get();
-    TV_TRY(GetOptionalTime(Slot(s, S::kFrom), outFrom));
-    return GetOptionalTime(Slot(s, S::kUntil), outUntil);
+    return DecodeRead(desc::kRequestBlockingDate, in, inLen, [&](const void* s) -> uint32_t {
+        TV_TRY(GetOptionalTime(Slot(s, S::kFrom), outFrom));
+        return GetOptionalTime(Slot(s, S::kUntil), outUntil);
+    });
 }
 
 // ---- store lists: one shape under three names ---------------------------------------------------------
