@@ -50,6 +50,7 @@ TEST(OidKeyedList, RemovalWalksAndSearch) {
         uint32_t index = 99;
         const bool found = tv::FindOid(forward.list(), kKey, kA.data(), &index);
         EXPECT_EQ(found ? int(index) : -1, c.firstA);
+        EXPECT_EQ(tv::ElementWithOid(forward.list(), kKey, kA.data()), found ? forward.list()->items[index] : nullptr);
         EXPECT_EQ(tv::RemoveOid(kList, forward.list(), kKey, kA.data(), tv::OidWalk::kForwardSkippingMovedIn), 0u);
         EXPECT_EQ(tv::RemoveOid(kList, backward.list(), kKey, kA.data(), tv::OidWalk::kBackwardEvery), 0u);
         EXPECT_EQ(forward.Keys(), c.forward);

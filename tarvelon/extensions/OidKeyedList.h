@@ -30,6 +30,13 @@ bool FindOid(const Asn1List* list, KeySlot key, const uint8_t* packedOid, uint32
     return false;
 }
 
+// The first element keyed by the OID, or null: where a value is read by OID.
+template <SlotEnum KeySlot>
+const void* ElementWithOid(const Asn1List* list, KeySlot key, const uint8_t* packedOid) noexcept {
+    uint32_t index = 0;
+    return FindOid(list, key, packedOid, &index) ? list->items[index] : nullptr;
+}
+
 // How a removal by OID walks the list. Both walks are part of the exported behaviour and differ on
 // purpose: callers of the extension lists know that one call removes only the first of two
 // adjacent matches, while an attribute set loses every match in one call.

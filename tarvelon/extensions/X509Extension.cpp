@@ -150,10 +150,9 @@ extern "C" TV_API uint32_t FindX509Extension(const X509Extensions* extensions, c
 
 extern "C" TV_API uint32_t GetX509ExtensionsExtensionValue(const X509Extensions* extensions, const uint8_t* inOid,
                                                            uint8_t* outValue, uint32_t* outValueLen) {
-    if (!outValueLen) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
-    uint32_t index = 0;
-    TV_TRY(FindX509Extension(extensions, inOid, &index));
-    auto* e = static_cast<const X509Extension*>(ListOf(extensions)->items[index]);
+    if (!outValueLen || !extensions || !inOid) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
+    const void* e = ElementWithOid(ListOf(extensions), desc::ExtensionSlot::kExtnId, inOid);
+    if (!e) return TV_FAIL(TV_ERR_NOT_FOUND);
     return GetLeaf(TV_SITE, Slot(e, desc::ExtensionSlot::kExtnValue), outValue, outValueLen);
 }
 
