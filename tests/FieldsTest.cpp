@@ -97,7 +97,8 @@ TEST(Fields, CarriedDerRoundTripsThroughBothCarriers) {
     for (uint8_t type : {uint8_t{ASN1_ANY}, uint8_t{ASN1_OCTET_STRING}}) {
         SCOPED_TRACE(int{type});
         OwnedValue carrier(type == ASN1_ANY ? &desc::kAny : &desc::kOctetString);
-        EXPECT_GT(ForEachAllocationFailure([&] { return EncodeIntoCarrier(kSite, name.get(), names, type, carrier.Out()); }), 1);
+        auto encode = [&] { return EncodeIntoCarrier(kSite, name.get(), names, type, carrier.Out()); };
+        EXPECT_GT(ForEachAllocationFailure(encode), 1);
         ASSERT_EQ(EncodeIntoCarrier(kSite, name.get(), names, type, carrier.Out()), 0u);  // replaces the first
         const auto* p = carrier.as<Asn1Primitive>();
         EXPECT_EQ(Bytes(p->content, p->content + p->length), der);

@@ -69,6 +69,11 @@ template <SlotEnum E>
 inline void* Slot(const void* value, E s) noexcept {
     return static_cast<void* const*>(value)[static_cast<size_t>(s)];
 }
+// Leaves, CHOICE values and lists have no slots: reaching into one is a mistake the compiler catches.
+template <SlotEnum E> void Slot(const Asn1Primitive*, E) = delete;
+template <SlotEnum E> void Slot(const Asn1BitStringValue*, E) = delete;
+template <SlotEnum E> void Slot(const Asn1ChoiceValue*, E) = delete;
+template <SlotEnum E> void Slot(const Asn1List*, E) = delete;
 
 // The descriptor of a component named by its slot.
 template <SlotEnum E>

@@ -123,7 +123,8 @@ template <typename Write>
 // Absent: 311; contents longer than four octets fail in the engine's reader.
 [[nodiscard]] uint32_t GetNumber(Site site, const void* leaf, uint32_t* out) noexcept;
 // Absent: present 0 and number 0, no failure.
-[[nodiscard]] uint32_t GetOptionalNumber(Site site, const void* leaf, uint32_t* outPresent, uint32_t* outNumber) noexcept;
+[[nodiscard]] uint32_t GetOptionalNumber(Site site, const void* leaf, uint32_t* outPresent,
+                                         uint32_t* outNumber) noexcept;
 
 [[nodiscard]] uint32_t SetBooleanLeaf(void** slot, bool flag) noexcept;
 // The raw octet of a BOOLEAN (the decoder has filled absent DEFAULT ones), 0 when there is none.
@@ -176,9 +177,9 @@ void* ChoiceValue(const void* choice, E alternative) noexcept {
 // written back whole. The carrier is an Asn1Primitive either way: an ANY holds the complete element,
 // an OCTET STRING holds the element as its contents, so both read from content/length.
 //
-//   Asn1List* name = nullptr;                                   // read: a fresh value the caller frees
-//   TV_TRY(DecodeCarried(TV_SITE, Slot(info, ContentInfoSlot::kContent), kNameFamily, reinterpret_cast<void**>(&name)));
-//   TV_TRY(EncodeIntoCarrier(TV_SITE, name, kNameFamily, ASN1_OCTET_STRING, &Slot(...)));   // write back
+//   void* content = nullptr;                         // read: a fresh value that the caller frees
+//   TV_TRY(DecodeCarried(TV_SITE, Slot(info, ContentInfoSlot::kContent), kDataFamily, &content));
+//   TV_TRY(EncodeIntoCarrier(TV_SITE, content, kDataFamily, ASN1_ANY, &Slot(info, ContentInfoSlot::kContent)));
 
 // One value of `f` from the carrier's octets: an absent or empty carrier is 311, octets left over
 // after the value 302 (the carrier must hold exactly one element), decoder failures as the engine

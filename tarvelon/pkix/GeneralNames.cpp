@@ -30,15 +30,15 @@ constexpr Asn1Descriptor kRegisteredIdAlt = Implicit(8, kOid);
 
 // GeneralName ::= CHOICE {   -- RFC 5280 4.2.1.6, IMPLICIT TAGS module
 constexpr auto kGeneralNameAlternatives = Slots<GeneralNameKind>({
-    {GeneralNameKind::kOtherName, &kOtherNameAlt},                     // otherName                  [0] OtherName (a SEQUENCE)
-    {GeneralNameKind::kRfc822Name, &kRfc822NameAlt},                   // rfc822Name                 [1] IA5String
-    {GeneralNameKind::kDnsName, &kDnsNameAlt},                         // dNSName                    [2] IA5String
-    {GeneralNameKind::kX400Address, &kX400AddressAlt},                 // x400Address                [3] ORAddress (a SEQUENCE)
-    {GeneralNameKind::kDirectoryName, &kDirectoryNameAlt},             // directoryName              [4] Name, EXPLICIT as Name is a CHOICE
-    {GeneralNameKind::kEdiPartyName, &kEdiPartyNameAlt},               // ediPartyName               [5] EDIPartyName (a SEQUENCE)
-    {GeneralNameKind::kUniformResourceIdentifier, &kUriAlt},           // uniformResourceIdentifier  [6] IA5String
-    {GeneralNameKind::kIpAddress, &kIpAddressAlt},                     // iPAddress                  [7] OCTET STRING
-    {GeneralNameKind::kRegisteredId, &kRegisteredIdAlt},               // registeredID               [8] OBJECT IDENTIFIER
+    {GeneralNameKind::kOtherName, &kOtherNameAlt},            // otherName                  [0] OtherName (a SEQUENCE)
+    {GeneralNameKind::kRfc822Name, &kRfc822NameAlt},          // rfc822Name                 [1] IA5String
+    {GeneralNameKind::kDnsName, &kDnsNameAlt},                // dNSName                    [2] IA5String
+    {GeneralNameKind::kX400Address, &kX400AddressAlt},        // x400Address                [3] ORAddress (a SEQUENCE)
+    {GeneralNameKind::kDirectoryName, &kDirectoryNameAlt},    // directoryName              [4] Name, EXPLICIT as Name is a CHOICE
+    {GeneralNameKind::kEdiPartyName, &kEdiPartyNameAlt},      // ediPartyName               [5] EDIPartyName (a SEQUENCE)
+    {GeneralNameKind::kUniformResourceIdentifier, &kUriAlt},  // uniformResourceIdentifier  [6] IA5String
+    {GeneralNameKind::kIpAddress, &kIpAddressAlt},            // iPAddress                  [7] OCTET STRING
+    {GeneralNameKind::kRegisteredId, &kRegisteredIdAlt},      // registeredID               [8] OBJECT IDENTIFIER
 });
 
 }  // namespace

@@ -140,7 +140,7 @@ constexpr auto kAlgorithmIdentifierParts = Slots<AlgorithmIdentifierSlot>({
 // SubjectPublicKeyInfo ::= SEQUENCE { algorithm AlgorithmIdentifier, subjectPublicKey BIT STRING }
 constexpr auto kSubjectPublicKeyInfoParts = Slots<SubjectPublicKeyInfoSlot>({
     {SubjectPublicKeyInfoSlot::kAlgorithm, &kAlgorithmIdentifier},  // algorithm         AlgorithmIdentifier
-    {SubjectPublicKeyInfoSlot::kSubjectPublicKey, &kBitString},         // subjectPublicKey  BIT STRING
+    {SubjectPublicKeyInfoSlot::kSubjectPublicKey, &kBitString},     // subjectPublicKey  BIT STRING
 });
 
 // id-Gost28147-89-CryptoPro-A-ParamSet, the default encryption set of the 2001 block (RFC 4491).
@@ -157,8 +157,8 @@ constexpr Asn1Descriptor kEncryptionParamSet2012 = Optional(kOid, &kDefaultEncry
 //     publicKeyParamSet OBJECT IDENTIFIER, digestParamSet OBJECT IDENTIFIER,
 //     encryptionParamSet OBJECT IDENTIFIER DEFAULT id-Gost28147-89-CryptoPro-A-ParamSet }
 constexpr auto kGost2001ParametersParts = Slots<GostPublicKeyParametersSlot>({
-    {GostPublicKeyParametersSlot::kPublicKeyParamSet, &kOid},                    // publicKeyParamSet   OBJECT IDENTIFIER
-    {GostPublicKeyParametersSlot::kDigestParamSet, &kOid},                       // digestParamSet      OBJECT IDENTIFIER
+    {GostPublicKeyParametersSlot::kPublicKeyParamSet, &kOid},                      // publicKeyParamSet   OBJECT IDENTIFIER
+    {GostPublicKeyParametersSlot::kDigestParamSet, &kOid},                         // digestParamSet      OBJECT IDENTIFIER
     {GostPublicKeyParametersSlot::kEncryptionParamSet, &kEncryptionParamSet2001},  // encryptionParamSet  OBJECT IDENTIFIER DEFAULT 1.2.643.2.2.31.1
 });
 
@@ -167,8 +167,8 @@ constexpr auto kGost2001ParametersParts = Slots<GostPublicKeyParametersSlot>({
 //     encryptionParamSet OBJECT IDENTIFIER DEFAULT id-tc26-gost-28147-param-Z }
 // The digest set is kept mandatory, as in the 2001 block.
 constexpr auto kGost2012ParametersParts = Slots<GostPublicKeyParametersSlot>({
-    {GostPublicKeyParametersSlot::kPublicKeyParamSet, &kOid},                    // publicKeyParamSet   OBJECT IDENTIFIER
-    {GostPublicKeyParametersSlot::kDigestParamSet, &kOid},                       // digestParamSet      OBJECT IDENTIFIER
+    {GostPublicKeyParametersSlot::kPublicKeyParamSet, &kOid},                      // publicKeyParamSet   OBJECT IDENTIFIER
+    {GostPublicKeyParametersSlot::kDigestParamSet, &kOid},                         // digestParamSet      OBJECT IDENTIFIER
     {GostPublicKeyParametersSlot::kEncryptionParamSet, &kEncryptionParamSet2012},  // encryptionParamSet  OBJECT IDENTIFIER DEFAULT 1.2.643.7.1.2.5.1.1
 });
 
@@ -222,7 +222,8 @@ uint32_t GetParametersPart(const void* algorithmIdentifier, uint8_t* params, uin
         if (params) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
         return TV_OK;  // the caller does not want the parameters
     }
-    const auto* any = static_cast<const Asn1Primitive*>(Slot(algorithmIdentifier, desc::AlgorithmIdentifierSlot::kParameters));
+    const auto* any =
+        static_cast<const Asn1Primitive*>(Slot(algorithmIdentifier, desc::AlgorithmIdentifierSlot::kParameters));
     if (!any || !any->content) return PutBytes(TV_SITE, nullptr, 0, params, paramsLen);
     return PutBytes(TV_SITE, any->content, any->length, params, paramsLen);
 }
@@ -377,8 +378,8 @@ uint32_t EncodeGostParameterOids(uint32_t algId, uint8_t mode, const uint8_t* pu
     } sets[] = {{Part::kPublicKeyParamSet, publicKeyParamOid},
                 {Part::kDigestParamSet, digestParamOid},
                 {Part::kEncryptionParamSet, encryptionParamOid}};
-    for (const auto& set : sets)
-        if (set.oid) TV_TRY(SetOid(TV_SITE, &Slot(value.get(), set.slot), set.oid));  // only the encryption set may be left out
+    for (const auto& set : sets)  // only the encryption set may be left out
+        if (set.oid) TV_TRY(SetOid(TV_SITE, &Slot(value.get(), set.slot), set.oid));
     // An encryption set equal to the block's default is left out by DER.
     return EncodeSized(TV_SITE, value.get(), block, out, outLen);
 }
@@ -439,7 +440,8 @@ uint32_t DecodeGostR34102001ParameterIds(const uint8_t* params, uint32_t paramsL
 
 uint32_t GetSubjectPublicKey(const void* spki, uint8_t* key, uint32_t* keyLen) noexcept {
     if (!spki || !keyLen) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
-    const auto* bits = static_cast<const Asn1BitStringValue*>(Slot(spki, desc::SubjectPublicKeyInfoSlot::kSubjectPublicKey));
+    const auto* bits =
+        static_cast<const Asn1BitStringValue*>(Slot(spki, desc::SubjectPublicKeyInfoSlot::kSubjectPublicKey));
     if (bits && !bits->content && bits->length) return TV_FAIL(TV_ERR_ABSENT);
     return GetBits(TV_SITE, bits, key, keyLen);
 }
@@ -477,7 +479,8 @@ uint32_t GetCheckedGostPublicKey(const void* spki, uint8_t* key, uint32_t* keyLe
     uint32_t oidLen = sizeof oid;
     uint8_t params[100];
     uint32_t paramsLen = sizeof params;
-    TV_TRY(GetAlgorithmOidAndParameters(Slot(spki, desc::SubjectPublicKeyInfoSlot::kAlgorithm), oid, &oidLen, params, &paramsLen));
+    TV_TRY(GetAlgorithmOidAndParameters(Slot(spki, desc::SubjectPublicKeyInfoSlot::kAlgorithm), oid, &oidLen, params,
+                                        &paramsLen));
     uint32_t algId = 0;
     TV_TRY(FindAlgorithmId(oid, &algId));
     if (!GostBlockFor(algId)) return TV_FAIL(TV_ERR_KEY_KIND);

@@ -3,8 +3,9 @@
 //
 // The helpers take the value of an AlgorithmIdentifier or SubjectPublicKeyInfo slot (readers) or the
 // address of that slot (writers), so a family accessor is one line:
-//   return tv::GetAlgorithmOidAndParameters(slots[kSignature], oid, oidLen, params, paramsLen);
-//   return tv::SetAlgorithmOidAndParameters(&tbs[kSignature], oid, params, paramsLen, &cert[kSignatureAlgorithm]);
+//   return tv::GetAlgorithmOidAndParameters(Slot(spki, SubjectPublicKeyInfoSlot::kAlgorithm), oid, oidLen,
+//                                           params, paramsLen);
+// Signed structures reach their signature algorithm through x509/SignedStructure.h instead.
 // Failures are recorded under X509Algorithm; a family that must refuse first (a missing
 // to-be-signed part: 311) does so itself before calling.
 #pragma once

@@ -14,7 +14,7 @@ namespace {
 
 // Time ::= CHOICE { utcTime UTCTime, generalTime GeneralizedTime }
 constexpr auto kTimeParts = Slots<TimeAlternative>({
-    {TimeAlternative::kUtcTime, &kUtcTime},                  // utcTime      UTCTime
+    {TimeAlternative::kUtcTime, &kUtcTime},              // utcTime      UTCTime
     {TimeAlternative::kGeneralTime, &kGeneralizedTime},  // generalTime  GeneralizedTime
 });
 
@@ -168,7 +168,8 @@ uint32_t NewTimeChoice(const LibraryTime& t, uint32_t badRecord, void** out) {
                                                           text.length));
     if (!leaf.get()) return TV_FAIL(TV_ERR_NO_MEMORY);
     Asn1ChoiceValue* choice = nullptr;
-    const int32_t index = Index(word == ASN1_UTC_TIME ? desc::TimeAlternative::kUtcTime : desc::TimeAlternative::kGeneralTime);
+    using Alternative = desc::TimeAlternative;
+    const int32_t index = Index(word == ASN1_UTC_TIME ? Alternative::kUtcTime : Alternative::kGeneralTime);
     TV_TRY(NewChoice(index, leaf.get(), &choice));
     leaf.Release();
     *out = choice;

@@ -2,7 +2,7 @@
 // validity, CRL update and revocation dates, OCSP and time-stamp times, time attributes).
 //
 // Writers take the address of the slot that holds (or will hold) the value, so a family setter is
-// one line:   return tv::SetTimeChoice(&slots[kNotBefore], time);
+// one line:   return tv::SetTimeChoice(&Slot(validity, ValiditySlot::kNotBefore), time);
 // They leave the slot untouched on failure and report a record that cannot be written as 313.
 // Readers take the slot's value, null when the component is absent (311, the record untouched),
 // and store the fields through the setter, so an out-of-range field is 313 with the fields before
@@ -61,7 +61,7 @@ uint32_t GetTimeFromTimeChoice(const void* choice, LibraryTime* out) noexcept;
 
 // A Time slot of a fresh structure holds a CHOICE with nothing chosen yet: that reads as absent
 // (311, recorded at `site`) just like an empty slot; otherwise as GetTimeFromTimeChoice.
-uint32_t GetTimeIfChosen(Site site, const void* choice, LibraryTime* out) noexcept;
+[[nodiscard]] uint32_t GetTimeIfChosen(Site site, const void* choice, LibraryTime* out) noexcept;
 
 // GeneralizedTime with an optional fraction: the "Z" and the "." are checked (307), up to three
 // digits give the milliseconds and the next up to three the microseconds, each right-padded with 0.

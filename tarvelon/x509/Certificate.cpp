@@ -49,9 +49,9 @@ constexpr auto kTbsCertificateParts = Slots<Tbs>({
 
 // Certificate ::= SEQUENCE {                                          (RFC 5280 4.1)
 constexpr auto kCertificateParts = Slots<CertificateSlot>({
-        {CertificateSlot::kTbsCertificate, &kTbsCertificate},          // tbsCertificate      TBSCertificate
-        {CertificateSlot::kSignatureAlgorithm, &kAlgorithmIdentifier}, // signatureAlgorithm  AlgorithmIdentifier
-        {CertificateSlot::kSignatureValue, &kBitString},               // signatureValue      BIT STRING
+        {CertificateSlot::kTbsCertificate, &kTbsCertificate},           // tbsCertificate      TBSCertificate
+        {CertificateSlot::kSignatureAlgorithm, &kAlgorithmIdentifier},  // signatureAlgorithm  AlgorithmIdentifier
+        {CertificateSlot::kSignatureValue, &kBitString},                // signatureValue      BIT STRING
     });
 
 }  // namespace
@@ -242,7 +242,8 @@ extern "C" TV_API uint32_t SetCertificateIssuer_i(Certificate* certificate, X509
 
 extern "C" TV_API uint32_t GetCertificateVersion(const Certificate* certificate, uint32_t* outVersion) {
     if (!certificate || !outVersion) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
-    return GetVersion(TV_SITE, TbsField(certificate, TbsCertificateSlot::kVersion), VersionForm::kFourOctets, outVersion);
+    const void* version = TbsField(certificate, TbsCertificateSlot::kVersion);
+    return GetVersion(TV_SITE, version, VersionForm::kFourOctets, outVersion);
 }
 
 extern "C" TV_API uint32_t SetCertificateVersion(Certificate* certificate, uint32_t version) {

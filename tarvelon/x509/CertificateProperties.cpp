@@ -34,7 +34,8 @@ constexpr uint32_t kEncodingBuffer = 2048;
 // part the certificate's (311).
 uint32_t SpkiOf(const Certificate* cert, void** out) {
     const void* spki = nullptr;
-    TV_TRY(WalkPresent(TV_SITE, cert, &spki, CertificateSlot::kTbsCertificate, TbsCertificateSlot::kSubjectPublicKeyInfo));
+    TV_TRY(WalkPresent(TV_SITE, cert, &spki, CertificateSlot::kTbsCertificate,
+                       TbsCertificateSlot::kSubjectPublicKeyInfo));
     *out = const_cast<void*>(spki);
     return TV_OK;
 }
@@ -280,7 +281,8 @@ extern "C" TV_API uint32_t SetCertificateAuthorityKeyIdentifier2(Certificate* ce
             return EncodeX509Name(issuer, out, outLen);
         }));
         TV_TRY(CreateX509GeneralNames(reinterpret_cast<GeneralNames**>(names.Out())));
-        TV_TRY(AddX509GeneralName(names.as<GeneralNames>(), Index(desc::GeneralNameKind::kDirectoryName), name.get(), nameLen));
+        TV_TRY(AddX509GeneralName(names.as<GeneralNames>(), Index(desc::GeneralNameKind::kDirectoryName), name.get(),
+                                  nameLen));
     }
     HeapBytes value;
     uint32_t valueLen = 0;

@@ -104,8 +104,8 @@ extern "C" TV_API uint32_t GetPKCS10CertReqPublicKeyAlgorithmOidAndParameters(co
     if (!outOidLen) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
     const void* spki = nullptr;
     TV_TRY(SpkiFor(request, &spki));
-    return GetAlgorithmOidAndParameters(Slot(spki, desc::SubjectPublicKeyInfoSlot::kAlgorithm), outOid, outOidLen, outParams,
-                                        outParamsLen);
+    return GetAlgorithmOidAndParameters(Slot(spki, desc::SubjectPublicKeyInfoSlot::kAlgorithm), outOid, outOidLen,
+                                        outParams, outParamsLen);
 }
 
 extern "C" TV_API uint32_t SetPKCS10CertReqPublicKeyAlgorithmOidAndParameters(PKCS10CertReq* request,
@@ -221,8 +221,8 @@ extern "C" TV_API uint32_t SetPKCS10CertReqExtensions(PKCS10CertReq* request, co
     fresh.Release();
     for (uint32_t i = list->count - 1; i-- > 0;) {
         auto* attribute = static_cast<void* const*>(list->items[i]);
-        if (attribute && IsOidAndAsn1ObjectIdentifierEquals(
-                             oid::kExtensionRequest, static_cast<const Asn1Primitive*>(Slot(attribute, desc::AttributeSlot::kType))))
+        const void* type = attribute ? Slot(attribute, desc::AttributeSlot::kType) : nullptr;
+        if (type && IsOidAndAsn1ObjectIdentifierEquals(oid::kExtensionRequest, static_cast<const Asn1Primitive*>(type)))
             TV_TRY(ListRemoveAt(list, i, &desc::kAttribute));
     }
     return TV_OK;

@@ -24,9 +24,9 @@ constexpr Asn1Descriptor kOptionalCrlExtensions = Explicit(0, Optional(SequenceO
 
 // RevokedCertificate ::= SEQUENCE {                                    (RFC 5280 5.1)
 constexpr auto kRevokedCertificateParts = Slots<RevokedCertificateSlot>({
-        {RevokedCertificateSlot::kUserCertificate, &kInteger},                       // userCertificate     CertificateSerialNumber
-        {RevokedCertificateSlot::kRevocationDate, &kTime},                           // revocationDate      Time
-        {RevokedCertificateSlot::kCrlEntryExtensions, &kOptionalEntryExtensions},    // crlEntryExtensions  Extensions OPTIONAL
+        {RevokedCertificateSlot::kUserCertificate, &kInteger},                     // userCertificate     CertificateSerialNumber
+        {RevokedCertificateSlot::kRevocationDate, &kTime},                         // revocationDate      Time
+        {RevokedCertificateSlot::kCrlEntryExtensions, &kOptionalEntryExtensions},  // crlEntryExtensions  Extensions OPTIONAL
     });
 
 }  // namespace
@@ -40,13 +40,13 @@ constexpr Asn1Descriptor kOptionalRevokedCertificates = Optional(SequenceOf<&kRe
 
 // TBSCertList ::= SEQUENCE {                                           (RFC 5280 5.1)
 constexpr auto kTbsCertListParts = Slots<TbsCertListSlot>({
-    {TbsCertListSlot::kVersion, &kOptionalVersion},                        // version              Version OPTIONAL
-    {TbsCertListSlot::kSignature, &kAlgorithmIdentifier},                  // signature            AlgorithmIdentifier
-    {TbsCertListSlot::kIssuer, &kX509Name},                            // issuer               Name (its one alternative)
-    {TbsCertListSlot::kThisUpdate, &kTime},                                // thisUpdate           Time
-    {TbsCertListSlot::kNextUpdate, &kOptionalTime},                        // nextUpdate           Time OPTIONAL
-    {TbsCertListSlot::kRevokedCertificates, &kOptionalRevokedCertificates},// revokedCertificates  SEQUENCE OF ... OPTIONAL
-    {TbsCertListSlot::kCrlExtensions, &kOptionalCrlExtensions},               // crlExtensions        [0] EXPLICIT Extensions OPTIONAL
+    {TbsCertListSlot::kVersion, &kOptionalVersion},                          // version              Version OPTIONAL
+    {TbsCertListSlot::kSignature, &kAlgorithmIdentifier},                    // signature            AlgorithmIdentifier
+    {TbsCertListSlot::kIssuer, &kX509Name},                                  // issuer               Name (its one alternative)
+    {TbsCertListSlot::kThisUpdate, &kTime},                                  // thisUpdate           Time
+    {TbsCertListSlot::kNextUpdate, &kOptionalTime},                          // nextUpdate           Time OPTIONAL
+    {TbsCertListSlot::kRevokedCertificates, &kOptionalRevokedCertificates},  // revokedCertificates  SEQUENCE OF ... OPTIONAL
+    {TbsCertListSlot::kCrlExtensions, &kOptionalCrlExtensions},              // crlExtensions        [0] EXPLICIT Extensions OPTIONAL
 });
 
 }  // namespace
@@ -57,9 +57,9 @@ namespace {
 
 // CertificateList ::= SEQUENCE {                                       (RFC 5280 5.1)
 constexpr auto kCertificateListParts = Slots<CertificateListSlot>({
-        {CertificateListSlot::kTbsCertList, &kTbsCertList},                    // tbsCertList         TBSCertList
-        {CertificateListSlot::kSignatureAlgorithm, &kAlgorithmIdentifier},     // signatureAlgorithm  AlgorithmIdentifier
-        {CertificateListSlot::kSignatureValue, &kBitString},                   // signatureValue      BIT STRING
+        {CertificateListSlot::kTbsCertList, &kTbsCertList},                 // tbsCertList         TBSCertList
+        {CertificateListSlot::kSignatureAlgorithm, &kAlgorithmIdentifier},  // signatureAlgorithm  AlgorithmIdentifier
+        {CertificateListSlot::kSignatureValue, &kBitString},                // signatureValue      BIT STRING
     });
 
 }  // namespace
@@ -410,8 +410,8 @@ extern "C" TV_API uint32_t FindX509CrlFind(const X509Crl* crl, const X509Name* i
     TV_TRY(TbsOf(TV_SITE, kSignedCrl, crl, &tbs));
     HeapBytes sought;
     uint32_t soughtLen = 0;
-    TV_TRY(EncodeToHeap(
-        TV_SITE, [&](uint8_t* buffer, uint32_t* len) { return EncodeX509Name(issuer, buffer, len); }, sought, &soughtLen));
+    auto encodeIssuer = [&](uint8_t* buffer, uint32_t* len) { return EncodeX509Name(issuer, buffer, len); };
+    TV_TRY(EncodeToHeap(TV_SITE, encodeIssuer, sought, &soughtLen));
 
     const auto* list = static_cast<const Asn1List*>(Slot(tbs, TbsCertListSlot::kRevokedCertificates));
     const auto* own = static_cast<const X509Name*>(Slot(tbs, TbsCertListSlot::kIssuer));

@@ -16,18 +16,18 @@ constexpr Asn1Descriptor kRequestAttributes = Implicit(0, SetOf<&kAttribute>());
 
 // CertificationRequestInfo ::= SEQUENCE {                              (RFC 2986 4.1)
 constexpr auto kRequestInfoParts = Slots<CertificationRequestInfoSlot>({
-    {CertificationRequestInfoSlot::kVersion, &kInteger},                   // version        INTEGER { v1(0) }
-    {CertificationRequestInfoSlot::kSubject, &kX509Name},                  // subject        Name
+    {CertificationRequestInfoSlot::kVersion, &kInteger},                     // version        INTEGER { v1(0) }
+    {CertificationRequestInfoSlot::kSubject, &kX509Name},                    // subject        Name
     {CertificationRequestInfoSlot::kSubjectPKInfo, &kSubjectPublicKeyInfo},  // subjectPKInfo  SubjectPublicKeyInfo
-    {CertificationRequestInfoSlot::kAttributes, &kRequestAttributes},      // attributes     [0] IMPLICIT Attributes
+    {CertificationRequestInfoSlot::kAttributes, &kRequestAttributes},        // attributes     [0] IMPLICIT Attributes
 });
 constinit const Asn1Descriptor kCertificationRequestInfo = Sequence(kRequestInfoParts);
 
 // CertificationRequest ::= SEQUENCE {                                  (RFC 2986 4.2)
 constexpr auto kRequestParts = Slots<CertificationRequestSlot>({
-    {CertificationRequestSlot::kCertificationRequestInfo, &kCertificationRequestInfo},          // certificationRequestInfo  CertificationRequestInfo
-    {CertificationRequestSlot::kSignatureAlgorithm, &kAlgorithmIdentifier},  // signatureAlgorithm        AlgorithmIdentifier
-    {CertificationRequestSlot::kSignature, &kBitString},                    // signature                 BIT STRING
+    {CertificationRequestSlot::kCertificationRequestInfo, &kCertificationRequestInfo},  // certificationRequestInfo  CertificationRequestInfo
+    {CertificationRequestSlot::kSignatureAlgorithm, &kAlgorithmIdentifier},             // signatureAlgorithm        AlgorithmIdentifier
+    {CertificationRequestSlot::kSignature, &kBitString},                                // signature                 BIT STRING
 });
 constinit const Asn1Descriptor kCertificationRequest = Sequence(kRequestParts);
 
