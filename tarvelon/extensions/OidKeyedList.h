@@ -20,7 +20,7 @@ bool HasOid(const void* element, KeySlot key, const uint8_t* packedOid) noexcept
 // The index of the first element keyed by the OID, recording nothing: for searches that walk many
 // lists, a list without that OID is an answer rather than a failure.
 template <SlotEnum KeySlot>
-bool FindOid(const Asn1List* list, KeySlot key, const uint8_t* packedOid, uint32_t* index) noexcept {
+[[nodiscard]] bool FindOid(const Asn1List* list, KeySlot key, const uint8_t* packedOid, uint32_t* index) noexcept {
     for (uint32_t i = 0; list && i < list->count; ++i) {
         if (HasOid(list->items[i], key, packedOid)) {
             *index = i;
@@ -32,7 +32,7 @@ bool FindOid(const Asn1List* list, KeySlot key, const uint8_t* packedOid, uint32
 
 // The first element keyed by the OID, or null: where a value is read by OID.
 template <SlotEnum KeySlot>
-const void* ElementWithOid(const Asn1List* list, KeySlot key, const uint8_t* packedOid) noexcept {
+[[nodiscard]] const void* ElementWithOid(const Asn1List* list, KeySlot key, const uint8_t* packedOid) noexcept {
     uint32_t index = 0;
     return FindOid(list, key, packedOid, &index) ? list->items[index] : nullptr;
 }
@@ -50,7 +50,8 @@ enum class OidWalk {
 
 // Frees the elements keyed by the OID (`f` is the list's family; its removal failure ends the walk).
 template <SlotEnum KeySlot>
-uint32_t RemoveOid(const Family& f, Asn1List* list, KeySlot key, const uint8_t* packedOid, OidWalk walk) noexcept {
+[[nodiscard]] uint32_t RemoveOid(const Family& f, Asn1List* list, KeySlot key, const uint8_t* packedOid,
+                                 OidWalk walk) noexcept {
     if (!list) return TV_OK;
     if (walk == OidWalk::kForwardSkippingMovedIn) {
         for (uint32_t i = 0; i < list->count; ++i)
