@@ -31,11 +31,11 @@ constexpr Asn1Descriptor kSetOfInteger = SetOf<&kInteger>();
 // Versioned ::= SEQUENCE {
 //      version  [0] EXPLICIT INTEGER DEFAULT 0,
 //      body     INTEGER }
-enum class VersionedSlot : uint32_t { Version, Body, Count };
+enum class VersionedSlot : uint32_t { kVersion, kBody, kCount };
 constexpr Asn1Descriptor kVersion = Optional(Explicit(0, kInteger), &kIntegerZero);
-constexpr Components<2> kVersionedParts = Slots<VersionedSlot, 2>({
-    {VersionedSlot::Version, &kVersion},  // version  [0] EXPLICIT INTEGER DEFAULT 0
-    {VersionedSlot::Body, &kInteger},     // body     INTEGER
+constexpr auto kVersionedParts = Slots<VersionedSlot>({
+    {VersionedSlot::kVersion, &kVersion},  // version  [0] EXPLICIT INTEGER DEFAULT 0
+    {VersionedSlot::kBody, &kInteger},     // body     INTEGER
 });
 constexpr Asn1Descriptor kVersioned = Sequence(kVersionedParts);
 
@@ -45,27 +45,27 @@ constexpr Asn1Descriptor kVersioned = Sequence(kVersionedParts);
 //      flag     [0] EXPLICIT BOOLEAN,
 //      text     [1] IMPLICIT UTF8String,
 //      numbers  [2] IMPLICIT SET OF INTEGER }
-enum class PickAlternative : uint32_t { Number, Octets, Flag, Text, Numbers, Count };
+enum class PickAlternative : uint32_t { kNumber, kOctets, kFlag, kText, kNumbers, kCount };
 constexpr Asn1Descriptor kFlag = Explicit(0, kBoolean);
 constexpr Asn1Descriptor kText = Implicit(1, kUtf8String);
 constexpr Asn1Descriptor kNumbers = Implicit(2, kSetOfInteger);
-constexpr Components<5> kPickAlternatives = Slots<PickAlternative, 5>({
-    {PickAlternative::Number, &kInteger},      // number   INTEGER
-    {PickAlternative::Octets, &kOctetString},  // octets   OCTET STRING
-    {PickAlternative::Flag, &kFlag},           // flag     [0] EXPLICIT BOOLEAN
-    {PickAlternative::Text, &kText},           // text     [1] IMPLICIT UTF8String
-    {PickAlternative::Numbers, &kNumbers},     // numbers  [2] IMPLICIT SET OF INTEGER
+constexpr auto kPickAlternatives = Slots<PickAlternative>({
+    {PickAlternative::kNumber, &kInteger},      // number   INTEGER
+    {PickAlternative::kOctets, &kOctetString},  // octets   OCTET STRING
+    {PickAlternative::kFlag, &kFlag},           // flag     [0] EXPLICIT BOOLEAN
+    {PickAlternative::kText, &kText},           // text     [1] IMPLICIT UTF8String
+    {PickAlternative::kNumbers, &kNumbers},     // numbers  [2] IMPLICIT SET OF INTEGER
 });
 constexpr Asn1Descriptor kPick = Choice(kPickAlternatives);
 
 // Wrapped ::= SEQUENCE {
 //      payload  ANY,
 //      extra    OCTET STRING OPTIONAL }
-enum class WrappedSlot : uint32_t { Payload, Extra, Count };
+enum class WrappedSlot : uint32_t { kPayload, kExtra, kCount };
 constexpr Asn1Descriptor kOptionalOctets = Optional(kOctetString);
-constexpr Components<2> kWrappedParts = Slots<WrappedSlot, 2>({
-    {WrappedSlot::Payload, &kAny},           // payload  ANY
-    {WrappedSlot::Extra, &kOptionalOctets},  // extra    OCTET STRING OPTIONAL
+constexpr auto kWrappedParts = Slots<WrappedSlot>({
+    {WrappedSlot::kPayload, &kAny},           // payload  ANY
+    {WrappedSlot::kExtra, &kOptionalOctets},  // extra    OCTET STRING OPTIONAL
 });
 constexpr Asn1Descriptor kWrapped = Sequence(kWrappedParts);
 

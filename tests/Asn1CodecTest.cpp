@@ -28,12 +28,17 @@ constinit const Asn1Primitive kFalse{ASN1_BOOLEAN, 1, const_cast<uint8_t*>(reint
 //   number   INTEGER,
 //   note     [1] IMPLICIT OCTET STRING OPTIONAL,
 //   text     UTF8String OPTIONAL }
-enum SampleSlot : uint32_t { kVersion, kFlag, kNumber, kNote, kText };
+enum class SampleSlot : uint32_t { kVersion, kFlag, kNumber, kNote, kText, kCount };
+constexpr auto kVersion = SampleSlot::kVersion;
+constexpr auto kFlag = SampleSlot::kFlag;
+constexpr auto kNumber = SampleSlot::kNumber;
+constexpr auto kNote = SampleSlot::kNote;
+constexpr auto kText = SampleSlot::kText;
 constexpr Asn1Descriptor kVersionD = Optional(Explicit(0, desc::kInteger), &kZero);
 constexpr Asn1Descriptor kFlagD = Optional(desc::kBoolean, &kFalse);
 constexpr Asn1Descriptor kNoteD = Optional(Implicit(1, desc::kOctetString));
 constexpr Asn1Descriptor kTextD = Optional(desc::kUtf8String);
-constexpr Components<5> kSampleParts = Slots<SampleSlot, 5>({
+constexpr auto kSampleParts = Slots<SampleSlot>({
     {kVersion, &kVersionD},          // version [0] EXPLICIT INTEGER DEFAULT 0
     {kFlag, &kFlagD},                // flag BOOLEAN DEFAULT FALSE
     {kNumber, &desc::kInteger},      // number INTEGER
@@ -49,8 +54,11 @@ constexpr Asn1Descriptor kAnySeqOf = SequenceOf<&desc::kAny>();
 // Alt ::= CHOICE { n INTEGER, s [2] IMPLICIT OCTET STRING, e [3] EXPLICIT BOOLEAN }
 constexpr Asn1Descriptor kAltS = Implicit(2, desc::kOctetString);
 constexpr Asn1Descriptor kAltE = Explicit(3, desc::kBoolean);
-enum AltSlot : uint32_t { kAltNumber, kAltString, kAltExplicit };
-constexpr Components<3> kAltParts = Slots<AltSlot, 3>({
+enum class AltSlot : uint32_t { kAltNumber, kAltString, kAltExplicit, kCount };
+constexpr auto kAltNumber = AltSlot::kAltNumber;
+constexpr auto kAltString = AltSlot::kAltString;
+constexpr auto kAltExplicit = AltSlot::kAltExplicit;
+constexpr auto kAltParts = Slots<AltSlot>({
     {kAltNumber, &desc::kInteger},   // n INTEGER
     {kAltString, &kAltS},            // s [2] IMPLICIT OCTET STRING
     {kAltExplicit, &kAltE},          // e [3] EXPLICIT BOOLEAN
@@ -65,8 +73,9 @@ extern const Asn1Descriptor kNest;
 constexpr Asn1Descriptor kNestList{ASN1_CLASS_UNIVERSAL, ASN1_CONSTRUCTED_FORM, 0, ASN1_SEQUENCE_OF, -1, 0,
                                    kListElement<&kNest>.items, 1, nullptr};
 constexpr Asn1Descriptor kNestListOpt = Optional(kNestList);
-enum NestSlot : uint32_t { kNestInner };
-constexpr Components<1> kNestParts = Slots<NestSlot, 1>({{kNestInner, &kNestListOpt}});
+enum class NestSlot : uint32_t { kNestInner, kCount };
+constexpr auto kNestInner = NestSlot::kNestInner;
+constexpr auto kNestParts = Slots<NestSlot>({{kNestInner, &kNestListOpt}});
 constinit const Asn1Descriptor kNest = Sequence(kNestParts);
 
 struct DecodeCase {
@@ -210,15 +219,15 @@ TEST(Decoder, AbsentOptionalLeavesElementForNext) {
     ASSERT_EQ(Decode(Hex("30 05 02 01 05 81 00"), t), 0u);
     auto** slots = t.as<void*>();
     // The defaults are filled in as copies, the absent OPTIONAL without default stays null.
-    ASSERT_NE(slots[kVersion], nullptr);
-    EXPECT_EQ(ToHex(static_cast<Asn1Primitive*>(slots[kVersion])->content, 1), "00");
-    ASSERT_NE(slots[kFlag], nullptr);
-    EXPECT_NE(slots[kFlag], &kFalse);
-    EXPECT_EQ(static_cast<Asn1Primitive*>(slots[kNumber])->content[0], 5);
-    ASSERT_NE(slots[kNote], nullptr);
-    EXPECT_EQ(static_cast<Asn1Primitive*>(slots[kNote])->length, 0u);
-    EXPECT_EQ(static_cast<Asn1Primitive*>(slots[kNote])->word, uint32_t{ASN1_OCTET_STRING});
-    EXPECT_EQ(slots[kText], nullptr);
+    ASSERT_NE(Slot(slots, kVersion), nullptr);
+    EXPECT_EQ(ToHex(static_cast<Asn1Primitive*>(Slot(slots, kVersion))->content, 1), "00");
+    ASSERT_NE(Slot(slots, kFlag), nullptr);
+    EXPECT_NE(Slot(slots, kFlag), &kFalse);
+    EXPECT_EQ(static_cast<Asn1Primitive*>(Slot(slots, kNumber))->content[0], 5);
+    ASSERT_NE(Slot(slots, kNote), nullptr);
+    EXPECT_EQ(static_cast<Asn1Primitive*>(Slot(slots, kNote))->length, 0u);
+    EXPECT_EQ(static_cast<Asn1Primitive*>(Slot(slots, kNote))->word, uint32_t{ASN1_OCTET_STRING});
+    EXPECT_EQ(Slot(slots, kText), nullptr);
 }
 
 TEST(Decoder, EmptyInputAndNullArguments) {
@@ -397,10 +406,10 @@ TEST(Encoder, DefaultOmission) {
     Tree t(&kSample);
     ASSERT_EQ(CreateAsn1Object(&kSample, &t.v, 1), 0u);
     auto** slots = t.as<void*>();
-    ASSERT_EQ(SetAsn1Int32(static_cast<Asn1Primitive*>(slots[kNumber]), 5), 0u);
+    ASSERT_EQ(SetAsn1Int32(static_cast<Asn1Primitive*>(Slot(slots, kNumber)), 5), 0u);
     EXPECT_EQ(ToHex(Encode(t.v, &kSample)), "30 03 02 01 05");  // version 0 and FALSE omitted
-    ASSERT_EQ(SetAsn1Int32(static_cast<Asn1Primitive*>(slots[kVersion]), 2), 0u);
-    ASSERT_EQ(SetBoolean(static_cast<Asn1Primitive*>(slots[kFlag]), true), 0u);
+    ASSERT_EQ(SetAsn1Int32(static_cast<Asn1Primitive*>(Slot(slots, kVersion)), 2), 0u);
+    ASSERT_EQ(SetBoolean(static_cast<Asn1Primitive*>(Slot(slots, kFlag)), true), 0u);
     EXPECT_EQ(ToHex(Encode(t.v, &kSample)), "30 0B A0 03 02 01 02 01 01 FF 02 01 05");
 }
 

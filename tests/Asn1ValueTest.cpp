@@ -20,11 +20,19 @@ constinit const Asn1Primitive kZero{ASN1_INTEGER, 1, const_cast<uint8_t*>(reinte
 constexpr Asn1Descriptor kDefaultInt = Optional(desc::kInteger, &kZero);
 constexpr Asn1Descriptor kOptOctets = Optional(desc::kOctetString);
 constexpr Asn1Descriptor kIntList = SequenceOf<&desc::kInteger>();
-enum AltSlot : uint32_t { kAltInt, kAltOctets };
-constexpr Components<2> kAltParts = Slots<AltSlot, 2>({{kAltInt, &desc::kInteger}, {kAltOctets, &desc::kOctetString}});
+enum class AltSlot : uint32_t { kAltInt, kAltOctets, kCount };
+constexpr auto kAltInt = AltSlot::kAltInt;
+constexpr auto kAltOctets = AltSlot::kAltOctets;
+constexpr auto kAltParts = Slots<AltSlot>({{kAltInt, &desc::kInteger}, {kAltOctets, &desc::kOctetString}});
 constexpr Asn1Descriptor kAlt = Choice(kAltParts);
-enum HolderSlot : uint32_t { kV, kN, kC, kA, kL, kO };
-constexpr Components<6> kHolderParts = Slots<HolderSlot, 6>({
+enum class HolderSlot : uint32_t { kV, kN, kC, kA, kL, kO, kCount };
+constexpr auto kV = HolderSlot::kV;
+constexpr auto kN = HolderSlot::kN;
+constexpr auto kC = HolderSlot::kC;
+constexpr auto kA = HolderSlot::kA;
+constexpr auto kL = HolderSlot::kL;
+constexpr auto kO = HolderSlot::kO;
+constexpr auto kHolderParts = Slots<HolderSlot>({
     {kV, &kDefaultInt},       // v INTEGER DEFAULT 0
     {kN, &desc::kInteger},    // n INTEGER
     {kC, &kAlt},              // c CHOICE { INTEGER, OCTET STRING }
@@ -40,16 +48,16 @@ TEST(Create, LeavesFlagAndOptionals) {
         Tree t(&kHolder);
         ASSERT_EQ(CreateAsn1Object(&kHolder, &t.v, leaves), 0u);
         auto** s = t.as<void*>();
-        ASSERT_NE(s[kV], nullptr);  // DEFAULT: a copy of the default, whatever the flag
-        EXPECT_EQ(static_cast<Asn1Primitive*>(s[kV])->content[0], 0);
-        EXPECT_EQ(s[kN] != nullptr, leaves == 1);  // primitive slots only with leaves
-        ASSERT_NE(s[kC], nullptr);  // CHOICE, ANY and lists always
-        EXPECT_EQ(static_cast<Asn1ChoiceValue*>(s[kC])->index, 0);
-        EXPECT_EQ(static_cast<Asn1ChoiceValue*>(s[kC])->value, nullptr);
-        EXPECT_NE(s[kA], nullptr);
-        ASSERT_NE(s[kL], nullptr);
-        EXPECT_EQ(static_cast<Asn1List*>(s[kL])->sorted, 1u);
-        EXPECT_EQ(s[kO], nullptr);  // OPTIONAL without default stays absent
+        ASSERT_NE(Slot(s, kV), nullptr);  // DEFAULT: a copy of the default, whatever the flag
+        EXPECT_EQ(static_cast<Asn1Primitive*>(Slot(s, kV))->content[0], 0);
+        EXPECT_EQ(Slot(s, kN) != nullptr, leaves == 1);  // primitive slots only with leaves
+        ASSERT_NE(Slot(s, kC), nullptr);  // CHOICE, ANY and lists always
+        EXPECT_EQ(static_cast<Asn1ChoiceValue*>(Slot(s, kC))->index, 0);
+        EXPECT_EQ(static_cast<Asn1ChoiceValue*>(Slot(s, kC))->value, nullptr);
+        EXPECT_NE(Slot(s, kA), nullptr);
+        ASSERT_NE(Slot(s, kL), nullptr);
+        EXPECT_EQ(static_cast<Asn1List*>(Slot(s, kL))->sorted, 1u);
+        EXPECT_EQ(Slot(s, kO), nullptr);  // OPTIONAL without default stays absent
     }
     void* v = nullptr;
     EXPECT_EQ(CreateAsn1Object(&kOptOctets, &v, 1), 0u);
@@ -67,7 +75,7 @@ TEST(Create, OptionalSequence) {
     EXPECT_EQ(t.v, nullptr);
     ASSERT_EQ(CreateOptionalAsn1Sequence(&kOptHolder, &t.v, 1), 0u);
     ASSERT_NE(t.v, nullptr);
-    EXPECT_NE(t.as<void*>()[kN], nullptr);
+    EXPECT_NE(Slot(t.as<void*>(), kN), nullptr);
     void* v = nullptr;
     EXPECT_EQ(CreateOptionalAsn1Sequence(&kHolder, &v, 1), 32u);            // not OPTIONAL
     EXPECT_EQ(CreateOptionalAsn1Sequence(&kOptOctets, &v, 1), 32u);         // not a SEQUENCE
@@ -119,9 +127,9 @@ TEST(Copy, DeepAndRefusals) {
     ASSERT_EQ(CopyValue(&kHolder, t.v, &copy.v), 0u);
     EXPECT_EQ(ToHex(Encode(copy.v, &kHolder)), ToHex(Encode(t.v, &kHolder)));
     // Deep: the copy owns its leaves.
-    EXPECT_NE(copy.as<void*>()[kN], t.as<void*>()[kN]);
-    EXPECT_NE(static_cast<Asn1Primitive*>(copy.as<void*>()[kN])->content,
-              static_cast<Asn1Primitive*>(t.as<void*>()[kN])->content);
+    EXPECT_NE(Slot(copy.as<void*>(), kN), Slot(t.as<void*>(), kN));
+    EXPECT_NE(static_cast<Asn1Primitive*>(Slot(copy.as<void*>(), kN))->content,
+              static_cast<Asn1Primitive*>(Slot(t.as<void*>(), kN))->content);
     // A NULL component cannot be copied: the copy fails and leaves nothing behind.
     constexpr Asn1Descriptor kWithNull = SequenceOf<&desc::kNull>();
     Tree nulls(&kWithNull);

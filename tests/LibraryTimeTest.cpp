@@ -213,7 +213,7 @@ TEST(LibraryTimeTest, SlotWritersReplaceAndKeepOnFailure) {
     EXPECT_EQ(Show(back), Show(second));
     static_cast<Asn1ChoiceValue*>(choice)->index = 2;  // an alternative Time does not have
     EXPECT_EQ(tv::GetTimeFromTimeChoice(choice, &back), TV_ERR_NOT_DER);
-    static_cast<Asn1ChoiceValue*>(choice)->index = tv::desc::kGeneralizedTimeAlternative;
+    static_cast<Asn1ChoiceValue*>(choice)->index = tv::Index(tv::desc::TimeAlternative::kGeneralTime);
     FreeAsn1Object(&tv::desc::kTime, choice);
 
     uint8_t out[17];

@@ -478,13 +478,13 @@ TEST(X509Algorithm, GostKeysInTheTree) {
     };
     for (const auto& row : rows) {
         SCOPED_TRACE(row.name);
-        ASSERT_EQ(SetAlgorithmIdAndParameters(&slots[desc::kSpkiAlgorithm], row.algId, row.params.data(),
+        ASSERT_EQ(SetAlgorithmIdAndParameters(&Slot(slots, desc::SubjectPublicKeyInfoSlot::kAlgorithm), row.algId, row.params.data(),
                                               static_cast<uint32_t>(row.params.size())),
                   TV_OK);
         keyLen = sizeof key;
         EXPECT_EQ(GetCheckedGostPublicKey(tree.v, key, &keyLen, &ids[0], &ids[1], &ids[2]), row.rc);
     }
-    ASSERT_EQ(SetAlgorithmOidAndParameters(&slots[desc::kSpkiAlgorithm], Packed("1.2.643.100.1").data(), nullptr, 0),
+    ASSERT_EQ(SetAlgorithmOidAndParameters(&Slot(slots, desc::SubjectPublicKeyInfoSlot::kAlgorithm), Packed("1.2.643.100.1").data(), nullptr, 0),
               TV_OK);
     EXPECT_EQ(GetCheckedGostPublicKey(tree.v, key, &keyLen, &ids[0], &ids[1], &ids[2]), TV_ERR_OID_NOT_FOUND);
 
@@ -505,8 +505,8 @@ TEST(X509Algorithm, GostKeysInTheTree) {
     ASSERT_EQ(SetSubjectPublicKey(tree.v, bigger.data(), 271), TV_OK);
     keyLen = sizeof key;
     EXPECT_EQ(GetGostPublicKey(tree.v, key, &keyLen), TV_ERR_WORK_BUFFER);
-    FreeAsn1Object(&desc::kBitString, slots[desc::kSubjectPublicKey]);
-    slots[desc::kSubjectPublicKey] = nullptr;
+    FreeAsn1Object(&desc::kBitString, Slot(slots, desc::SubjectPublicKeyInfoSlot::kSubjectPublicKey));
+    Slot(slots, desc::SubjectPublicKeyInfoSlot::kSubjectPublicKey) = nullptr;
     ASSERT_EQ(SetSubjectPublicKey(tree.v, raw.data(), 64), TV_OK);  // created when absent
     keyLen = sizeof key;
     EXPECT_EQ(GetSubjectPublicKey(tree.v, key, &keyLen), TV_OK);

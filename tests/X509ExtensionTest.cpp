@@ -69,8 +69,8 @@ TEST(X509Extension, GetterPrecedenceAndSizes) {
     X509Extension* e = nullptr;
     ASSERT_EQ(CreateX509Extension(&e, kOidA.data(), 1, kValue.data(), uint32_t(kValue.size())), 0u);
     const uint8_t one = 0x01;
-    auto** slots = reinterpret_cast<void**>(e);
-    ASSERT_EQ(tv::SetPrimitive(static_cast<Asn1Primitive*>(slots[tv::desc::kCritical]), ASN1_BOOLEAN, &one, 1), 0u);
+    auto* flag = static_cast<Asn1Primitive*>(tv::Slot(e, tv::desc::ExtensionSlot::kCritical));
+    ASSERT_EQ(tv::SetPrimitive(flag, ASN1_BOOLEAN, &one, 1), 0u);
     uint32_t oidLen = 0, valueLen = 0, critical = 0;
     EXPECT_EQ(GetX509Extension(e, nullptr, &oidLen, &critical, nullptr, &valueLen), 307u);
     EXPECT_EQ(oidLen, 4u);

@@ -1,16 +1,20 @@
 // Builders for constant descriptor tables, so a table reads like the ASN.1 it describes:
 //
 //   // AlgorithmIdentifier ::= SEQUENCE { algorithm OBJECT IDENTIFIER, parameters ANY OPTIONAL }
-//   enum AlgorithmIdentifier : uint32_t { kAlgorithm, kParameters, kAlgorithmIdentifierCount };
-//   constexpr Components<2> kAlgIdParts = Slots<AlgorithmIdentifier, 2>({
-//       {kAlgorithm, &kOid},             // algorithm  OBJECT IDENTIFIER
-//       {kParameters, &kOptionalAny},    // parameters ANY DEFINED BY algorithm OPTIONAL
+//   enum class AlgorithmIdentifierSlot : uint32_t { kAlgorithm, kParameters, kCount };
+//   constexpr auto kAlgIdParts = Slots<AlgorithmIdentifierSlot>({
+//       {AlgorithmIdentifierSlot::kAlgorithm, &kOid},            // algorithm  OBJECT IDENTIFIER
+//       {AlgorithmIdentifierSlot::kParameters, &kOptionalAny},   // parameters ANY DEFINED BY algorithm OPTIONAL
 //   });
 //   constinit const Asn1Descriptor kAlgorithmIdentifier = Sequence(kAlgIdParts);
+//
+// Every slot enum (and every enum of CHOICE alternatives) is scoped and ends with kCount, so a
+// table that misses an enumerator, or an enumerator added without its table row, does not compile.
 #pragma once
 
 #include <cstddef>
 #include <cstdint>
+#include <type_traits>
 
 #include "tarvelon/types.h"
 
@@ -26,9 +30,16 @@ struct Components {
     const Asn1Descriptor* items[N];
 };
 
-template <typename Slot>
+// A scoped enum naming the slots of a SEQUENCE or SET, or the alternatives of a CHOICE.
+template <typename E>
+concept SlotEnum = std::is_enum_v<E> && !std::is_convertible_v<E, int> && requires { E::kCount; };
+
+template <SlotEnum E>
+constexpr size_t SlotCount = static_cast<size_t>(E::kCount);
+
+template <typename E>
 struct SlotEntry {
-    Slot slot;
+    E slot;
     const Asn1Descriptor* descriptor;
 };
 
@@ -36,8 +47,9 @@ struct SlotEntry {
 // Deliberately not constexpr: reaching it during constant evaluation is a compile error.
 inline void ComponentSlotsOutOfOrder() {}
 
-template <typename Slot, size_t N>
-consteval Components<N> Slots(const SlotEntry<Slot> (&entries)[N]) {
+template <SlotEnum E, size_t N>
+consteval Components<N> Slots(const SlotEntry<E> (&entries)[N]) {
+    static_assert(N == SlotCount<E>, "one table row per enumerator before kCount");
     Components<N> c{};
     for (size_t i = 0; i < N; ++i) {
         if (static_cast<size_t>(entries[i].slot) != i)
@@ -45,6 +57,34 @@ consteval Components<N> Slots(const SlotEntry<Slot> (&entries)[N]) {
         c.items[i] = entries[i].descriptor;
     }
     return c;
+}
+
+// The slot of a structure value (SEQUENCE, SET) named by its enum; structure values are arrays
+// of component pointers in slot order.
+template <SlotEnum E>
+inline void*& Slot(void* value, E s) noexcept {
+    return static_cast<void**>(value)[static_cast<size_t>(s)];
+}
+template <SlotEnum E>
+inline void* Slot(const void* value, E s) noexcept {
+    return static_cast<void* const*>(value)[static_cast<size_t>(s)];
+}
+// Leaves, CHOICE values and lists have no slots: reaching into one is a mistake the compiler catches.
+template <SlotEnum E> void Slot(const Asn1Primitive*, E) = delete;
+template <SlotEnum E> void Slot(const Asn1BitStringValue*, E) = delete;
+template <SlotEnum E> void Slot(const Asn1ChoiceValue*, E) = delete;
+template <SlotEnum E> void Slot(const Asn1List*, E) = delete;
+
+// The descriptor of a component named by its slot.
+template <SlotEnum E>
+constexpr const Asn1Descriptor* Component(const Asn1Descriptor& d, E s) noexcept {
+    return d.components[static_cast<size_t>(s)];
+}
+
+// The index a CHOICE value stores for an alternative.
+template <SlotEnum E>
+constexpr int32_t Index(E alternative) noexcept {
+    return static_cast<int32_t>(alternative);
 }
 
 template <size_t N>

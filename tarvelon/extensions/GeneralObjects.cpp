@@ -1,10 +1,15 @@
-// Standard extension values: scalar codecs, structures read into and written from separate fields,
-// and the list-valued extensions built element by element.
-#include "tarvelon/extensions/GeneralObjects.h"
+// Values of the extensions: the standard ones (RFC 5280, the OCSP nonce, the Netscape certificate
+// type, the Russian qualified-certificate extensions) and the private ones (storage lists, OCSP
+// check reports and request options, key storage, blocking dates, owner and parent information, the
+// Kestrune key identifier). Each is the DER of an extnValue, encoded from and decoded into separate
+// fields or built element by element as a list; the OIDs are the callers' business.
+#include <cstring>
 
+#include "tarvelon/engine/Fields.h"
+#include "tarvelon/extensions/GeneralObjects.h"
 #include "tarvelon/pkix/GeneralNames.h"
-#include "tarvelon/text/LibraryTime.h"
 #include "tarvelon/pkix/X509Name.h"
+#include "tarvelon/text/LibraryTime.h"
 #include "tarvelon/tarvelon.h"
 
 TV_MODULE(GeneralObjects)
@@ -18,11 +23,10 @@ constexpr Asn1Descriptor kNameValue = SequenceOf<&kRelativeDistinguishedName>();
 // DistributionPointName ::= CHOICE {                                   (RFC 5280 4.2.1.13)
 constexpr Asn1Descriptor kFullNameAlt = Implicit(0, kGeneralNamesValue);
 constexpr Asn1Descriptor kRelativeNameAlt = Implicit(1, kNameValue);
-constexpr Components<kDistributionPointNameKindCount> kDistributionPointNameAlternatives =
-    Slots<DistributionPointNameKind, kDistributionPointNameKindCount>({
-        {kFullName, &kFullNameAlt},                    // fullName                 [0] GeneralNames
-        {kNameRelativeToCrlIssuer, &kRelativeNameAlt}, // nameRelativeToCRLIssuer  [1] Name (whole RDNSequence)
-    });
+constexpr auto kDistributionPointNameAlternatives = Slots<DistributionPointNameKind>({
+    {DistributionPointNameKind::kFullName, &kFullNameAlt},                    // fullName                 [0] GeneralNames
+    {DistributionPointNameKind::kNameRelativeToCrlIssuer, &kRelativeNameAlt}, // nameRelativeToCRLIssuer  [1] Name (whole RDNSequence)
+});
 
 // A CHOICE under a context tag is tagged explicitly, even in an IMPLICIT TAGS module.
 constexpr Asn1Descriptor kDistributionPointNameField = Optional(Explicit(0, Choice(kDistributionPointNameAlternatives)));
@@ -30,23 +34,21 @@ constexpr Asn1Descriptor kReasonFlagsField = Optional(Implicit(1, kBitString));
 constexpr Asn1Descriptor kCrlIssuerField = Optional(Implicit(2, kGeneralNamesValue));
 
 // DistributionPoint ::= SEQUENCE {                                     (RFC 5280 4.2.1.13)
-constexpr Components<kDistributionPointSlotCount> kDistributionPointParts =
-    Slots<DistributionPointSlot, kDistributionPointSlotCount>({
-        {kDistributionPointField, &kDistributionPointNameField}, // distributionPoint [0] DistributionPointName OPTIONAL
-        {kReasons, &kReasonFlagsField},                           // reasons           [1] ReasonFlags OPTIONAL
-        {kCrlIssuer, &kCrlIssuerField},                           // cRLIssuer         [2] GeneralNames OPTIONAL
-    });
+constexpr auto kDistributionPointParts = Slots<DistributionPointSlot>({
+    {DistributionPointSlot::kName, &kDistributionPointNameField}, // distributionPoint [0] DistributionPointName OPTIONAL
+    {DistributionPointSlot::kReasons, &kReasonFlagsField},        // reasons           [1] ReasonFlags OPTIONAL
+    {DistributionPointSlot::kCrlIssuer, &kCrlIssuerField},        // cRLIssuer         [2] GeneralNames OPTIONAL
+});
 
 // AuthorityKeyIdentifier ::= SEQUENCE {                                (RFC 5280 4.2.1.1)
 constexpr Asn1Descriptor kKeyIdentifierField = Optional(Implicit(0, kOctetString));
 constexpr Asn1Descriptor kAuthorityCertIssuerField = Optional(Implicit(1, kGeneralNamesValue));
 constexpr Asn1Descriptor kAuthorityCertSerialField = Optional(Implicit(2, kInteger));
-constexpr Components<kAuthorityKeyIdentifierSlotCount> kAuthorityKeyIdentifierParts =
-    Slots<AuthorityKeyIdentifierSlot, kAuthorityKeyIdentifierSlotCount>({
-        {kKeyIdentifier, &kKeyIdentifierField},                   // keyIdentifier             [0] KeyIdentifier OPTIONAL
-        {kAuthorityCertIssuer, &kAuthorityCertIssuerField},       // authorityCertIssuer       [1] GeneralNames OPTIONAL
-        {kAuthorityCertSerialNumber, &kAuthorityCertSerialField}, // authorityCertSerialNumber [2] CertificateSerialNumber OPTIONAL
-    });
+constexpr auto kAuthorityKeyIdentifierParts = Slots<AuthorityKeyIdentifierSlot>({
+    {AuthorityKeyIdentifierSlot::kKeyIdentifier, &kKeyIdentifierField},                   // keyIdentifier             [0] KeyIdentifier OPTIONAL
+    {AuthorityKeyIdentifierSlot::kAuthorityCertIssuer, &kAuthorityCertIssuerField},       // authorityCertIssuer       [1] GeneralNames OPTIONAL
+    {AuthorityKeyIdentifierSlot::kAuthorityCertSerialNumber, &kAuthorityCertSerialField}, // authorityCertSerialNumber [2] CertificateSerialNumber OPTIONAL
+});
 
 // The flags of an issuing distribution point: BOOLEAN DEFAULT FALSE under a context tag.
 template <int32_t Tag>
@@ -56,15 +58,14 @@ constexpr Asn1Descriptor kFlag = Optional(Implicit(Tag, kBoolean), &kFalseValue)
 // The reasons are written and read under [1], the tag of onlyContainsUserCerts, where RFC 5280 has
 // [3]: values issued with this tag exist and must keep reading back, so an element under [3] is not
 // taken for the reasons.
-constexpr Components<kIssuingDistributionPointSlotCount> kIssuingDistributionPointParts =
-    Slots<IssuingDistributionPointSlot, kIssuingDistributionPointSlotCount>({
-        {kIdpDistributionPoint, &kDistributionPointNameField}, // distributionPoint          [0] DistributionPointName OPTIONAL
-        {kOnlyContainsUserCerts, &kFlag<1>},                   // onlyContainsUserCerts      [1] BOOLEAN DEFAULT FALSE
-        {kOnlyContainsCaCerts, &kFlag<2>},                     // onlyContainsCACerts        [2] BOOLEAN DEFAULT FALSE
-        {kOnlySomeReasons, &kReasonFlagsField},                // onlySomeReasons            [1] ReasonFlags OPTIONAL
-        {kIndirectCrl, &kFlag<4>},                             // indirectCRL                [4] BOOLEAN DEFAULT FALSE
-        {kOnlyContainsAttributeCerts, &kFlag<5>},              // onlyContainsAttributeCerts [5] BOOLEAN DEFAULT FALSE
-    });
+constexpr auto kIssuingDistributionPointParts = Slots<IssuingDistributionPointSlot>({
+    {IssuingDistributionPointSlot::kDistributionPoint, &kDistributionPointNameField}, // distributionPoint          [0] DistributionPointName OPTIONAL
+    {IssuingDistributionPointSlot::kOnlyContainsUserCerts, &kFlag<1>},                // onlyContainsUserCerts      [1] BOOLEAN DEFAULT FALSE
+    {IssuingDistributionPointSlot::kOnlyContainsCaCerts, &kFlag<2>},                  // onlyContainsCACerts        [2] BOOLEAN DEFAULT FALSE
+    {IssuingDistributionPointSlot::kOnlySomeReasons, &kReasonFlagsField},             // onlySomeReasons            [1] ReasonFlags OPTIONAL
+    {IssuingDistributionPointSlot::kIndirectCrl, &kFlag<4>},                          // indirectCRL                [4] BOOLEAN DEFAULT FALSE
+    {IssuingDistributionPointSlot::kOnlyContainsAttributeCerts, &kFlag<5>},           // onlyContainsAttributeCerts [5] BOOLEAN DEFAULT FALSE
+});
 
 // The same layout read when the first element after the name is the reasons: DER leaves a FALSE
 // user-certificates flag out, so its slot matches nothing (a private tag never written here) and
@@ -74,30 +75,27 @@ constexpr Asn1Descriptor kFlagNotPresent = [] {
     d.tagClass = ASN1_CLASS_PRIVATE;
     return d;
 }();
-constexpr Components<kIssuingDistributionPointSlotCount> kReasonsFirstParts =
-    Slots<IssuingDistributionPointSlot, kIssuingDistributionPointSlotCount>({
-        {kIdpDistributionPoint, &kDistributionPointNameField},
-        {kOnlyContainsUserCerts, &kFlagNotPresent},
-        {kOnlyContainsCaCerts, &kFlag<2>},
-        {kOnlySomeReasons, &kReasonFlagsField},
-        {kIndirectCrl, &kFlag<4>},
-        {kOnlyContainsAttributeCerts, &kFlag<5>},
-    });
+constexpr auto kReasonsFirstParts = Slots<IssuingDistributionPointSlot>({
+    {IssuingDistributionPointSlot::kDistributionPoint, &kDistributionPointNameField},
+    {IssuingDistributionPointSlot::kOnlyContainsUserCerts, &kFlagNotPresent},
+    {IssuingDistributionPointSlot::kOnlyContainsCaCerts, &kFlag<2>},
+    {IssuingDistributionPointSlot::kOnlySomeReasons, &kReasonFlagsField},
+    {IssuingDistributionPointSlot::kIndirectCrl, &kFlag<4>},
+    {IssuingDistributionPointSlot::kOnlyContainsAttributeCerts, &kFlag<5>},
+});
 
 // AccessDescription ::= SEQUENCE {                                     (RFC 5280 4.2.2.1)
-constexpr Components<kAccessDescriptionSlotCount> kAccessDescriptionParts =
-    Slots<AccessDescriptionSlot, kAccessDescriptionSlotCount>({
-        {kAccessMethod, &kOid},            // accessMethod    OBJECT IDENTIFIER
-        {kAccessLocation, &kGeneralName},  // accessLocation  GeneralName
-    });
+constexpr auto kAccessDescriptionParts = Slots<AccessDescriptionSlot>({
+    {AccessDescriptionSlot::kAccessMethod, &kOid},           // accessMethod    OBJECT IDENTIFIER
+    {AccessDescriptionSlot::kAccessLocation, &kGeneralName}, // accessLocation  GeneralName
+});
 
 // PolicyQualifierInfo ::= SEQUENCE {                                   (RFC 5280 4.2.1.4)
 constexpr Asn1Descriptor kOptionalAny = Optional(kAny);
-constexpr Components<kPolicyQualifierInfoSlotCount> kPolicyQualifierInfoParts =
-    Slots<PolicyQualifierInfoSlot, kPolicyQualifierInfoSlotCount>({
-        {kPolicyQualifierId, &kOid},    // policyQualifierId  PolicyQualifierId
-        {kQualifier, &kOptionalAny},    // qualifier          ANY DEFINED BY policyQualifierId (absent when not given)
-    });
+constexpr auto kPolicyQualifierInfoParts = Slots<PolicyQualifierInfoSlot>({
+    {PolicyQualifierInfoSlot::kPolicyQualifierId, &kOid}, // policyQualifierId  PolicyQualifierId
+    {PolicyQualifierInfoSlot::kQualifier, &kOptionalAny}, // qualifier          ANY DEFINED BY policyQualifierId (absent when not given)
+});
 
 }  // namespace
 
@@ -117,11 +115,10 @@ constinit const Asn1Descriptor kPolicyQualifiers = SequenceOf<&kPolicyQualifierI
 namespace {
 constexpr Asn1Descriptor kPolicyQualifiersField = Optional(SequenceOf<&kPolicyQualifierInfo>());
 // PolicyInformation ::= SEQUENCE {                                     (RFC 5280 4.2.1.4)
-constexpr Components<kPolicyInformationSlotCount> kPolicyInformationParts =
-    Slots<PolicyInformationSlot, kPolicyInformationSlotCount>({
-        {kPolicyIdentifier, &kOid},                       // policyIdentifier  CertPolicyId
-        {kPolicyQualifiersSlot, &kPolicyQualifiersField}, // policyQualifiers  SEQUENCE SIZE (1..MAX) OF PolicyQualifierInfo OPTIONAL
-    });
+constexpr auto kPolicyInformationParts = Slots<PolicyInformationSlot>({
+    {PolicyInformationSlot::kPolicyIdentifier, &kOid},                   // policyIdentifier  CertPolicyId
+    {PolicyInformationSlot::kPolicyQualifiers, &kPolicyQualifiersField}, // policyQualifiers  SEQUENCE SIZE (1..MAX) OF PolicyQualifierInfo OPTIONAL
+});
 }  // namespace
 
 constinit const Asn1Descriptor kPolicyInformation = Sequence(kPolicyInformationParts);
@@ -133,39 +130,135 @@ constinit const Asn1Descriptor kExtendedKeyUsage = SequenceOf<&kOid>();
 namespace {
 
 // BasicConstraints ::= SEQUENCE {                                      (RFC 5280 4.2.1.9)
-enum BasicConstraintsSlot : uint32_t { kCa, kPathLenConstraint, kBasicConstraintsSlotCount };
+enum class BasicConstraintsSlot : uint32_t { kCa, kPathLenConstraint, kCount };
 constexpr Asn1Descriptor kOptionalInteger = Optional(kInteger);
-constexpr Components<kBasicConstraintsSlotCount> kBasicConstraintsParts =
-    Slots<BasicConstraintsSlot, kBasicConstraintsSlotCount>({
-        {kCa, &kBooleanDefaultFalse},             // cA                 BOOLEAN DEFAULT FALSE
-        {kPathLenConstraint, &kOptionalInteger},  // pathLenConstraint  INTEGER (0..MAX) OPTIONAL
-    });
+constexpr auto kBasicConstraintsParts = Slots<BasicConstraintsSlot>({
+    {BasicConstraintsSlot::kCa, &kBooleanDefaultFalse},            // cA                 BOOLEAN DEFAULT FALSE
+    {BasicConstraintsSlot::kPathLenConstraint, &kOptionalInteger}, // pathLenConstraint  INTEGER (0..MAX) OPTIONAL
+});
 constinit const Asn1Descriptor kBasicConstraints = Sequence(kBasicConstraintsParts);
 
 // PrivateKeyUsagePeriod ::= SEQUENCE {                                 (RFC 3280 4.2.1.4)
-enum PrivateKeyUsagePeriodSlot : uint32_t { kNotBefore, kNotAfter, kPrivateKeyUsagePeriodSlotCount };
+enum class PrivateKeyUsagePeriodSlot : uint32_t { kNotBefore, kNotAfter, kCount };
 constexpr Asn1Descriptor kNotBeforeField = Optional(Implicit(0, kGeneralizedTime));
 constexpr Asn1Descriptor kNotAfterField = Optional(Implicit(1, kGeneralizedTime));
-constexpr Components<kPrivateKeyUsagePeriodSlotCount> kPrivateKeyUsagePeriodParts =
-    Slots<PrivateKeyUsagePeriodSlot, kPrivateKeyUsagePeriodSlotCount>({
-        {kNotBefore, &kNotBeforeField},  // notBefore  [0] GeneralizedTime OPTIONAL
-        {kNotAfter, &kNotAfterField},    // notAfter   [1] GeneralizedTime OPTIONAL
-    });
+constexpr auto kPrivateKeyUsagePeriodParts = Slots<PrivateKeyUsagePeriodSlot>({
+    {PrivateKeyUsagePeriodSlot::kNotBefore, &kNotBeforeField}, // notBefore  [0] GeneralizedTime OPTIONAL
+    {PrivateKeyUsagePeriodSlot::kNotAfter, &kNotAfterField},   // notAfter   [1] GeneralizedTime OPTIONAL
+});
 constinit const Asn1Descriptor kPrivateKeyUsagePeriod = Sequence(kPrivateKeyUsagePeriodParts);
 
 // IssuerSignTool ::= SEQUENCE {           (Russian qualified certificates, 1.2.643.100.112)
-enum IssuerSignToolSlot : uint32_t { kSignTool, kCaTool, kSignToolCert, kCaToolCert, kIssuerSignToolSlotCount };
-constexpr Components<kIssuerSignToolSlotCount> kIssuerSignToolParts = Slots<IssuerSignToolSlot, kIssuerSignToolSlotCount>({
-    {kSignTool, &kUtf8String},      // signTool      UTF8String
-    {kCaTool, &kUtf8String},        // cATool        UTF8String
-    {kSignToolCert, &kUtf8String},  // signToolCert  UTF8String
-    {kCaToolCert, &kUtf8String},    // cAToolCert    UTF8String
+enum class IssuerSignToolSlot : uint32_t { kSignTool, kCaTool, kSignToolCert, kCaToolCert, kCount };
+constexpr auto kIssuerSignToolParts = Slots<IssuerSignToolSlot>({
+    {IssuerSignToolSlot::kSignTool, &kUtf8String},     // signTool      UTF8String
+    {IssuerSignToolSlot::kCaTool, &kUtf8String},       // cATool        UTF8String
+    {IssuerSignToolSlot::kSignToolCert, &kUtf8String}, // signToolCert  UTF8String
+    {IssuerSignToolSlot::kCaToolCert, &kUtf8String},   // cAToolCert    UTF8String
 });
 constinit const Asn1Descriptor kIssuerSignTool = Sequence(kIssuerSignToolParts);
 
 constinit const Asn1Descriptor kIssuingDistributionPointReasonsFirst = Sequence(kReasonsFirstParts);
 
+// ---- private extension values ----------------------------------------------------------------
+
+inline constexpr Asn1Descriptor kPrintableString = Prim(ASN1_PRINTABLE_STRING);
+
+// A tag number that the peers' type tables give without a class: the number replaces the type's
+// own and the class stays universal, so a text goes out under 03 and a GeneralNames under 20.
+// These identifiers collide with real universal types on purpose and are read back the same way.
+constexpr Asn1Descriptor UniversalNumbered(int32_t tag, Asn1Descriptor d) {
+    d.tagClass = ASN1_CLASS_UNIVERSAL;
+    d.tag = tag;
+    return d;
+}
+
+// StoreItem ::= SEQUENCE {
+enum class StoreItemSlot : uint32_t { kKind, kData, kCount };
+constexpr auto kStoreItemParts = Slots<StoreItemSlot>({
+    {StoreItemSlot::kKind, &kEnumerated},  // kind  ENUMERATED
+    {StoreItemSlot::kData, &kOctetString}, // data  OCTET STRING
+});
+
+inline constexpr Asn1Descriptor kOptionalEnumerated = Optional(kEnumerated);
+inline constexpr Asn1Descriptor kOptionalUtf8String = Optional(kUtf8String);
+inline constexpr Asn1Descriptor kOptionalGeneralizedTime = Optional(kGeneralizedTime);
+
+// OcspCheckFile ::= SEQUENCE {
+enum class OcspCheckFileSlot : uint32_t { kFileHash, kHash0, kHash1, kCheckKind, kText3, kText4, kKind5, kCount };
+inline constexpr Asn1Descriptor kHash0Field = Optional(Implicit(0, kOctetString));
+inline constexpr Asn1Descriptor kHash1Field = Optional(Implicit(1, kOctetString));
+inline constexpr Asn1Descriptor kText3Field = Optional(UniversalNumbered(3, kUtf8String));
+inline constexpr Asn1Descriptor kText4Field = Optional(UniversalNumbered(4, kUtf8String));
+inline constexpr Asn1Descriptor kKind5Field = Optional(UniversalNumbered(5, kEnumerated));
+constexpr auto kOcspCheckFileParts = Slots<OcspCheckFileSlot>({
+    {OcspCheckFileSlot::kFileHash, &kOctetString},         // fileHash   OCTET STRING
+    {OcspCheckFileSlot::kHash0, &kHash0Field},             // hash0      [0] IMPLICIT OCTET STRING OPTIONAL
+    {OcspCheckFileSlot::kHash1, &kHash1Field},             // hash1      [1] IMPLICIT OCTET STRING OPTIONAL
+    {OcspCheckFileSlot::kCheckKind, &kOptionalEnumerated}, // checkKind  ENUMERATED OPTIONAL
+    {OcspCheckFileSlot::kText3, &kText3Field},             // text3      3 UTF8String OPTIONAL      -- identifier 03
+    {OcspCheckFileSlot::kText4, &kText4Field},             // text4      4 UTF8String OPTIONAL      -- identifier 04
+    {OcspCheckFileSlot::kKind5, &kKind5Field},             // kind5      5 ENUMERATED OPTIONAL      -- identifier 05
+});
+
+// ExtResult ::= SEQUENCE {
+enum class ExtResultSlot : uint32_t { kResultKind, kResultText, kStatusKind, kCheckTime, kItems, kNames, kCount };
+// The value is a GeneralNames list, so the caller's tree is taken over as it is.
+inline constexpr Asn1Descriptor kNamesField = Optional(UniversalNumbered(0, kGeneralNamesValue));
+constexpr auto kExtResultParts = Slots<ExtResultSlot>({
+    {ExtResultSlot::kResultKind, &kEnumerated},             // resultKind  ENUMERATED
+    {ExtResultSlot::kResultText, &kUtf8String},             // text        UTF8String
+    {ExtResultSlot::kStatusKind, &kEnumerated},             // statusKind  ENUMERATED
+    {ExtResultSlot::kCheckTime, &kOptionalGeneralizedTime}, // checkTime   GeneralizedTime OPTIONAL
+    {ExtResultSlot::kItems, &kStoreItems},                  // items       SEQUENCE OF StoreItem
+    {ExtResultSlot::kNames, &kNamesField},                  // names       0 GeneralNames OPTIONAL  -- identifier 20
+});
+
+// OcspCheckCryptoNetRegistry ::= SEQUENCE {
+enum class RegistrySlot : uint32_t { kText1, kText2, kKind, kCount };
+constexpr auto kRegistryParts = Slots<RegistrySlot>({
+    {RegistrySlot::kText1, &kUtf8String},        // registryText1  UTF8String
+    {RegistrySlot::kText2, &kUtf8String},        // registryText2  UTF8String
+    {RegistrySlot::kKind, &kOptionalEnumerated}, // registryKind   ENUMERATED OPTIONAL
+});
+
+// OcspCheckTime2 ::= [16] IMPLICIT SEQUENCE {                          -- identifier B0
+enum class CheckTime2Slot : uint32_t { kTimeKind, kCheckTime, kCount };
+constexpr auto kCheckTime2Parts = Slots<CheckTime2Slot>({
+    {CheckTime2Slot::kTimeKind, &kEnumerated},               // timeKind   ENUMERATED
+    {CheckTime2Slot::kCheckTime, &kOptionalGeneralizedTime}, // checkTime  GeneralizedTime OPTIONAL
+});
+
+// ExtendedResult, KeyStorage ::= SEQUENCE {
+enum class CodedTextSlot : uint32_t { kCode, kText, kCount };
+constexpr auto kCodedTextParts = Slots<CodedTextSlot>({
+    {CodedTextSlot::kCode, &kEnumerated},         // code  ENUMERATED
+    {CodedTextSlot::kText, &kOptionalUtf8String}, // text  UTF8String OPTIONAL
+});
+
+// RequestBlockingDate ::= SEQUENCE {
+enum class BlockingDateSlot : uint32_t { kFrom, kUntil, kCount };
+inline constexpr Asn1Descriptor kFromField = Optional(Implicit(0, kGeneralizedTime));
+inline constexpr Asn1Descriptor kUntilField = Optional(Implicit(1, kGeneralizedTime));
+constexpr auto kBlockingDateParts = Slots<BlockingDateSlot>({
+    {BlockingDateSlot::kFrom, &kFromField},   // from   [0] IMPLICIT GeneralizedTime OPTIONAL
+    {BlockingDateSlot::kUntil, &kUntilField}, // until  [1] IMPLICIT GeneralizedTime OPTIONAL
+});
+
 }  // namespace
+
+constinit const Asn1Descriptor kStoreItem = Sequence(kStoreItemParts);
+// StoreCertificates, StorePrivateKeyContexts, StoreOcspRequestDocuments ::= SEQUENCE OF StoreItem
+constinit const Asn1Descriptor kStoreItems = SequenceOf<&kStoreItem>();
+constinit const Asn1Descriptor kOcspCheckFile = Sequence(kOcspCheckFileParts);
+constinit const Asn1Descriptor kExtResult = Sequence(kExtResultParts);
+// OcspCheckFileExtResults ::= SEQUENCE OF ExtResult
+constinit const Asn1Descriptor kExtResults = SequenceOf<&kExtResult>();
+constinit const Asn1Descriptor kCryptoNetRegistry = Sequence(kRegistryParts);
+constinit const Asn1Descriptor kOcspCheckTime2 = Implicit(16, Sequence(kCheckTime2Parts));
+constinit const Asn1Descriptor kCodedText = Sequence(kCodedTextParts);
+constinit const Asn1Descriptor kRequestBlockingDate = Sequence(kBlockingDateParts);
+
 }  // namespace tv::desc
 
 namespace tv {
@@ -176,15 +269,96 @@ constinit const Family kExtendedKeyUsageFamily{&desc::kExtendedKeyUsage, Module:
 constinit const Family kAuthorityInformationAccessFamily{&desc::kAuthorityInformationAccess, Module::GeneralObjects, 0};
 constinit const Family kCertificatePoliciesFamily{&desc::kCertificatePolicies, Module::GeneralObjects, 0};
 constinit const Family kPolicyQualifiersFamily{&desc::kPolicyQualifiers, Module::GeneralObjects, 0};
-
-void** SlotsOf(void* sequence) { return static_cast<void**>(sequence); }
-
-const Asn1Primitive* Leaf(const void* value) { return static_cast<const Asn1Primitive*>(value); }
+constinit const Family kStoreItemsFamily{&desc::kStoreItems, Module::GeneralObjects, 0};
+constinit const Family kExtResultsFamily{&desc::kExtResults, Module::GeneralObjects, 0};
 
 // ---- scalars ------------------------------------------------------------------------------------
 
-// One primitive over the caller's octets; the leaf borrows them, nothing is copied before the write.
-// Named bits: the BIT STRING element of a flag word, and the flag word of a decoded one.
+// One primitive of `d`'s universal type over the caller's content octets (no conversion): the leaf
+// borrows them, nothing is copied before the write.
+uint32_t EncodeScalar(const Asn1Descriptor& d, const uint8_t* in, uint32_t inLen, uint8_t* out, uint32_t* outLen) {
+    if ((!in && inLen) || !outLen) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
+    Asn1Primitive leaf{d.typeCode, inLen, const_cast<uint8_t*>(in)};
+    return EncodeSized(TV_SITE, &leaf, &d, out, outLen);
+}
+
+// Decodes one value of `d` into `value`; empty input is refused (32) before the engine sees it.
+uint32_t DecodeValue(const Asn1Descriptor& d, const uint8_t* in, uint32_t inLen, OwnedValue& value) {
+    if (!in || inLen == 0) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
+    TV_TRY(Asn1DecodeItem(in, inLen, &d, value.Out(), nullptr));
+    if (!value.get()) return TV_FAIL(TV_ERR_ABSENT);
+    return TV_OK;
+}
+
+// Decodes one value of `d` and hands it to `read`, which fills the caller's outputs from it.
+template <typename Read>
+uint32_t DecodeRead(const Asn1Descriptor& d, const uint8_t* in, uint32_t inLen, Read read) {
+    OwnedValue value(&d);
+    TV_TRY(DecodeValue(d, in, inLen, value));
+    return read(static_cast<const void*>(value.get()));
+}
+
+// One value of `d` made field by field: `fill(value)` writes into a structure whose slots all
+// start empty, and the result is written under the size protocol.
+template <typename Fill>
+uint32_t EncodeBuilt(const Asn1Descriptor& d, uint8_t* out, uint32_t* outLen, Fill fill) {
+    if (!outLen) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
+    OwnedValue value(&d);
+    TV_TRY(NewStructure(TV_SITE, d, value));
+    TV_TRY(fill(value.get()));
+    return EncodeSized(TV_SITE, value.get(), &d, out, outLen);
+}
+
+// The content octets of one such element.
+uint32_t DecodeScalar(const Asn1Descriptor& d, const uint8_t* in, uint32_t inLen, uint8_t* out, uint32_t* outLen) {
+    if (!outLen) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
+    OwnedValue value(&d);
+    TV_TRY(DecodeValue(d, in, inLen, value));
+    return GetLeaf(TV_SITE, value.get(), out, outLen);
+}
+
+uint32_t EncodeNumber(const Asn1Descriptor& d, uint32_t number, uint8_t* out, uint32_t* outLen) {
+    if (!outLen) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
+    OwnedValue leaf(&d);
+    TV_TRY(SetNumber(leaf.Out(), d.typeCode, number));
+    return EncodeSized(TV_SITE, leaf.get(), &d, out, outLen);
+}
+
+uint32_t DecodeNumber(const Asn1Descriptor& d, const uint8_t* in, uint32_t inLen, uint32_t* outNumber) {
+    if (!outNumber) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
+    OwnedValue leaf(&d);
+    TV_TRY(DecodeValue(d, in, inLen, leaf));
+    return GetNumber(TV_SITE, leaf.get(), outNumber);
+}
+
+uint32_t DecodeGeneralizedTime(const uint8_t* in, uint32_t inLen, LibraryTime* outTime) {
+    if (!outTime) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
+    OwnedValue leaf(&desc::kGeneralizedTime);
+    TV_TRY(DecodeValue(desc::kGeneralizedTime, in, inLen, leaf));
+    return GetTimeFromGeneralizedTimeLeaf(leaf.get(), outTime);
+}
+
+// An absent time reads as the null time, the all-zero record (not through SetLibraryTimeToNull,
+// which refuses to write it).
+uint32_t GetOptionalTime(const void* leaf, LibraryTime* out) {
+    if (leaf) return GetTimeFromGeneralizedTimeLeaf(leaf, out);
+    *out = LibraryTime{};
+    return TV_OK;
+}
+
+// ---- named bits ---------------------------------------------------------------------------------
+
+// The flag word of a named-bit BIT STRING: at most four octets, unused bits cleared.
+uint32_t FlagsFromBitString(const Asn1BitStringValue* bits) {
+    if (!bits || !bits->content) return 0;
+    uint8_t octets[4] = {};
+    const uint32_t n = bits->length < 4 ? bits->length : 4;
+    std::memcpy(octets, bits->content, n);
+    // Padding bits may arrive set in BER; they are not flags.
+    if (n == bits->length && n > 0) octets[n - 1] = static_cast<uint8_t>((octets[n - 1] >> bits->unusedBits) << bits->unusedBits);
+    return uint32_t{octets[0]} | uint32_t{octets[1]} << 8 | uint32_t{octets[2]} << 16 | uint32_t{octets[3]} << 24;
+}
+
 uint32_t EncodeFlags(uint32_t flags, uint8_t* out, uint32_t* outLen) {
     if (!outLen) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
     Asn1BitStringValue bits{};
@@ -202,36 +376,26 @@ uint32_t DecodeFlags(const uint8_t* in, uint32_t inLen, uint32_t* outFlags) {
     return TV_OK;
 }
 
-// A fresh BIT STRING value in `*slot` for a flag word.
-uint32_t StoreFlags(void** slot, uint32_t flags) {
-    OwnedValue bits(&desc::kBitString, New<Asn1BitStringValue>());
-    if (!bits.get()) return TV_FAIL(TV_ERR_NO_MEMORY);
-    TV_TRY(SetBitStringFromFlags(bits.as<Asn1BitStringValue>(), flags));
-    *slot = bits.Release();
-    return TV_OK;
+// ---- lists --------------------------------------------------------------------------------------
+
+// What every list-valued extension (and each store list) adds to the FamilyOps list members: a
+// null list is refused, and so is empty input, before the engine sees it.
+uint32_t EncodeListT(const Family& f, const Asn1List* list, uint8_t* out, uint32_t* outLen) {
+    if (!list) return Fail(TV_FAMILY_SITE(f), TV_ERR_INVALID_ARGUMENT);
+    return EncodeT(f, list, out, outLen);
 }
 
-uint32_t StoreBoolean(void** slot, bool flag) {
-    const uint8_t octet = flag ? 0xFF : 0x00;
-    return SetOrCreatePrimitive(slot, ASN1_BOOLEAN, &octet, 1);
+uint32_t DecodeListT(const Family& f, const uint8_t* in, uint32_t inLen, Asn1List** out) {
+    if (inLen == 0) return Fail(TV_FAMILY_SITE(f), TV_ERR_INVALID_ARGUMENT);
+    return DecodeT(f, in, inLen, out);
 }
-
-// The raw octet of a decoded BOOLEAN (the decoder has filled absent ones with their default).
-uint8_t BooleanOctet(const void* value) {
-    const Asn1Primitive* b = Leaf(value);
-    return (b && b->length >= 1) ? b->content[0] : 0x00;
-}
-
-uint32_t StoreOid(void** slot, const uint8_t* packed) {
-    if (!packed) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
-    *slot = NewPrimitive(ASN1_OBJECT_IDENTIFIER, packed + 1, packed[0]);
-    if (!*slot) return TV_FAIL(TV_ERR_NO_MEMORY);
-    return TV_OK;
-}
-
-uint32_t NewSequence(const Asn1Descriptor& d, OwnedValue& out) { return CreateAsn1Object(&d, out.Out(), 0); }
 
 // ---- distribution points --------------------------------------------------------------------------
+
+// The alternative of a distribution point name that holds general names, or else a relative name.
+constexpr desc::DistributionPointNameKind NameKind(bool full) {
+    return full ? desc::DistributionPointNameKind::kFullName : desc::DistributionPointNameKind::kNameRelativeToCrlIssuer;
+}
 
 // The [0] name of a distribution point over a copy of whichever name is given, general names first.
 uint32_t StoreNameCopy(void** slot, const GeneralNames* fullName, const X509Name* relativeName) {
@@ -239,11 +403,7 @@ uint32_t StoreNameCopy(void** slot, const GeneralNames* fullName, const X509Name
     const Asn1Descriptor* d = full ? &desc::kGeneralNames : &desc::kX509Name;
     OwnedValue copy(d);
     TV_TRY(CopyValue(d, full ? static_cast<const void*>(fullName) : relativeName, copy.Out()));
-    Asn1ChoiceValue* choice = nullptr;
-    TV_TRY(NewChoice(full ? desc::kFullName : desc::kNameRelativeToCrlIssuer, copy.get(), &choice));
-    copy.Release();
-    *slot = choice;
-    return TV_OK;
+    return SetChoice(desc::kDistributionPointName, slot, NameKind(full), copy);
 }
 
 // Reads the [0] name of a distribution point: 306 for an alternative that is neither name.
@@ -252,22 +412,9 @@ uint32_t ReadDistributionPointName(const void* slot, void** outFullName, void** 
     *outRelativeName = nullptr;
     if (!slot) return TV_OK;
     auto* choice = static_cast<const Asn1ChoiceValue*>(slot);
-    if (choice->index == desc::kFullName) *outFullName = choice->value;
-    else if (choice->index == desc::kNameRelativeToCrlIssuer) *outRelativeName = choice->value;
+    if (choice->index == Index(NameKind(true))) *outFullName = choice->value;
+    else if (choice->index == Index(NameKind(false))) *outRelativeName = choice->value;
     else return TV_FAIL(TV_ERR_NO_ALTERNATIVE);
-    return TV_OK;
-}
-
-// Appends an element whose listed slots hold trees the caller handed over. Ownership passes only
-// on success: after a failure the caller still owns them, so they leave the element before the
-// guard frees it.
-template <size_t N>
-uint32_t AppendAdopting(const Family& f, Asn1List* list, OwnedValue& element, void** const (&adopted)[N]) {
-    if (const uint32_t rc = ListAppendT(f, list, element); rc != TV_OK) {
-        for (void** slot : adopted)
-            if (slot) *slot = nullptr;
-        return rc;
-    }
     return TV_OK;
 }
 
@@ -311,46 +458,86 @@ uint32_t PolicyAt(const Asn1List* list, uint32_t index, void** outPolicy) {
 uint32_t QualifierAt(const Asn1List* list, uint32_t policyIndex, uint32_t qualifierIndex, void** outQualifier) {
     void* policy = nullptr;
     TV_TRY(PolicyAt(list, policyIndex, &policy));
-    auto* qualifiers = static_cast<const Asn1List*>(SlotsOf(policy)[desc::kPolicyQualifiersSlot]);
+    auto* qualifiers = static_cast<const Asn1List*>(Slot(policy, desc::PolicyInformationSlot::kPolicyQualifiers));
     if (!qualifiers) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
     return ListElementT(kPolicyQualifiersFamily, qualifiers, qualifierIndex, outQualifier);
 }
 
+// ---- private values -------------------------------------------------------------------------------
+
+uint32_t EncodeCodedText(uint32_t code, const uint8_t* text, uint32_t textLen, uint8_t* out, uint32_t* outLen) {
+    using S = desc::CodedTextSlot;
+    return EncodeBuilt(desc::kCodedText, out, outLen, [&](void* v) -> uint32_t {
+        TV_TRY(SetNumber(&Slot(v, S::kCode), ASN1_ENUMERATED, code));
+        return SetOptionalLeaf(&Slot(v, S::kText), ASN1_UTF8_STRING, text, textLen);
+    });
+}
+
+uint32_t DecodeCodedText(const uint8_t* in, uint32_t inLen, uint32_t* outCode, uint8_t* outText, uint32_t* outTextLen) {
+    using S = desc::CodedTextSlot;
+    if (!outCode || !outTextLen) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
+    return DecodeRead(desc::kCodedText, in, inLen, [&](const void* v) {
+        return FirstFailure({GetNumber(TV_SITE, Slot(v, S::kCode), outCode),
+                             GetOptionalLeaf(TV_SITE, Slot(v, S::kText), outText, outTextLen)});
+    });
+}
+
+uint32_t AddStoreItem(StoreItems* list, uint32_t kind, const uint8_t* in, uint32_t inLen) {
+    using S = desc::StoreItemSlot;
+    if (!list || !in) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
+    OwnedValue item(&desc::kStoreItem);
+    TV_TRY(NewStructure(TV_SITE, desc::kStoreItem, item));
+    TV_TRY(SetNumber(&Slot(item.get(), S::kKind), ASN1_ENUMERATED, kind));
+    TV_TRY(SetOrCreatePrimitive(&Slot(item.get(), S::kData), ASN1_OCTET_STRING, in, inLen));
+    return ListAppendT(kStoreItemsFamily, list, item);
+}
+
+uint32_t GetStoreItem(const StoreItems* list, uint32_t index, uint32_t* outKind, uint8_t* out, uint32_t* outLen) {
+    using S = desc::StoreItemSlot;
+    if (!outKind || !outLen) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
+    const void* item = nullptr;
+    TV_TRY(ListElementT(kStoreItemsFamily, list, index, &item));
+    const void* kindLeaf = Slot(item, S::kKind);
+    const void* data = Slot(item, S::kData);
+    if (!kindLeaf || !data) return TV_FAIL(TV_ERR_ABSENT);
+    return FirstFailure({GetNumber(TV_SITE, kindLeaf, outKind), GetLeaf(TV_SITE, data, out, outLen)});
+}
+
 }  // namespace
-
-uint32_t EncodeScalar(const Asn1Descriptor& d, const uint8_t* in, uint32_t inLen, uint8_t* out, uint32_t* outLen) noexcept {
-    if ((!in && inLen) || !outLen) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
-    Asn1Primitive leaf{d.typeCode, inLen, const_cast<uint8_t*>(in)};
-    return EncodeSized(TV_SITE, &leaf, &d, out, outLen);
-}
-
-uint32_t DecodeValue(const Asn1Descriptor& d, const uint8_t* in, uint32_t inLen, OwnedValue& value) noexcept {
-    if (!in || inLen == 0) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
-    TV_TRY(Asn1DecodeItem(in, inLen, &d, value.Out(), nullptr));
-    if (!value.get()) return TV_FAIL(TV_ERR_ABSENT);
-    return TV_OK;
-}
-
-uint32_t DecodeScalar(const Asn1Descriptor& d, const uint8_t* in, uint32_t inLen, uint8_t* out, uint32_t* outLen) noexcept {
-    if (!outLen) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
-    OwnedValue value(&d);
-    TV_TRY(DecodeValue(d, in, inLen, value));
-    return PutBytes(TV_SITE, value.as<Asn1Primitive>()->content, value.as<Asn1Primitive>()->length, out, outLen);
-}
-
-uint32_t FlagsFromBitString(const Asn1BitStringValue* bits) noexcept {
-    if (!bits || !bits->content) return 0;
-    uint8_t octets[4] = {};
-    const uint32_t n = bits->length < 4 ? bits->length : 4;
-    std::memcpy(octets, bits->content, n);
-    // Padding bits may arrive set in BER; they are not flags.
-    if (n == bits->length && n > 0) octets[n - 1] = static_cast<uint8_t>((octets[n - 1] >> bits->unusedBits) << bits->unusedBits);
-    return uint32_t{octets[0]} | uint32_t{octets[1]} << 8 | uint32_t{octets[2]} << 16 | uint32_t{octets[3]} << 24;
-}
-
 }  // namespace tv
 
 using namespace tv;
+
+// The exported pair of a scalar extension value: EncodeExtension<Name> and DecodeExtension<Name>.
+#define TV_EXTENSION_SCALAR_CODEC(Name, descriptor)                                                         \
+    extern "C" TV_API uint32_t EncodeExtension##Name(const uint8_t* in, uint32_t inLen, uint8_t* out,        \
+                                                     uint32_t* outLen) {                                     \
+        return EncodeScalar(descriptor, in, inLen, out, outLen);                                             \
+    }                                                                                                        \
+    extern "C" TV_API uint32_t DecodeExtension##Name(const uint8_t* in, uint32_t inLen, uint8_t* out,        \
+                                                     uint32_t* outLen) {                                     \
+        return DecodeScalar(descriptor, in, inLen, out, outLen);                                             \
+    }
+
+// The members every list-valued extension value shares, as exported names over the FamilyOps list
+// members: CreateExtension<List>, FreeExtension<List>, EncodeExtension<List>, DecodeExtension<List>,
+// RemoveExtension<Item> and GetExtension<Counted>Count. Add and Get know the element's shape and
+// are written per list.
+#define TV_EXTENSION_LIST_MEMBERS(Type, family, List, Item, Counted)                                        \
+    extern "C" TV_API uint32_t CreateExtension##List(Type** outList) { return CreateT(family, outList); }     \
+    extern "C" TV_API uint32_t FreeExtension##List(Type* list) { return FreeT(family, list); }                \
+    extern "C" TV_API uint32_t RemoveExtension##Item(Type* list, uint32_t index) {                             \
+        return ListRemoveT(family, list, index);                                                                 \
+    }                                                                                                            \
+    extern "C" TV_API uint32_t GetExtension##Counted##Count(const Type* list, uint32_t* outCount) {            \
+        return ListCountT(family, list, outCount);                                                               \
+    }                                                                                                            \
+    extern "C" TV_API uint32_t EncodeExtension##List(const Type* list, uint8_t* out, uint32_t* outLen) {       \
+        return EncodeListT(family, list, out, outLen);                                                           \
+    }                                                                                                            \
+    extern "C" TV_API uint32_t DecodeExtension##List(const uint8_t* in, uint32_t inLen, Type** outList) {      \
+        return DecodeListT(family, in, inLen, outList);                                                          \
+    }
 
 // ---- scalar codecs ----------------------------------------------------------------------------------
 
@@ -379,22 +566,11 @@ extern "C" TV_API uint32_t DecodeExtensionNetscapeCertificateType(const uint8_t*
 
 // The number is taken as a 32-bit two's-complement value, as the decoder gives it back.
 extern "C" TV_API uint32_t EncodeExtensionReasonCode(uint32_t reason, uint8_t* out, uint32_t* outLen) {
-    if (!outLen) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
-    Asn1Primitive leaf{};
-    TV_TRY(SetAsn1Int32(&leaf, static_cast<int32_t>(reason)));
-    HeapBytes contents(leaf.content);
-    leaf.word = ASN1_ENUMERATED;
-    return EncodeSized(TV_SITE, &leaf, &desc::kEnumerated, out, outLen);
+    return EncodeNumber(desc::kEnumerated, reason, out, outLen);
 }
 
 extern "C" TV_API uint32_t DecodeExtensionReasonCode(const uint8_t* in, uint32_t inLen, uint32_t* outReason) {
-    if (!outReason) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
-    OwnedValue value(&desc::kEnumerated);
-    TV_TRY(DecodeValue(desc::kEnumerated, in, inLen, value));
-    uint8_t number[4] = {};
-    TV_TRY(GetAsn1Int32(value.as<Asn1Primitive>(), number));
-    *outReason = uint32_t{number[0]} | uint32_t{number[1]} << 8 | uint32_t{number[2]} << 16 | uint32_t{number[3]} << 24;
-    return TV_OK;
+    return DecodeNumber(desc::kEnumerated, in, inLen, outReason);
 }
 
 extern "C" TV_API uint32_t EncodeExtensionInvalidityDate(const LibraryTime* time, uint8_t* out, uint32_t* outLen) {
@@ -405,59 +581,51 @@ extern "C" TV_API uint32_t EncodeExtensionInvalidityDate(const LibraryTime* time
 }
 
 extern "C" TV_API uint32_t DecodeExtensionInvalidityDate(const uint8_t* in, uint32_t inLen, LibraryTime* outTime) {
-    if (!outTime) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
-    OwnedValue leaf(&desc::kGeneralizedTime);
-    TV_TRY(DecodeValue(desc::kGeneralizedTime, in, inLen, leaf));
-    return GetTimeFromGeneralizedTimeLeaf(leaf.get(), outTime);
+    return DecodeGeneralizedTime(in, inLen, outTime);
 }
 
 // ---- structures -------------------------------------------------------------------------------------
 
 // No consistency rule between the two fields: a path length with cA false is written as given.
 extern "C" TV_API uint32_t EncodeExtensionBasicConstraints(int cA, uint32_t pathLen, uint8_t* out, uint32_t* outLen) {
-    if (!outLen) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
-    OwnedValue value(&desc::kBasicConstraints);
-    TV_TRY(NewSequence(desc::kBasicConstraints, value));
-    void** slots = SlotsOf(value.get());
-    TV_TRY(StoreBoolean(&slots[desc::kCa], cA != 0));
-    if (pathLen != 0xFFFFFFFFu) {
-        OwnedValue number(&desc::kInteger, New<Asn1Primitive>());
-        if (!number.get()) return TV_FAIL(TV_ERR_NO_MEMORY);
-        const uint8_t le[5] = {uint8_t(pathLen), uint8_t(pathLen >> 8), uint8_t(pathLen >> 16), uint8_t(pathLen >> 24), 0};
-        TV_TRY(SetAsn1Integer(number.as<Asn1Primitive>(), le, 5));  // unsigned: a top bit gets a 00 octet
-        slots[desc::kPathLenConstraint] = number.Release();
-    }
-    return EncodeSized(TV_SITE, value.get(), &desc::kBasicConstraints, out, outLen);
+    using S = desc::BasicConstraintsSlot;
+    return EncodeBuilt(desc::kBasicConstraints, out, outLen, [&](void* slots) -> uint32_t {
+        TV_TRY(SetBooleanLeaf(&Slot(slots, S::kCa), cA != 0));
+        if (pathLen != 0xFFFFFFFFu) {
+            OwnedValue number(&desc::kInteger, New<Asn1Primitive>());
+            if (!number.get()) return TV_FAIL(TV_ERR_NO_MEMORY);
+            const uint8_t le[5] = {uint8_t(pathLen), uint8_t(pathLen >> 8), uint8_t(pathLen >> 16), uint8_t(pathLen >> 24), 0};
+            TV_TRY(SetAsn1Integer(number.as<Asn1Primitive>(), le, 5));  // unsigned: a top bit gets a 00 octet
+            Slot(slots, S::kPathLenConstraint) = number.Release();
+        }
+        return TV_OK;
+    });
 }
 
 extern "C" TV_API uint32_t DecodeExtensionBasicConstraints(const uint8_t* in, uint32_t inLen, uint8_t* outCa,
                                                            uint32_t* outPathLen) {
+    using S = desc::BasicConstraintsSlot;
     if (!outCa || !outPathLen) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
-    OwnedValue value(&desc::kBasicConstraints);
-    TV_TRY(DecodeValue(desc::kBasicConstraints, in, inLen, value));
-    void* const* slots = SlotsOf(value.get());
-    uint32_t pathLen = 0xFFFFFFFFu;
-    if (const Asn1Primitive* number = Leaf(slots[desc::kPathLenConstraint])) {
-        uint8_t le[4] = {};
-        TV_TRY(GetAsn1Int32(number, le));
-        pathLen = uint32_t{le[0]} | uint32_t{le[1]} << 8 | uint32_t{le[2]} << 16 | uint32_t{le[3]} << 24;
-    }
-    *outCa = BooleanOctet(slots[desc::kCa]);
-    *outPathLen = pathLen;
-    return TV_OK;
+    return DecodeRead(desc::kBasicConstraints, in, inLen, [&](const void* slots) -> uint32_t {
+        uint32_t pathLen = 0xFFFFFFFFu;
+        if (const void* number = Slot(slots, S::kPathLenConstraint))
+            TV_TRY(GetNumber(TV_SITE, number, &pathLen));
+        *outCa = BooleanOctet(Slot(slots, S::kCa));
+        *outPathLen = pathLen;
+        return TV_OK;
+    });
 }
 
 extern "C" TV_API uint32_t EncodeExtensionAuthorityKeyIdentifier(const uint8_t* keyId, uint32_t keyIdLen,
                                                                  const GeneralNames* issuer, const uint8_t* serial,
                                                                  uint32_t serialLen, uint8_t* out, uint32_t* outLen) {
-    if (!outLen) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
-    OwnedValue value(&desc::kAuthorityKeyIdentifier);
-    TV_TRY(NewSequence(desc::kAuthorityKeyIdentifier, value));
-    void** slots = SlotsOf(value.get());
-    if (keyId) TV_TRY(SetOrCreatePrimitive(&slots[desc::kKeyIdentifier], ASN1_OCTET_STRING, keyId, keyIdLen));
-    if (issuer) TV_TRY(CopyValue(&desc::kGeneralNames, issuer, &slots[desc::kAuthorityCertIssuer]));
-    if (serial) TV_TRY(SetOrCreatePrimitive(&slots[desc::kAuthorityCertSerialNumber], ASN1_INTEGER, serial, serialLen));
-    return EncodeSized(TV_SITE, value.get(), &desc::kAuthorityKeyIdentifier, out, outLen);
+    using S = desc::AuthorityKeyIdentifierSlot;
+    return EncodeBuilt(desc::kAuthorityKeyIdentifier, out, outLen, [&](void* slots) -> uint32_t {
+        if (keyId) TV_TRY(SetOrCreatePrimitive(&Slot(slots, S::kKeyIdentifier), ASN1_OCTET_STRING, keyId, keyIdLen));
+        if (issuer) TV_TRY(CopyValue(&desc::kGeneralNames, issuer, &Slot(slots, S::kAuthorityCertIssuer)));
+        if (serial) TV_TRY(SetOrCreatePrimitive(&Slot(slots, S::kAuthorityCertSerialNumber), ASN1_INTEGER, serial, serialLen));
+        return TV_OK;
+    });
 }
 
 // The issuer copy goes to the caller only with a success: a call answered 49 (typically a size
@@ -465,54 +633,45 @@ extern "C" TV_API uint32_t EncodeExtensionAuthorityKeyIdentifier(const uint8_t* 
 extern "C" TV_API uint32_t DecodeExtensionAuthorityKeyIdentifier(const uint8_t* in, uint32_t inLen, uint8_t* outKeyId,
                                                                  uint32_t* outKeyIdLen, GeneralNames** outIssuer,
                                                                  uint8_t* outSerial, uint32_t* outSerialLen) {
+    using S = desc::AuthorityKeyIdentifierSlot;
     if (!in || inLen == 0 || !outKeyIdLen || !outSerialLen) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
     if (outIssuer) *outIssuer = nullptr;
-    OwnedValue value(&desc::kAuthorityKeyIdentifier);
-    TV_TRY(DecodeValue(desc::kAuthorityKeyIdentifier, in, inLen, value));
-    void* const* slots = SlotsOf(value.get());
-    auto octets = [](const void* slot, uint8_t* out, uint32_t* outLen) -> uint32_t {
-        if (!slot) {
-            *outLen = 0;
-            return TV_OK;
-        }
-        return PutBytes(TV_SITE, Leaf(slot)->content, Leaf(slot)->length, out, outLen);
-    };
-    const uint32_t keyRc = octets(slots[desc::kKeyIdentifier], outKeyId, outKeyIdLen);
-    OwnedValue issuer(&desc::kGeneralNames);
-    uint32_t issuerRc = TV_OK;
-    if (outIssuer && slots[desc::kAuthorityCertIssuer])
-        issuerRc = CopyValue(&desc::kGeneralNames, slots[desc::kAuthorityCertIssuer], issuer.Out());
-    const uint32_t serialRc = octets(slots[desc::kAuthorityCertSerialNumber], outSerial, outSerialLen);
-    if (keyRc != TV_OK) return keyRc;
-    if (issuerRc != TV_OK) return issuerRc;
-    if (serialRc != TV_OK) return serialRc;
-    if (outIssuer) *outIssuer = static_cast<GeneralNames*>(issuer.Release());
-    return TV_OK;
+    return DecodeRead(desc::kAuthorityKeyIdentifier, in, inLen, [&](const void* slots) -> uint32_t {
+        const uint32_t keyRc = GetOptionalLeaf(TV_SITE, Slot(slots, S::kKeyIdentifier), outKeyId, outKeyIdLen);
+        OwnedValue issuer(&desc::kGeneralNames);
+        uint32_t issuerRc = TV_OK;
+        if (outIssuer && Slot(slots, S::kAuthorityCertIssuer))
+            issuerRc = CopyValue(&desc::kGeneralNames, Slot(slots, S::kAuthorityCertIssuer), issuer.Out());
+        const uint32_t serialRc = GetOptionalLeaf(TV_SITE, Slot(slots, S::kAuthorityCertSerialNumber), outSerial, outSerialLen);
+        if (keyRc != TV_OK) return keyRc;
+        if (issuerRc != TV_OK) return issuerRc;
+        if (serialRc != TV_OK) return serialRc;
+        if (outIssuer) *outIssuer = static_cast<GeneralNames*>(issuer.Release());
+        return TV_OK;
+    });
 }
 
 extern "C" TV_API uint32_t EncodeExtensionPrivateKeyUsagePeriod(const LibraryTime* notBefore, const LibraryTime* notAfter,
                                                                 uint8_t* out, uint32_t* outLen) {
-    if (!outLen) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
-    OwnedValue value(&desc::kPrivateKeyUsagePeriod);
-    TV_TRY(NewSequence(desc::kPrivateKeyUsagePeriod, value));
-    void** slots = SlotsOf(value.get());
-    if (notBefore) TV_TRY(SetGeneralizedTimeLeaf(&slots[desc::kNotBefore], notBefore));
-    if (notAfter) TV_TRY(SetGeneralizedTimeLeaf(&slots[desc::kNotAfter], notAfter));
-    return EncodeSized(TV_SITE, value.get(), &desc::kPrivateKeyUsagePeriod, out, outLen);
+    using S = desc::PrivateKeyUsagePeriodSlot;
+    return EncodeBuilt(desc::kPrivateKeyUsagePeriod, out, outLen, [&](void* slots) -> uint32_t {
+        if (notBefore) TV_TRY(SetGeneralizedTimeLeaf(&Slot(slots, S::kNotBefore), notBefore));
+        if (notAfter) TV_TRY(SetGeneralizedTimeLeaf(&Slot(slots, S::kNotAfter), notAfter));
+        return TV_OK;
+    });
 }
 
 // An absent part reads as the null time, the all-zero record.
 extern "C" TV_API uint32_t DecodeExtensionPrivateKeyUsagePeriod(const uint8_t* in, uint32_t inLen,
                                                                 LibraryTime* outNotBefore, LibraryTime* outNotAfter) {
+    using S = desc::PrivateKeyUsagePeriodSlot;
     if (!outNotBefore || !outNotAfter) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
-    OwnedValue value(&desc::kPrivateKeyUsagePeriod);
-    TV_TRY(DecodeValue(desc::kPrivateKeyUsagePeriod, in, inLen, value));
-    void* const* slots = SlotsOf(value.get());
-    *outNotBefore = LibraryTime{};
-    *outNotAfter = LibraryTime{};
-    if (slots[desc::kNotBefore]) TV_TRY(GetTimeFromGeneralizedTimeLeaf(slots[desc::kNotBefore], outNotBefore));
-    if (slots[desc::kNotAfter]) TV_TRY(GetTimeFromGeneralizedTimeLeaf(slots[desc::kNotAfter], outNotAfter));
-    return TV_OK;
+    return DecodeRead(desc::kPrivateKeyUsagePeriod, in, inLen, [&](const void* slots) -> uint32_t {
+        *outNotBefore = LibraryTime{};
+        *outNotAfter = LibraryTime{};
+        TV_TRY(GetOptionalTime(Slot(slots, S::kNotBefore), outNotBefore));
+        return GetOptionalTime(Slot(slots, S::kNotAfter), outNotAfter);
+    });
 }
 
 extern "C" TV_API uint32_t EncodeExtensionIssuerSignTool(const uint8_t* signTool, uint32_t signToolLen,
@@ -522,14 +681,13 @@ extern "C" TV_API uint32_t EncodeExtensionIssuerSignTool(const uint8_t* signTool
                                                          uint32_t* outLen) {
     if (!signTool || !caTool || !signToolCert || !caToolCert || !outLen) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
     // The leaves borrow the caller's texts for the one write.
-    Asn1Primitive texts[desc::kIssuerSignToolSlotCount] = {
+    Asn1Primitive texts[SlotCount<desc::IssuerSignToolSlot>] = {
         {ASN1_UTF8_STRING, signToolLen, const_cast<uint8_t*>(signTool)},
         {ASN1_UTF8_STRING, caToolLen, const_cast<uint8_t*>(caTool)},
         {ASN1_UTF8_STRING, signToolCertLen, const_cast<uint8_t*>(signToolCert)},
         {ASN1_UTF8_STRING, caToolCertLen, const_cast<uint8_t*>(caToolCert)},
     };
-    void* slots[desc::kIssuerSignToolSlotCount] = {&texts[desc::kSignTool], &texts[desc::kCaTool],
-                                                   &texts[desc::kSignToolCert], &texts[desc::kCaToolCert]};
+    void* slots[SlotCount<desc::IssuerSignToolSlot>] = {&texts[0], &texts[1], &texts[2], &texts[3]};
     return EncodeSized(TV_SITE, slots, &desc::kIssuerSignTool, out, outLen);
 }
 
@@ -539,25 +697,24 @@ extern "C" TV_API uint32_t DecodeExtensionIssuerSignTool(const uint8_t* in, uint
                                                          uint32_t* outCaToolLen, uint8_t* outSignToolCert,
                                                          uint32_t* outSignToolCertLen, uint8_t* outCaToolCert,
                                                          uint32_t* outCaToolCertLen) {
+    using S = desc::IssuerSignToolSlot;
     if (!outSignToolLen || !outCaToolLen || !outSignToolCertLen || !outCaToolCertLen)
         return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
-    OwnedValue value(&desc::kIssuerSignTool);
-    TV_TRY(DecodeValue(desc::kIssuerSignTool, in, inLen, value));
-    void* const* slots = SlotsOf(value.get());
-    struct Output {
-        desc::IssuerSignToolSlot slot;
-        uint8_t* out;
-        uint32_t* outLen;
-    } outputs[] = {{desc::kSignTool, outSignTool, outSignToolLen},
-                   {desc::kCaTool, outCaTool, outCaToolLen},
-                   {desc::kSignToolCert, outSignToolCert, outSignToolCertLen},
-                   {desc::kCaToolCert, outCaToolCert, outCaToolCertLen}};
-    uint32_t result = TV_OK;
-    for (const Output& o : outputs) {
-        const Asn1Primitive* text = Leaf(slots[o.slot]);
-        if (const uint32_t rc = PutBytes(TV_SITE, text->content, text->length, o.out, o.outLen); rc != TV_OK) result = rc;
-    }
-    return result;
+    return DecodeRead(desc::kIssuerSignTool, in, inLen, [&](const void* slots) -> uint32_t {
+        struct Output {
+            S slot;
+            uint8_t* out;
+            uint32_t* outLen;
+        } outputs[] = {{S::kSignTool, outSignTool, outSignToolLen},
+                       {S::kCaTool, outCaTool, outCaToolLen},
+                       {S::kSignToolCert, outSignToolCert, outSignToolCertLen},
+                       {S::kCaToolCert, outCaToolCert, outCaToolCertLen}};
+        uint32_t result = TV_OK;
+        for (const Output& o : outputs) {
+            if (const uint32_t rc = GetLeaf(TV_SITE, Slot(slots, o.slot), o.out, o.outLen); rc != TV_OK) result = rc;
+        }
+        return result;
+    });
 }
 
 extern "C" TV_API uint32_t EncodeExtensionIssuingDistributionPoint(
@@ -565,23 +722,22 @@ extern "C" TV_API uint32_t EncodeExtensionIssuingDistributionPoint(
     uint32_t onlyCaCerts, uint32_t onlyCaCertsPresent, uint32_t reasons, uint32_t reasonsPresent, uint32_t indirectCrl,
     uint32_t indirectCrlPresent, uint32_t onlyAttributeCerts, uint32_t onlyAttributeCertsPresent, uint8_t* out,
     uint32_t* outLen) {
-    if (!outLen) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
-    OwnedValue value(&desc::kIssuingDistributionPoint);
-    TV_TRY(NewSequence(desc::kIssuingDistributionPoint, value));
-    void** slots = SlotsOf(value.get());
-    if (fullName || relativeName) TV_TRY(StoreNameCopy(&slots[desc::kIdpDistributionPoint], fullName, relativeName));
-    // A flag given as FALSE is stored all the same; the DEFAULT leaves it out of the DER.
-    const struct {
-        desc::IssuingDistributionPointSlot slot;
-        uint32_t flag, present;
-    } flags[] = {{desc::kOnlyContainsUserCerts, onlyUserCerts, onlyUserCertsPresent},
-                 {desc::kOnlyContainsCaCerts, onlyCaCerts, onlyCaCertsPresent},
-                 {desc::kIndirectCrl, indirectCrl, indirectCrlPresent},
-                 {desc::kOnlyContainsAttributeCerts, onlyAttributeCerts, onlyAttributeCertsPresent}};
-    for (const auto& f : flags)
-        if (f.present) TV_TRY(StoreBoolean(&slots[f.slot], f.flag != 0));
-    if (reasonsPresent) TV_TRY(StoreFlags(&slots[desc::kOnlySomeReasons], reasons));
-    return EncodeSized(TV_SITE, value.get(), &desc::kIssuingDistributionPoint, out, outLen);
+    using S = desc::IssuingDistributionPointSlot;
+    return EncodeBuilt(desc::kIssuingDistributionPoint, out, outLen, [&](void* slots) -> uint32_t {
+        if (fullName || relativeName) TV_TRY(StoreNameCopy(&Slot(slots, S::kDistributionPoint), fullName, relativeName));
+        // A flag given as FALSE is stored all the same; the DEFAULT leaves it out of the DER.
+        const struct {
+            S slot;
+            uint32_t flag, present;
+        } flags[] = {{S::kOnlyContainsUserCerts, onlyUserCerts, onlyUserCertsPresent},
+                     {S::kOnlyContainsCaCerts, onlyCaCerts, onlyCaCertsPresent},
+                     {S::kIndirectCrl, indirectCrl, indirectCrlPresent},
+                     {S::kOnlyContainsAttributeCerts, onlyAttributeCerts, onlyAttributeCertsPresent}};
+        for (const auto& f : flags)
+            if (f.present) TV_TRY(SetBooleanLeaf(&Slot(slots, f.slot), f.flag != 0));
+        if (reasonsPresent) TV_TRY(SetFlags(TV_SITE, &Slot(slots, S::kOnlySomeReasons), reasons));
+        return TV_OK;
+    });
 }
 
 // The two names come back as copies owned by the caller (null when absent), freed with
@@ -592,6 +748,7 @@ extern "C" TV_API uint32_t DecodeExtensionIssuingDistributionPoint(
     uint32_t* outOnlyUserCertsPresent, uint8_t* outOnlyCaCerts, uint32_t* outOnlyCaCertsPresent, uint32_t* outReasons,
     uint32_t* outReasonsPresent, uint8_t* outIndirectCrl, uint32_t* outIndirectCrlPresent, uint8_t* outOnlyAttributeCerts,
     uint32_t* outOnlyAttributeCertsPresent) {
+    using S = desc::IssuingDistributionPointSlot;
     if (!outFullName || !outRelativeName || !outOnlyUserCerts || !outOnlyUserCertsPresent || !outOnlyCaCerts ||
         !outOnlyCaCertsPresent || !outReasons || !outReasonsPresent || !outIndirectCrl || !outIndirectCrlPresent ||
         !outOnlyAttributeCerts || !outOnlyAttributeCertsPresent)
@@ -603,21 +760,21 @@ extern "C" TV_API uint32_t DecodeExtensionIssuingDistributionPoint(
         ReasonsComeFirst(in, inLen) ? desc::kIssuingDistributionPointReasonsFirst : desc::kIssuingDistributionPoint;
     OwnedValue value(&d);
     TV_TRY(DecodeValue(d, in, inLen, value));
-    void* const* slots = SlotsOf(value.get());
+    const void* slots = value.get();
     void* fullName = nullptr;
     void* relativeName = nullptr;
-    TV_TRY(ReadDistributionPointName(slots[desc::kIdpDistributionPoint], &fullName, &relativeName));
+    TV_TRY(ReadDistributionPointName(Slot(slots, S::kDistributionPoint), &fullName, &relativeName));
     OwnedValue fullCopy(&desc::kGeneralNames);
     OwnedValue relativeCopy(&desc::kX509Name);
     if (fullName) TV_TRY(CopyValue(&desc::kGeneralNames, fullName, fullCopy.Out()));
     if (relativeName) TV_TRY(CopyValue(&desc::kX509Name, relativeName, relativeCopy.Out()));
-    *outOnlyUserCerts = BooleanOctet(slots[desc::kOnlyContainsUserCerts]);
-    *outOnlyCaCerts = BooleanOctet(slots[desc::kOnlyContainsCaCerts]);
-    *outIndirectCrl = BooleanOctet(slots[desc::kIndirectCrl]);
-    *outOnlyAttributeCerts = BooleanOctet(slots[desc::kOnlyContainsAttributeCerts]);
+    *outOnlyUserCerts = BooleanOctet(Slot(slots, S::kOnlyContainsUserCerts));
+    *outOnlyCaCerts = BooleanOctet(Slot(slots, S::kOnlyContainsCaCerts));
+    *outIndirectCrl = BooleanOctet(Slot(slots, S::kIndirectCrl));
+    *outOnlyAttributeCerts = BooleanOctet(Slot(slots, S::kOnlyContainsAttributeCerts));
     // Absent flags were filled with their default, so each is present after a decode.
     *outOnlyUserCertsPresent = *outOnlyCaCertsPresent = *outIndirectCrlPresent = *outOnlyAttributeCertsPresent = 1;
-    const auto* reasons = static_cast<const Asn1BitStringValue*>(slots[desc::kOnlySomeReasons]);
+    const auto* reasons = static_cast<const Asn1BitStringValue*>(Slot(slots, S::kOnlySomeReasons));
     *outReasons = FlagsFromBitString(reasons);
     *outReasonsPresent = reasons ? 1 : 0;
     *outFullName = static_cast<GeneralNames*>(fullCopy.Release());
@@ -627,33 +784,34 @@ extern "C" TV_API uint32_t DecodeExtensionIssuingDistributionPoint(
 
 // ---- CRL distribution points ---------------------------------------------------------------------
 
-
 extern "C" TV_API uint32_t AddExtensionCrlDistributionPoint(CrlDistributionPoints* list, GeneralNames* fullName,
                                                             X509Name* relativeName, uint32_t reasons,
                                                             GeneralNames* crlIssuer) {
+    using S = desc::DistributionPointSlot;
     if (!list) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
     if (!fullName && !relativeName && !crlIssuer && reasons == 0) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
     if (fullName && relativeName) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
     OwnedValue element(&desc::kDistributionPoint);
-    TV_TRY(NewSequence(desc::kDistributionPoint, element));
-    void** slots = SlotsOf(element.get());
-    if (reasons) TV_TRY(StoreFlags(&slots[desc::kReasons], reasons));
+    TV_TRY(NewStructure(TV_SITE, desc::kDistributionPoint, element));
+    void* slots = element.get();
+    if (reasons) TV_TRY(SetFlags(TV_SITE, &Slot(slots, S::kReasons), reasons));
     void** adoptedName = nullptr;
     if (fullName || relativeName) {
         Asn1ChoiceValue* choice = nullptr;
-        TV_TRY(NewChoice(fullName ? desc::kFullName : desc::kNameRelativeToCrlIssuer, nullptr, &choice));
-        slots[desc::kDistributionPointField] = choice;
+        TV_TRY(NewChoice(Index(NameKind(fullName != nullptr)), nullptr, &choice));
+        Slot(slots, S::kName) = choice;
         choice->value = fullName ? static_cast<void*>(fullName) : relativeName;
         adoptedName = &choice->value;
     }
-    slots[desc::kCrlIssuer] = crlIssuer;
-    void** const adopted[] = {adoptedName, &slots[desc::kCrlIssuer]};
+    Slot(slots, S::kCrlIssuer) = crlIssuer;
+    void** const adopted[] = {adoptedName, &Slot(slots, S::kCrlIssuer)};
     return AppendAdopting(kCrlDistributionPointsFamily, list, element, adopted);
 }
 
 extern "C" TV_API uint32_t GetExtensionCrlDistributionPoint(const CrlDistributionPoints* list, uint32_t index,
                                                             GeneralNames** outFullName, X509Name** outRelativeName,
                                                             uint32_t* outReasons, GeneralNames** outCrlIssuer) {
+    using S = desc::DistributionPointSlot;
     if (!outFullName || !outRelativeName || !outReasons || !outCrlIssuer) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
     *outFullName = nullptr;
     *outRelativeName = nullptr;
@@ -661,29 +819,26 @@ extern "C" TV_API uint32_t GetExtensionCrlDistributionPoint(const CrlDistributio
     *outCrlIssuer = nullptr;
     void* element = nullptr;
     TV_TRY(ListElementT(kCrlDistributionPointsFamily, list, index, &element));
-    void* const* slots = SlotsOf(element);
+    const void* slots = element;
     void* fullName = nullptr;
     void* relativeName = nullptr;
-    TV_TRY(ReadDistributionPointName(slots[desc::kDistributionPointField], &fullName, &relativeName));
+    TV_TRY(ReadDistributionPointName(Slot(slots, S::kName), &fullName, &relativeName));
     *outFullName = static_cast<GeneralNames*>(fullName);
     *outRelativeName = static_cast<X509Name*>(relativeName);
-    *outReasons = FlagsFromBitString(static_cast<const Asn1BitStringValue*>(slots[desc::kReasons]));
-    *outCrlIssuer = static_cast<GeneralNames*>(slots[desc::kCrlIssuer]);
+    *outReasons = FlagsFromBitString(static_cast<const Asn1BitStringValue*>(Slot(slots, S::kReasons)));
+    *outCrlIssuer = static_cast<GeneralNames*>(Slot(slots, S::kCrlIssuer));
     return TV_OK;
 }
 
 TV_EXTENSION_LIST_MEMBERS(CrlDistributionPoints, kCrlDistributionPointsFamily,
                           CrlDistributionPoints, CrlDistributionPoint, CrlDistributionPoints)
 
-
-
 // ---- extended key usage -------------------------------------------------------------------------------
-
 
 extern "C" TV_API uint32_t AddExtensionExtendedKeyUsage(ExtendedKeyUsage* list, const uint8_t* purposeOid) {
     if (!list) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
     OwnedValue element(&desc::kOid);
-    TV_TRY(StoreOid(element.Out(), purposeOid));
+    TV_TRY(SetOid(TV_SITE, element.Out(), purposeOid));
     return ListAppendT(kExtendedKeyUsageFamily, list, element);
 }
 
@@ -697,51 +852,44 @@ extern "C" TV_API uint32_t GetExtensionExtendedKeyUsage(const ExtendedKeyUsage* 
 TV_EXTENSION_LIST_MEMBERS(ExtendedKeyUsage, kExtendedKeyUsageFamily,
                           ExtendedKeyUsage, ExtendedKeyUsage, ExtendedKeyUsage)
 
-
-
 // ---- authority information access -------------------------------------------------------------------
-
 
 extern "C" TV_API uint32_t AddExtensionAuthorityInformationAccess(AuthorityInformationAccess* list,
                                                                   const uint8_t* methodOid, GeneralName* location) {
+    using S = desc::AccessDescriptionSlot;
     if (!list || !methodOid || !location) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
     OwnedValue element(&desc::kAccessDescription);
-    TV_TRY(NewSequence(desc::kAccessDescription, element));
-    void** slots = SlotsOf(element.get());
-    TV_TRY(StoreOid(&slots[desc::kAccessMethod], methodOid));
-    // The empty choice record made with the element gives way to the caller's name.
-    FreeAsn1Object(&desc::kGeneralName, slots[desc::kAccessLocation]);
-    slots[desc::kAccessLocation] = location;
-    void** const adopted[] = {&slots[desc::kAccessLocation]};
+    TV_TRY(NewStructure(TV_SITE, desc::kAccessDescription, element));
+    void* slots = element.get();
+    TV_TRY(SetOid(TV_SITE, &Slot(slots, S::kAccessMethod), methodOid));
+    Slot(slots, S::kAccessLocation) = location;
+    void** const adopted[] = {&Slot(slots, S::kAccessLocation)};
     return AppendAdopting(kAuthorityInformationAccessFamily, list, element, adopted);
 }
 
 extern "C" TV_API uint32_t GetExtensionAuthorityInformationAccess(const AuthorityInformationAccess* list, uint32_t index,
                                                                   uint8_t* outOid, uint32_t* outOidLen,
                                                                   GeneralName** outLocation) {
+    using S = desc::AccessDescriptionSlot;
     void* element = nullptr;
     TV_TRY(ListElementT(kAuthorityInformationAccessFamily, list, index, &element));
-    void* const* slots = SlotsOf(element);
-    if (!slots[desc::kAccessMethod]) return TV_FAIL(TV_ERR_ABSENT);
-    TV_TRY(OidToPacked(Leaf(slots[desc::kAccessMethod]), outOid, outOidLen));
-    if (outLocation) *outLocation = static_cast<GeneralName*>(slots[desc::kAccessLocation]);
+    const void* slots = element;
+    TV_TRY(GetOid(TV_SITE, Slot(slots, S::kAccessMethod), outOid, outOidLen));
+    if (outLocation) *outLocation = static_cast<GeneralName*>(Slot(slots, S::kAccessLocation));
     return TV_OK;
 }
 
 TV_EXTENSION_LIST_MEMBERS(AuthorityInformationAccess, kAuthorityInformationAccessFamily,
                           AuthorityInformationAccess, AuthorityInformationAccess, AuthorityInformationAccess)
 
-
-
 // ---- certificate policies -------------------------------------------------------------------------------
-
 
 extern "C" TV_API uint32_t AddExtensionPolicyInformation(CertificatePolicies* list, const uint8_t* policyOid,
                                                          uint32_t* outIndex) {
     if (!list) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
     OwnedValue element(&desc::kPolicyInformation);
-    TV_TRY(NewSequence(desc::kPolicyInformation, element));
-    TV_TRY(StoreOid(&SlotsOf(element.get())[desc::kPolicyIdentifier], policyOid));
+    TV_TRY(NewStructure(TV_SITE, desc::kPolicyInformation, element));
+    TV_TRY(SetOid(TV_SITE, &Slot(element.get(), desc::PolicyInformationSlot::kPolicyIdentifier), policyOid));
     TV_TRY(ListAppendT(kCertificatePoliciesFamily, list, element));
     if (outIndex) *outIndex = list->count - 1;
     return TV_OK;
@@ -751,15 +899,11 @@ extern "C" TV_API uint32_t GetExtensionPolicyInformation(const CertificatePolici
                                                          uint32_t* outOidLen) {
     void* policy = nullptr;
     TV_TRY(PolicyAt(list, index, &policy));
-    const Asn1Primitive* id = Leaf(SlotsOf(policy)[desc::kPolicyIdentifier]);
-    if (!id) return TV_FAIL(TV_ERR_ABSENT);
-    return OidToPacked(id, outOid, outOidLen);
+    return GetOid(TV_SITE, Slot(policy, desc::PolicyInformationSlot::kPolicyIdentifier), outOid, outOidLen);
 }
 
 TV_EXTENSION_LIST_MEMBERS(CertificatePolicies, kCertificatePoliciesFamily,
                           CertificatePolicies, PolicyInformation, PolicyInformation)
-
-
 
 // The new qualifier record is what joins the policy's qualifier list (appending the policy record
 // itself, as earlier releases did, would make the policy contain itself). The qualifier bytes must
@@ -770,23 +914,14 @@ extern "C" TV_API uint32_t AddExtensionPolicyQualifier(CertificatePolicies* list
     void* policy = nullptr;
     TV_TRY(PolicyAt(list, policyIndex, &policy));
     OwnedValue qualifier(&desc::kPolicyQualifierInfo);
-    TV_TRY(NewSequence(desc::kPolicyQualifierInfo, qualifier));
-    void** slots = SlotsOf(qualifier.get());
-    TV_TRY(StoreOid(&slots[desc::kPolicyQualifierId], qualifierOid));
+    TV_TRY(NewStructure(TV_SITE, desc::kPolicyQualifierInfo, qualifier));
+    void* slots = qualifier.get();
+    TV_TRY(SetOid(TV_SITE, &Slot(slots, desc::PolicyQualifierInfoSlot::kPolicyQualifierId), qualifierOid));
     if (in && inLen) {
-        OwnedValue any(&desc::kAny, New<Asn1Primitive>());
-        if (!any.get()) return TV_FAIL(TV_ERR_NO_MEMORY);
-        TV_TRY(SetAnyEncoding(any.as<Asn1Primitive>(), in, inLen));
-        slots[desc::kQualifier] = any.Release();
+        TV_TRY(SetAny(TV_SITE, &Slot(slots, desc::PolicyQualifierInfoSlot::kQualifier), in, inLen));
     }
-    void** qualifiersSlot = &SlotsOf(policy)[desc::kPolicyQualifiersSlot];
-    if (*qualifiersSlot) return ListAppendT(kPolicyQualifiersFamily, static_cast<Asn1List*>(*qualifiersSlot), qualifier);
-    // The list is stored only once it holds the record, so a failure leaves the policy as it was.
-    OwnedValue qualifiers(&desc::kPolicyQualifiers, ListCreate());
-    if (!qualifiers.get()) return TV_FAIL(TV_ERR_NO_MEMORY);
-    TV_TRY(ListAppendT(kPolicyQualifiersFamily, qualifiers.as<Asn1List>(), qualifier));
-    *qualifiersSlot = qualifiers.Release();
-    return TV_OK;
+    return AppendToSlotList(kPolicyQualifiersFamily, &Slot(policy, desc::PolicyInformationSlot::kPolicyQualifiers),
+                            qualifier);
 }
 
 extern "C" TV_API uint32_t GetExtensionPolicyQualifiersCount(const CertificatePolicies* list, uint32_t policyIndex,
@@ -794,7 +929,7 @@ extern "C" TV_API uint32_t GetExtensionPolicyQualifiersCount(const CertificatePo
     if (!outCount) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
     void* policy = nullptr;
     TV_TRY(PolicyAt(list, policyIndex, &policy));
-    auto* qualifiers = static_cast<const Asn1List*>(SlotsOf(policy)[desc::kPolicyQualifiersSlot]);
+    auto* qualifiers = static_cast<const Asn1List*>(Slot(policy, desc::PolicyInformationSlot::kPolicyQualifiers));
     *outCount = qualifiers ? qualifiers->count : 0;
     return TV_OK;
 }
@@ -803,15 +938,14 @@ extern "C" TV_API uint32_t GetExtensionPolicyQualifiersCount(const CertificatePo
 extern "C" TV_API uint32_t GetExtensionPolicyQualifier(const CertificatePolicies* list, uint32_t policyIndex,
                                                        uint32_t qualifierIndex, uint8_t* outOid, uint32_t* outOidLen,
                                                        uint8_t* out, uint32_t* outLen) {
+    using S = desc::PolicyQualifierInfoSlot;
     if (!outOidLen || !outLen) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
     void* qualifier = nullptr;
     TV_TRY(QualifierAt(list, policyIndex, qualifierIndex, &qualifier));
-    void* const* slots = SlotsOf(qualifier);
-    if (!slots[desc::kPolicyQualifierId]) return TV_FAIL(TV_ERR_ABSENT);
-    const uint32_t oidRc = OidToPacked(Leaf(slots[desc::kPolicyQualifierId]), outOid, outOidLen);
-    const Asn1Primitive* any = Leaf(slots[desc::kQualifier]);
-    const uint32_t anyRc = any ? PutBytes(TV_SITE, any->content, any->length, out, outLen)
-                               : PutBytes(TV_SITE, nullptr, 0, out, outLen);
+    const void* slots = qualifier;
+    if (!Slot(slots, S::kPolicyQualifierId)) return TV_FAIL(TV_ERR_ABSENT);
+    const uint32_t oidRc = GetOid(TV_SITE, Slot(slots, S::kPolicyQualifierId), outOid, outOidLen);
+    const uint32_t anyRc = GetOptionalLeaf(TV_SITE, Slot(slots, S::kQualifier), out, outLen);
     return oidRc != TV_OK ? oidRc : anyRc;
 }
 
@@ -821,7 +955,7 @@ extern "C" TV_API uint32_t RemoveExtensionPolicyQualifier(CertificatePolicies* l
                                                           uint32_t qualifierIndex) {
     void* policy = nullptr;
     TV_TRY(PolicyAt(list, policyIndex, &policy));
-    void** qualifiersSlot = &SlotsOf(policy)[desc::kPolicyQualifiersSlot];
+    void** qualifiersSlot = &Slot(policy, desc::PolicyInformationSlot::kPolicyQualifiers);
     auto* qualifiers = static_cast<Asn1List*>(*qualifiersSlot);
     if (!qualifiers) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
     TV_TRY(ListRemoveT(kPolicyQualifiersFamily, qualifiers, qualifierIndex));
@@ -831,3 +965,254 @@ extern "C" TV_API uint32_t RemoveExtensionPolicyQualifier(CertificatePolicies* l
     }
     return TV_OK;
 }
+
+// ---- private extensions: scalar codecs ---------------------------------------------------------------
+
+TV_EXTENSION_SCALAR_CODEC(KestruneKeyIdentifier, desc::kUtf8String)
+TV_EXTENSION_SCALAR_CODEC(OcspRequestBsnProdCode, desc::kUtf8String)
+TV_EXTENSION_SCALAR_CODEC(OcspRequestPerson, desc::kUtf8String)
+TV_EXTENSION_SCALAR_CODEC(OcspRequestGuid, desc::kUtf8String)
+TV_EXTENSION_SCALAR_CODEC(OrganizationCode, desc::kUtf8String)
+TV_EXTENSION_SCALAR_CODEC(ClockNumber, desc::kUtf8String)
+TV_EXTENSION_SCALAR_CODEC(CorvantisSerialNumber, desc::kUtf8String)
+TV_EXTENSION_SCALAR_CODEC(RelatedOsbKod, desc::kPrintableString)
+
+#define TV_NUMBER_CODEC(Name, descriptor)                                                                      \
+    extern "C" TV_API uint32_t EncodeExtension##Name(uint32_t number, uint8_t* out, uint32_t* outLen) {         \
+        return EncodeNumber(descriptor, number, out, outLen);                                                \
+    }                                                                                                           \
+    extern "C" TV_API uint32_t DecodeExtension##Name(const uint8_t* in, uint32_t inLen, uint32_t* outNumber) {  \
+        return DecodeNumber(descriptor, in, inLen, outNumber);                                               \
+    }
+
+TV_NUMBER_CODEC(OcspRequestDocuments, desc::kInteger)
+TV_NUMBER_CODEC(OcspRequestCertificates, desc::kEnumerated)
+TV_NUMBER_CODEC(OcspRequestPrivateKeyContexts, desc::kEnumerated)
+#undef TV_NUMBER_CODEC
+
+extern "C" TV_API uint32_t EncodeExtensionParentAS(const uint8_t* packedOid, uint8_t* out, uint32_t* outLen) {
+    if (!packedOid || !outLen) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
+    return EncodeAsn1Oid(packedOid, out, outLen);
+}
+
+extern "C" TV_API uint32_t DecodeExtensionParentAS(const uint8_t* in, uint32_t inLen, uint8_t* out, uint32_t* outLen) {
+    if (!in || inLen == 0 || !outLen) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
+    return DecodeAsn1Oid(in, inLen, out, outLen);
+}
+
+extern "C" TV_API uint32_t EncodeExtensionOwnerInformation(const X509Name* name, uint8_t* out, uint32_t* outLen) {
+    if (!name || !outLen) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
+    return EncodeX509Name(name, out, outLen);
+}
+
+extern "C" TV_API uint32_t DecodeExtensionOwnerInformation(const uint8_t* in, uint32_t inLen, X509Name** outName) {
+    if (!in || inLen == 0 || !outName) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
+    return DecodeX509Name(in, inLen, outName);
+}
+
+extern "C" TV_API uint32_t EncodeExtensionOcspCheckTime(const LibraryTime* time, uint8_t* out, uint32_t* outLen) {
+    if (!time || !outLen) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
+    return EncodeGeneralizedTimeElement(time, out, outLen);
+}
+
+extern "C" TV_API uint32_t DecodeExtensionOcspCheckTime(const uint8_t* in, uint32_t inLen, LibraryTime* outTime) {
+    return DecodeGeneralizedTime(in, inLen, outTime);
+}
+
+// ---- structured values ------------------------------------------------------------------------------
+
+extern "C" TV_API uint32_t EncodeExtensionOcspCheckFile(const uint8_t* fileHash, uint32_t fileHashLen,
+                                                        const uint8_t* hash0, uint32_t hash0Len, const uint8_t* hash1,
+                                                        uint32_t hash1Len, uint32_t checkKindPresent,
+                                                        uint32_t checkKind, const uint8_t* text3, uint32_t text3Len,
+                                                        const uint8_t* text4, uint32_t text4Len,
+                                                        uint32_t kind5Present, uint32_t kind5, uint8_t* out,
+                                                        uint32_t* outLen) {
+    using S = desc::OcspCheckFileSlot;
+    if (!fileHash) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
+    return EncodeBuilt(desc::kOcspCheckFile, out, outLen, [&](void* s) -> uint32_t {
+        TV_TRY(SetOrCreatePrimitive(&Slot(s, S::kFileHash), ASN1_OCTET_STRING, fileHash, fileHashLen));
+        TV_TRY(SetOptionalLeaf(&Slot(s, S::kHash0), ASN1_OCTET_STRING, hash0, hash0Len));
+        TV_TRY(SetOptionalLeaf(&Slot(s, S::kHash1), ASN1_OCTET_STRING, hash1, hash1Len));
+        if (checkKindPresent) TV_TRY(SetNumber(&Slot(s, S::kCheckKind), ASN1_ENUMERATED, checkKind));
+        TV_TRY(SetOptionalLeaf(&Slot(s, S::kText3), ASN1_UTF8_STRING, text3, text3Len));
+        TV_TRY(SetOptionalLeaf(&Slot(s, S::kText4), ASN1_UTF8_STRING, text4, text4Len));
+        if (kind5Present) TV_TRY(SetNumber(&Slot(s, S::kKind5), ASN1_ENUMERATED, kind5));
+        return TV_OK;
+    });
+}
+
+extern "C" TV_API uint32_t DecodeExtensionOcspCheckFile(const uint8_t* in, uint32_t inLen, uint8_t* outFileHash,
+                                                        uint32_t* outFileHashLen, uint8_t* outHash0,
+                                                        uint32_t* outHash0Len, uint8_t* outHash1,
+                                                        uint32_t* outHash1Len, uint32_t* outCheckKindPresent,
+                                                        uint32_t* outCheckKind, uint8_t* outText3,
+                                                        uint32_t* outText3Len, uint8_t* outText4,
+                                                        uint32_t* outText4Len, uint32_t* outKind5Present,
+                                                        uint32_t* outKind5) {
+    using S = desc::OcspCheckFileSlot;
+    if (!outFileHashLen || !outHash0Len || !outHash1Len || !outCheckKindPresent || !outCheckKind || !outText3Len ||
+        !outText4Len || !outKind5Present || !outKind5)
+        return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
+    return DecodeRead(desc::kOcspCheckFile, in, inLen, [&](const void* s) -> uint32_t {
+        return FirstFailure({
+            GetLeaf(TV_SITE, Slot(s, S::kFileHash), outFileHash, outFileHashLen),
+            GetOptionalLeaf(TV_SITE, Slot(s, S::kHash0), outHash0, outHash0Len),
+            GetOptionalLeaf(TV_SITE, Slot(s, S::kHash1), outHash1, outHash1Len),
+            GetOptionalNumber(TV_SITE, Slot(s, S::kCheckKind), outCheckKindPresent, outCheckKind),
+            GetOptionalLeaf(TV_SITE, Slot(s, S::kText3), outText3, outText3Len),
+            GetOptionalLeaf(TV_SITE, Slot(s, S::kText4), outText4, outText4Len),
+            GetOptionalNumber(TV_SITE, Slot(s, S::kKind5), outKind5Present, outKind5),
+        });
+    });
+}
+
+extern "C" TV_API uint32_t EncodeExtensionOcspCheckCryptoNetRegistry(const uint8_t* text1, uint32_t text1Len,
+                                                                     const uint8_t* text2, uint32_t text2Len,
+                                                                     uint32_t kindPresent, uint32_t kind,
+                                                                     uint8_t* out, uint32_t* outLen) {
+    using S = desc::RegistrySlot;
+    if (!text1 || !text2) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
+    return EncodeBuilt(desc::kCryptoNetRegistry, out, outLen, [&](void* s) -> uint32_t {
+        TV_TRY(SetOrCreatePrimitive(&Slot(s, S::kText1), ASN1_UTF8_STRING, text1, text1Len));
+        TV_TRY(SetOrCreatePrimitive(&Slot(s, S::kText2), ASN1_UTF8_STRING, text2, text2Len));
+        if (kindPresent) TV_TRY(SetNumber(&Slot(s, S::kKind), ASN1_ENUMERATED, kind));
+        return TV_OK;
+    });
+}
+
+extern "C" TV_API uint32_t DecodeExtensionOcspCheckCryptoNetRegistry(const uint8_t* in, uint32_t inLen,
+                                                                     uint8_t* outText1, uint32_t* outText1Len,
+                                                                     uint8_t* outText2, uint32_t* outText2Len,
+                                                                     uint32_t* outKindPresent, uint32_t* outKind) {
+    using S = desc::RegistrySlot;
+    if (!outText1Len || !outText2Len || !outKindPresent || !outKind) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
+    return DecodeRead(desc::kCryptoNetRegistry, in, inLen, [&](const void* s) -> uint32_t {
+        return FirstFailure({
+            GetLeaf(TV_SITE, Slot(s, S::kText1), outText1, outText1Len),
+            GetLeaf(TV_SITE, Slot(s, S::kText2), outText2, outText2Len),
+            GetOptionalNumber(TV_SITE, Slot(s, S::kKind), outKindPresent, outKind),
+        });
+    });
+}
+
+extern "C" TV_API uint32_t EncodeExtensionOcspCheckTime2(uint32_t timeKind, const LibraryTime* checkTime, uint8_t* out,
+                                                         uint32_t* outLen) {
+    using S = desc::CheckTime2Slot;
+    return EncodeBuilt(desc::kOcspCheckTime2, out, outLen, [&](void* s) -> uint32_t {
+        TV_TRY(SetNumber(&Slot(s, S::kTimeKind), ASN1_ENUMERATED, timeKind));
+        if (checkTime) TV_TRY(SetGeneralizedTimeLeaf(&Slot(s, S::kCheckTime), checkTime));
+        return TV_OK;
+    });
+}
+
+extern "C" TV_API uint32_t DecodeExtensionOcspCheckTime2(const uint8_t* in, uint32_t inLen, uint32_t* outTimeKind,
+                                                         LibraryTime* outCheckTime) {
+    using S = desc::CheckTime2Slot;
+    if (!outTimeKind || !outCheckTime) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
+    return DecodeRead(desc::kOcspCheckTime2, in, inLen, [&](const void* s) -> uint32_t {
+        TV_TRY(GetNumber(TV_SITE, Slot(s, S::kTimeKind), outTimeKind));
+        return GetOptionalTime(Slot(s, S::kCheckTime), outCheckTime);
+    });
+}
+
+// ExtendedResult and KeyStorage share one shape.
+#define TV_CODED_TEXT_CODEC(Name)                                                                              \
+    extern "C" TV_API uint32_t EncodeExtension##Name(uint32_t code, const uint8_t* text, uint32_t textLen,      \
+                                                     uint8_t* out, uint32_t* outLen) {                          \
+        return EncodeCodedText(code, text, textLen, out, outLen);                                               \
+    }                                                                                                           \
+    extern "C" TV_API uint32_t DecodeExtension##Name(const uint8_t* in, uint32_t inLen, uint32_t* outCode,      \
+                                                     uint8_t* outText, uint32_t* outTextLen) {                  \
+        return DecodeCodedText(in, inLen, outCode, outText, outTextLen);                                        \
+    }
+
+TV_CODED_TEXT_CODEC(ExtendedResult)
+TV_CODED_TEXT_CODEC(KeyStorage)
+#undef TV_CODED_TEXT_CODEC
+
+extern "C" TV_API uint32_t EncodeExtensionRequestBlockingDate(const LibraryTime* from, const LibraryTime* until,
+                                                              uint8_t* out, uint32_t* outLen) {
+    using S = desc::BlockingDateSlot;
+    return EncodeBuilt(desc::kRequestBlockingDate, out, outLen, [&](void* s) -> uint32_t {
+        if (from) TV_TRY(SetGeneralizedTimeLeaf(&Slot(s, S::kFrom), from));
+        if (until) TV_TRY(SetGeneralizedTimeLeaf(&Slot(s, S::kUntil), until));
+        return TV_OK;
+    });
+}
+
+extern "C" TV_API uint32_t DecodeExtensionRequestBlockingDate(const uint8_t* in, uint32_t inLen, LibraryTime* outFrom,
+                                                              LibraryTime* outUntil) {
+    using S = desc::BlockingDateSlot;
+    if (!outFrom || !outUntil) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
+    return DecodeRead(desc::kRequestBlockingDate, in, inLen, [&](const void* s) -> uint32_t {
+        TV_TRY(GetOptionalTime(Slot(s, S::kFrom), outFrom));
+        return GetOptionalTime(Slot(s, S::kUntil), outUntil);
+    });
+}
+
+// ---- store lists: one shape under three names ---------------------------------------------------------
+
+#define TV_STORE_LIST(Name)                                                                                       \
+    TV_EXTENSION_LIST_MEMBERS(StoreItems, kStoreItemsFamily, Name, Name, Name)                                    \
+    extern "C" TV_API uint32_t AddExtension##Name(StoreItems* list, uint32_t kind, const uint8_t* in,             \
+                                                  uint32_t inLen) {                                                \
+        return AddStoreItem(list, kind, in, inLen);                                                                \
+    }                                                                                                              \
+    extern "C" TV_API uint32_t GetExtension##Name(const StoreItems* list, uint32_t index, uint32_t* outKind,      \
+                                                  uint8_t* out, uint32_t* outLen) {                                \
+        return GetStoreItem(list, index, outKind, out, outLen);                                                    \
+    }
+
+TV_STORE_LIST(StoreCertificates)
+TV_STORE_LIST(StorePrivateKeyContexts)
+TV_STORE_LIST(StoreOcspRequestDocuments)
+#undef TV_STORE_LIST
+
+// ---- OCSP check results ---------------------------------------------------------------------------------
+
+// The caller's items and names join the element only once everything else is built, and leave it
+// again if the append fails, so a failed add frees nothing of theirs. A null items list stands for
+// an empty one, since the field is required; null names leave the optional field out.
+extern "C" TV_API uint32_t AddExtensionOcspCheckFileExtResults(OcspCheckFileExtResults* list, uint32_t resultKind,
+                                                               const uint8_t* text, uint32_t textLen,
+                                                               uint32_t statusKind, const LibraryTime* checkTime,
+                                                               StoreItems* items, GeneralNames* names) {
+    using S = desc::ExtResultSlot;
+    if (!list || (!text && textLen)) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
+    OwnedValue element(&desc::kExtResult);
+    TV_TRY(NewStructure(TV_SITE, desc::kExtResult, element));
+    void* s = element.get();
+    TV_TRY(SetNumber(&Slot(s, S::kResultKind), ASN1_ENUMERATED, resultKind));
+    TV_TRY(SetOrCreatePrimitive(&Slot(s, S::kResultText), ASN1_UTF8_STRING, text, textLen));
+    TV_TRY(SetNumber(&Slot(s, S::kStatusKind), ASN1_ENUMERATED, statusKind));
+    if (checkTime) TV_TRY(SetGeneralizedTimeLeaf(&Slot(s, S::kCheckTime), checkTime));
+    void** itemsSlot = &Slot(s, S::kItems);
+    *itemsSlot = items ? items : ListCreate();
+    if (!*itemsSlot) return TV_FAIL(TV_ERR_NO_MEMORY);
+    Slot(s, S::kNames) = names;
+    void** const adopted[] = {items ? itemsSlot : nullptr, &Slot(s, S::kNames)};
+    return AppendAdopting(kExtResultsFamily, list, element, adopted);
+}
+
+extern "C" TV_API uint32_t GetExtensionOcspCheckFileExtResults(const OcspCheckFileExtResults* list, uint32_t index,
+                                                               uint32_t* outResultKind, uint8_t* outText,
+                                                               uint32_t* outTextLen, uint32_t* outStatusKind,
+                                                               LibraryTime* outCheckTime, StoreItems** outItems,
+                                                               GeneralNames** outNames) {
+    using S = desc::ExtResultSlot;
+    const void* element = nullptr;
+    TV_TRY(ListElementT(kExtResultsFamily, list, index, &element));
+    const void* s = element;
+    uint32_t resultKind = TV_OK, text = TV_OK, statusKind = TV_OK, checkTime = TV_OK;
+    if (outResultKind) resultKind = GetNumber(TV_SITE, Slot(s, S::kResultKind), outResultKind);
+    if (outTextLen) text = GetLeaf(TV_SITE, Slot(s, S::kResultText), outText, outTextLen);
+    if (outStatusKind) statusKind = GetNumber(TV_SITE, Slot(s, S::kStatusKind), outStatusKind);
+    if (outCheckTime) checkTime = GetOptionalTime(Slot(s, S::kCheckTime), outCheckTime);
+    if (outItems) *outItems = static_cast<StoreItems*>(Slot(s, S::kItems));
+    if (outNames) *outNames = static_cast<GeneralNames*>(Slot(s, S::kNames));
+    return FirstFailure({resultKind, text, statusKind, checkTime});
+}
+
+TV_EXTENSION_LIST_MEMBERS(OcspCheckFileExtResults, kExtResultsFamily,
+                          OcspCheckFileExtResults, OcspCheckFileExtResults, OcspCheckFileExtResults)

@@ -2,7 +2,7 @@
 // a one-field handle.
 #include "tarvelon/extensions/RsaAttributes.h"
 
-#include "tarvelon/engine/FamilyOps.h"
+#include "tarvelon/extensions/OidKeyedList.h"
 #include "tarvelon/tarvelon.h"
 
 TV_MODULE(RsaAttributes)
@@ -13,9 +13,9 @@ namespace tv::desc {
 constexpr Asn1Descriptor kAttributeValues = SetOf<&kAny>();
 
 // Attribute ::= SEQUENCE {                                             (RFC 5652 5.3)
-constexpr Components<kAttributeSlotCount> kAttributeParts = Slots<AttributeSlot, kAttributeSlotCount>({
-    {kAttrType, &kOid},                // attrType    OBJECT IDENTIFIER
-    {kAttrValues, &kAttributeValues},  // attrValues  SET OF AttributeValue
+constexpr auto kAttributeParts = Slots<AttributeSlot>({
+    {AttributeSlot::kType, &kOid},                // attrType    OBJECT IDENTIFIER
+    {AttributeSlot::kValues, &kAttributeValues},  // attrValues  SET OF AttributeValue
 });
 constinit const Asn1Descriptor kAttribute = Sequence(kAttributeParts);
 // Attributes ::= SET OF Attribute   -- SignedAttributes' SIZE (1..MAX) is not enforced
@@ -28,24 +28,16 @@ namespace {
 
 constinit const Family kAttributeFamily{&desc::kAttribute, Module::RsaAttributes, 0};
 constinit const Family kAttributesFamily{&desc::kAttributes, Module::RsaAttributes, 0};
+constinit const Family kAttributeValuesFamily{&desc::kAttributeValues, Module::RsaAttributes, 0};
 
-using Slots = void*[desc::kAttributeSlotCount];
-
-Slots& SlotsOf(RsaAttribute* a) { return *reinterpret_cast<Slots*>(a); }
-const Slots& SlotsOf(const RsaAttribute* a) { return *reinterpret_cast<const Slots*>(a); }
-
-Asn1List* ValueList(const RsaAttribute* a) { return static_cast<Asn1List*>(SlotsOf(a)[desc::kAttrValues]); }
+Asn1List* ValueList(const RsaAttribute* a) { return static_cast<Asn1List*>(Slot(a, desc::AttributeSlot::kValues)); }
 
 // An empty identifier or value is refused here: neither could be written as a DER element.
 uint32_t NewAttribute(const uint8_t* oid, OwnedValue& out) {
     if (!oid || oid[0] == 0) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
     // Both slots start empty: the value list appears with the first value.
-    *out.Out() = AllocZero(sizeof(Slots));
-    if (!out.get()) return TV_FAIL(TV_ERR_NO_MEMORY);
-    auto* id = NewPrimitive(ASN1_OBJECT_IDENTIFIER, oid + 1, oid[0]);
-    if (!id) return TV_FAIL(TV_ERR_NO_MEMORY);
-    SlotsOf(out.as<RsaAttribute>())[desc::kAttrType] = id;
-    return TV_OK;
+    TV_TRY(NewStructure(TV_SITE, desc::kAttribute, out));
+    return SetOid(TV_SITE, &Slot(out.get(), desc::AttributeSlot::kType), oid);
 }
 
 // The value is kept as given; its word is the tag number from the low five bits of the first octet.
@@ -55,19 +47,11 @@ uint32_t AddValue(RsaAttribute* a, const uint8_t* der, uint32_t derLen) {
     if (!value.get()) return TV_FAIL(TV_ERR_NO_MEMORY);
     TV_TRY(SetAnyEncoding(value.as<Asn1Primitive>(), der, derLen));
     value.as<Asn1Primitive>()->word = der[0] & 0x1Fu;
-    void*& slot = SlotsOf(a)[desc::kAttrValues];
-    // A value list made for this value goes again if the value cannot join it.
-    OwnedValue fresh(&desc::kAttributeValues, slot ? nullptr : ListCreate());
-    if (!slot && !fresh.get()) return TV_FAIL(TV_ERR_NO_MEMORY);
-    auto* list = static_cast<Asn1List*>(slot ? slot : fresh.get());
-    TV_TRY(ListAppend(list, value.get()));
-    value.Release();
-    if (!slot) slot = fresh.Release();
-    return TV_OK;
+    return AppendToSlotList(kAttributeValuesFamily, &Slot(a, desc::AttributeSlot::kValues), value);
 }
 
 uint32_t ReadOid(const RsaAttribute* a, uint8_t* out, uint32_t* outLen) {
-    auto* id = static_cast<const Asn1Primitive*>(SlotsOf(a)[desc::kAttrType]);
+    auto* id = static_cast<const Asn1Primitive*>(Slot(a, desc::AttributeSlot::kType));
     if (!id || !id->content) return TV_FAIL(TV_ERR_ABSENT);
     return OidToPacked(id, out, outLen);
 }
@@ -86,12 +70,6 @@ uint32_t ReadValue(const RsaAttribute* a, uint32_t index, uint8_t* out, uint32_t
     auto* value = static_cast<const Asn1Primitive*>(values->items[index]);
     if (!value || !value->content) return TV_FAIL(TV_ERR_ABSENT);
     return PutBytes(TV_SITE, value->content, value->length, out, outLen);
-}
-
-bool HasOid(const void* attribute, const uint8_t* oid) {
-    if (!attribute) return false;
-    auto* id = static_cast<const Asn1Primitive*>(SlotsOf(static_cast<const RsaAttribute*>(attribute))[desc::kAttrType]);
-    return IsOidAndAsn1ObjectIdentifierEquals(oid, id) != 0;
 }
 
 // The attribute at `index` of a handle that must hold a list: no list 311, out of range 32,
@@ -207,26 +185,14 @@ extern "C" TV_API uint32_t FindRsaAttributesAttribute(const RsaAttributes* attri
                                                       uint32_t* outIndex) {
     if (!attributes || !inOid || !outIndex) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
     if (!attributes->list) return TV_FAIL(TV_ERR_ABSENT);
-    const Asn1List* list = AttributeList(attributes);
-    for (uint32_t i = 0; i < list->count; ++i) {
-        if (HasOid(list->items[i], inOid)) {
-            *outIndex = i;
-            return TV_OK;
-        }
-    }
-    return TV_FAIL(TV_ERR_NOT_FOUND);
+    if (!FindOid(AttributeList(attributes), desc::AttributeSlot::kType, inOid, outIndex)) return TV_FAIL(TV_ERR_NOT_FOUND);
+    return TV_OK;
 }
 
 extern "C" TV_API uint32_t RemoveRsaAttributesAttribute2(RsaAttributes* attributes, const uint8_t* inOid) {
     if (!attributes || !inOid) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
     if (!attributes->list) return TV_FAIL(TV_ERR_ABSENT);
-    Asn1List* list = AttributeList(attributes);
-    // Backwards, so that what moves down after a removal has already been looked at: every match
-    // goes in one call, adjacent ones included.
-    for (uint32_t i = list->count; i-- > 0;) {
-        if (HasOid(list->items[i], inOid)) TV_TRY(ListRemoveT(kAttributesFamily, list, i));
-    }
-    return TV_OK;
+    return RemoveOid(kAttributesFamily, AttributeList(attributes), desc::AttributeSlot::kType, inOid, OidWalk::kBackwardEvery);
 }
 
 extern "C" TV_API uint32_t ClearRsaAttributes(RsaAttributes* attributes) {

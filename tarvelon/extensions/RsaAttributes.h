@@ -16,7 +16,7 @@ struct RsaAttributes {
 namespace tv::desc {
 
 // Attribute ::= SEQUENCE { attrType OBJECT IDENTIFIER, attrValues SET OF AttributeValue }
-enum AttributeSlot : uint32_t { kAttrType, kAttrValues, kAttributeSlotCount };
+enum class AttributeSlot : uint32_t { kType, kValues, kCount };
 extern const Asn1Descriptor kAttribute;
 // Attributes ::= SET OF Attribute
 extern const Asn1Descriptor kAttributes;

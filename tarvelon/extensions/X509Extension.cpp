@@ -1,7 +1,7 @@
 // Extensions keyed by OID with opaque values, one at a time and as lists behind a one-field handle.
 #include "tarvelon/extensions/X509Extension.h"
 
-#include "tarvelon/engine/FamilyOps.h"
+#include "tarvelon/extensions/OidKeyedList.h"
 #include "tarvelon/tarvelon.h"
 
 TV_MODULE(X509Extension)
@@ -9,10 +9,10 @@ TV_MODULE(X509Extension)
 namespace tv::desc {
 
 // Extension ::= SEQUENCE {                                             (RFC 5280 4.1)
-constexpr Components<kExtensionSlotCount> kExtensionParts = Slots<ExtensionSlot, kExtensionSlotCount>({
-    {kExtnId, &kOid},                   // extnID     OBJECT IDENTIFIER
-    {kCritical, &kBooleanDefaultFalse}, // critical   BOOLEAN DEFAULT FALSE
-    {kExtnValue, &kOctetString},        // extnValue  OCTET STRING
+constexpr auto kExtensionParts = Slots<ExtensionSlot>({
+    {ExtensionSlot::kExtnId, &kOid},                   // extnID     OBJECT IDENTIFIER
+    {ExtensionSlot::kCritical, &kBooleanDefaultFalse}, // critical   BOOLEAN DEFAULT FALSE
+    {ExtensionSlot::kExtnValue, &kOctetString},        // extnValue  OCTET STRING
 });
 constinit const Asn1Descriptor kExtension = Sequence(kExtensionParts);
 constinit const Asn1Descriptor kExtensions = SequenceOf<&kExtension>();
@@ -25,11 +25,6 @@ namespace {
 constinit const Family kExtensionFamily{&desc::kExtension, Module::X509Extension, 0};
 constinit const Family kExtensionsFamily{&desc::kExtensions, Module::X509Extension, 0};
 
-using Slots = void*[desc::kExtensionSlotCount];
-
-Slots& SlotsOf(X509Extension* e) { return *reinterpret_cast<Slots*>(e); }
-const Slots& SlotsOf(const X509Extension* e) { return *reinterpret_cast<const Slots*>(e); }
-
 // The three parts are built before anything in the extension is released, so a failure leaves
 // the extension as it was.
 uint32_t StoreExtension(X509Extension* e, const uint8_t* oid, bool critical, const uint8_t* value, uint32_t valueLen) {
@@ -39,13 +34,12 @@ uint32_t StoreExtension(X509Extension* e, const uint8_t* oid, bool critical, con
     OwnedValue boolean(&desc::kBoolean, NewPrimitive(ASN1_BOOLEAN, &flag, 1));
     OwnedValue octets(&desc::kOctetString, NewPrimitive(ASN1_OCTET_STRING, value, valueLen));
     if (!id.get() || !boolean.get() || !octets.get()) return TV_FAIL(TV_ERR_NO_MEMORY);
-    Slots& s = SlotsOf(e);
-    FreeAsn1Object(&desc::kOid, s[desc::kExtnId]);
-    FreeAsn1Object(&desc::kBoolean, s[desc::kCritical]);
-    FreeAsn1Object(&desc::kOctetString, s[desc::kExtnValue]);
-    s[desc::kExtnId] = id.Release();
-    s[desc::kCritical] = boolean.Release();
-    s[desc::kExtnValue] = octets.Release();
+    FreeAsn1Object(&desc::kOid, Slot(e, desc::ExtensionSlot::kExtnId));
+    FreeAsn1Object(&desc::kBoolean, Slot(e, desc::ExtensionSlot::kCritical));
+    FreeAsn1Object(&desc::kOctetString, Slot(e, desc::ExtensionSlot::kExtnValue));
+    Slot(e, desc::ExtensionSlot::kExtnId) = id.Release();
+    Slot(e, desc::ExtensionSlot::kCritical) = boolean.Release();
+    Slot(e, desc::ExtensionSlot::kExtnValue) = octets.Release();
     return TV_OK;
 }
 
@@ -58,13 +52,12 @@ uint32_t NewExtension(const uint8_t* oid, bool critical, const uint8_t* value, u
 // OID's 49 over the value's.
 uint32_t ReadExtension(const X509Extension* e, uint8_t* oid, uint32_t* oidLen, uint32_t* critical, uint8_t* value,
                        uint32_t* valueLen) {
-    const Slots& s = SlotsOf(e);
-    auto* id = static_cast<const Asn1Primitive*>(s[desc::kExtnId]);
-    auto* octets = static_cast<const Asn1Primitive*>(s[desc::kExtnValue]);
+    auto* id = static_cast<const Asn1Primitive*>(Slot(e, desc::ExtensionSlot::kExtnId));
+    auto* octets = static_cast<const Asn1Primitive*>(Slot(e, desc::ExtensionSlot::kExtnValue));
     if (!id || !octets) return TV_FAIL(TV_ERR_ABSENT);
     uint32_t booleanRc = TV_OK;
     uint32_t flag = 0;  // an extension created but never set holds no BOOLEAN: the default
-    if (auto* b = static_cast<const Asn1Primitive*>(s[desc::kCritical])) {
+    if (auto* b = static_cast<const Asn1Primitive*>(Slot(e, desc::ExtensionSlot::kCritical))) {
         if (b->length == 1 && b->content[0] == 0x00) flag = 0;
         else if (b->length == 1 && b->content[0] == 0xFF) flag = 1;
         else booleanRc = TV_FAIL(TV_ERR_NOT_DER);
@@ -76,23 +69,10 @@ uint32_t ReadExtension(const X509Extension* e, uint8_t* oid, uint32_t* oidLen, u
     return oidRc != TV_OK ? oidRc : valueRc;
 }
 
-bool HasOid(const void* extension, const uint8_t* oid) {
-    if (!extension) return false;
-    auto* id = static_cast<const Asn1Primitive*>(SlotsOf(static_cast<const X509Extension*>(extension))[desc::kExtnId]);
-    return id && IsOidAndAsn1ObjectIdentifierEquals(oid, id) != 0;
-}
-
 }  // namespace
 
 bool FindExtensionIndex(const X509Extensions* handle, const uint8_t* packedOid, uint32_t* index) noexcept {
-    const Asn1List* list = handle ? ExtensionList(handle) : nullptr;
-    for (uint32_t i = 0; list && i < list->count; ++i) {
-        if (HasOid(list->items[i], packedOid)) {
-            *index = i;
-            return true;
-        }
-    }
-    return false;
+    return FindOid(handle ? ListOf(handle) : nullptr, desc::ExtensionSlot::kExtnId, packedOid, index);
 }
 
 }  // namespace tv
@@ -159,7 +139,7 @@ extern "C" TV_API uint32_t GetX509ExtensionsExtension(const X509Extensions* exte
     if (!extensions || !outOidLen || !outValueLen) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
     if (!extensions->list) return TV_FAIL(TV_ERR_ABSENT);
     const X509Extension* e = nullptr;
-    TV_TRY(ListElementT(kExtensionsFamily, ExtensionList(extensions), index, &e));
+    TV_TRY(ListElementT(kExtensionsFamily, ListOf(extensions), index, &e));
     return ReadExtension(e, outOid, outOidLen, outCritical, outValue, outValueLen);
 }
 
@@ -170,30 +150,22 @@ extern "C" TV_API uint32_t FindX509Extension(const X509Extensions* extensions, c
 
 extern "C" TV_API uint32_t GetX509ExtensionsExtensionValue(const X509Extensions* extensions, const uint8_t* inOid,
                                                            uint8_t* outValue, uint32_t* outValueLen) {
-    if (!outValueLen) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
-    uint32_t index = 0;
-    TV_TRY(FindX509Extension(extensions, inOid, &index));
-    auto* e = static_cast<const X509Extension*>(ExtensionList(extensions)->items[index]);
-    auto* octets = static_cast<const Asn1Primitive*>(SlotsOf(e)[desc::kExtnValue]);
-    if (!octets) return TV_FAIL(TV_ERR_ABSENT);
-    return PutBytes(TV_SITE, octets->content, octets->length, outValue, outValueLen);
+    if (!outValueLen || !extensions || !inOid) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
+    const void* e = ElementWithOid(ListOf(extensions), desc::ExtensionSlot::kExtnId, inOid);
+    if (!e) return TV_FAIL(TV_ERR_NOT_FOUND);
+    return GetLeaf(TV_SITE, Slot(e, desc::ExtensionSlot::kExtnValue), outValue, outValueLen);
 }
 
 extern "C" TV_API uint32_t RemoveX509ExtensionsExtension(X509Extensions* extensions, uint32_t index) {
     if (!extensions) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
     if (!extensions->list) return TV_FAIL(TV_ERR_ABSENT);
-    return ListRemoveT(kExtensionsFamily, ExtensionList(extensions), index);
+    return ListRemoveT(kExtensionsFamily, ListOf(extensions), index);
 }
 
 extern "C" TV_API uint32_t RemoveX509ExtensionsExtension2(X509Extensions* extensions, const uint8_t* inOid) {
     if (!extensions || !inOid) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
-    Asn1List* list = extensions->list ? ExtensionList(extensions) : nullptr;
-    // The index advances after a removal too, so the element that moved into place i is not
-    // examined: of two adjacent matches one call removes the first. Kept as callers know it.
-    for (uint32_t i = 0; list && i < list->count; ++i) {
-        if (HasOid(list->items[i], inOid)) TV_TRY(RemoveX509ExtensionsExtension(extensions, i));
-    }
-    return TV_OK;
+    // Of two adjacent matches one call removes the first, as callers know it.
+    return RemoveOid(kExtensionsFamily, ListOf(extensions), desc::ExtensionSlot::kExtnId, inOid, OidWalk::kForwardSkippingMovedIn);
 }
 
 extern "C" TV_API uint32_t ClearX509Extensions(X509Extensions* extensions) {

@@ -16,7 +16,7 @@ struct X509Extensions {
 namespace tv::desc {
 
 // Extension ::= SEQUENCE { extnID OBJECT IDENTIFIER, critical BOOLEAN DEFAULT FALSE, extnValue OCTET STRING }
-enum ExtensionSlot : uint32_t { kExtnId, kCritical, kExtnValue, kExtensionSlotCount };
+enum class ExtensionSlot : uint32_t { kExtnId, kCritical, kExtnValue, kCount };
 extern const Asn1Descriptor kExtension;
 // Extensions ::= SEQUENCE SIZE (1..MAX) OF Extension   -- the lower bound is not enforced
 extern const Asn1Descriptor kExtensions;
@@ -26,10 +26,9 @@ extern const Asn1Descriptor kExtensions;
 namespace tv {
 
 inline X509Extensions* ExtensionsHandleOfSlot(void** slot) noexcept { return reinterpret_cast<X509Extensions*>(slot); }
-inline Asn1List* ExtensionList(const X509Extensions* handle) noexcept { return static_cast<Asn1List*>(handle->list); }
 
-// Index of the first extension with the packed OID, recording nothing: for searches that walk many
-// lists, where a list without that extension is an answer rather than a failure.
+// Index of the first extension with the packed OID, recording nothing (FindOid over the handle's
+// list; a handle without a list has none).
 bool FindExtensionIndex(const X509Extensions* handle, const uint8_t* packedOid, uint32_t* index) noexcept;
 
 // Packed OIDs (length octet, contents) of the extensions the library reads or writes itself.

@@ -1,7 +1,7 @@
 // General names: the nine RFC 5280 alternatives, built from and read back to caller octets.
 #include "tarvelon/pkix/GeneralNames.h"
 
-#include "tarvelon/engine/FamilyOps.h"
+#include "tarvelon/engine/Fields.h"
 #include "tarvelon/tarvelon.h"
 
 TV_MODULE(GeneralNames)
@@ -29,16 +29,16 @@ constexpr Asn1Descriptor kIpAddressAlt = Implicit(7, kOctetString);
 constexpr Asn1Descriptor kRegisteredIdAlt = Implicit(8, kOid);
 
 // GeneralName ::= CHOICE {   -- RFC 5280 4.2.1.6, IMPLICIT TAGS module
-constexpr Components<kGeneralNameKindCount> kGeneralNameAlternatives = Slots<GeneralNameKind, kGeneralNameKindCount>({
-    {kOtherName, &kOtherNameAlt},                     // otherName                  [0] OtherName (a SEQUENCE)
-    {kRfc822Name, &kRfc822NameAlt},                   // rfc822Name                 [1] IA5String
-    {kDnsName, &kDnsNameAlt},                         // dNSName                    [2] IA5String
-    {kX400Address, &kX400AddressAlt},                 // x400Address                [3] ORAddress (a SEQUENCE)
-    {kDirectoryName, &kDirectoryNameAlt},             // directoryName              [4] Name, EXPLICIT as Name is a CHOICE
-    {kEdiPartyName, &kEdiPartyNameAlt},               // ediPartyName               [5] EDIPartyName (a SEQUENCE)
-    {kUniformResourceIdentifier, &kUriAlt},           // uniformResourceIdentifier  [6] IA5String
-    {kIpAddress, &kIpAddressAlt},                     // iPAddress                  [7] OCTET STRING
-    {kRegisteredId, &kRegisteredIdAlt},               // registeredID               [8] OBJECT IDENTIFIER
+constexpr auto kGeneralNameAlternatives = Slots<GeneralNameKind>({
+    {GeneralNameKind::kOtherName, &kOtherNameAlt},            // otherName                  [0] OtherName (a SEQUENCE)
+    {GeneralNameKind::kRfc822Name, &kRfc822NameAlt},          // rfc822Name                 [1] IA5String
+    {GeneralNameKind::kDnsName, &kDnsNameAlt},                // dNSName                    [2] IA5String
+    {GeneralNameKind::kX400Address, &kX400AddressAlt},        // x400Address                [3] ORAddress (a SEQUENCE)
+    {GeneralNameKind::kDirectoryName, &kDirectoryNameAlt},    // directoryName              [4] Name, EXPLICIT as Name is a CHOICE
+    {GeneralNameKind::kEdiPartyName, &kEdiPartyNameAlt},      // ediPartyName               [5] EDIPartyName (a SEQUENCE)
+    {GeneralNameKind::kUniformResourceIdentifier, &kUriAlt},  // uniformResourceIdentifier  [6] IA5String
+    {GeneralNameKind::kIpAddress, &kIpAddressAlt},            // iPAddress                  [7] OCTET STRING
+    {GeneralNameKind::kRegisteredId, &kRegisteredIdAlt},      // registeredID               [8] OBJECT IDENTIFIER
 });
 
 }  // namespace
@@ -55,32 +55,32 @@ namespace {
 constinit const Family kGeneralNamesFamily{&desc::kGeneralNames, Module::GeneralNames, 0};
 constinit const Family kGeneralNameFamily{&desc::kGeneralName, Module::GeneralNames, 0};
 
-bool IsWholeElementKind(uint32_t kind) {
-    return kind == desc::kOtherName || kind == desc::kX400Address || kind == desc::kDirectoryName ||
-           kind == desc::kEdiPartyName;
+using Kind = desc::GeneralNameKind;
+
+bool IsWholeElementKind(Kind kind) {
+    return kind == Kind::kOtherName || kind == Kind::kX400Address || kind == Kind::kDirectoryName ||
+           kind == Kind::kEdiPartyName;
 }
 
-uint32_t BuildGeneralName(uint32_t kind, const uint8_t* in, uint32_t inLen, GeneralName** out) {
+uint32_t BuildGeneralName(uint32_t number, const uint8_t* in, uint32_t inLen, GeneralName** out) {
     if (!in || !out) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
-    if (kind >= desc::kGeneralNameKindCount) return TV_FAIL(TV_ERR_NO_ALTERNATIVE);
-    const Asn1Descriptor* alternative = desc::kGeneralName.components[kind];
+    if (number >= SlotCount<Kind>) return TV_FAIL(TV_ERR_NO_ALTERNATIVE);
+    const auto kind = static_cast<Kind>(number);
+    const Asn1Descriptor* alternative = Component(desc::kGeneralName, kind);
     OwnedValue value(alternative);
     if (IsWholeElementKind(kind)) {
-        *value.Out() = New<Asn1Primitive>();
-        if (!value.get()) return TV_FAIL(TV_ERR_NO_MEMORY);
-        TV_TRY(SetAnyEncoding(value.as<Asn1Primitive>(), in, inLen));
-    } else if (kind == desc::kRegisteredId) {
+        TV_TRY(SetAny(TV_SITE, value.Out(), in, inLen));
+    } else if (kind == Kind::kRegisteredId) {
         // A packed OID: its first octet counts the contents, which must lie inside the input.
         if (inLen == 0 || uint32_t{in[0]} + 1 > inLen) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
-        *value.Out() = NewPrimitive(ASN1_OBJECT_IDENTIFIER, in + 1, in[0]);
-        if (!value.get()) return TV_FAIL(TV_ERR_NO_MEMORY);
+        TV_TRY(SetOid(TV_SITE, value.Out(), in));
     } else {
-        const uint32_t word = kind == desc::kIpAddress ? ASN1_OCTET_STRING : ASN1_IA5_STRING;
+        const uint32_t word = kind == Kind::kIpAddress ? ASN1_OCTET_STRING : ASN1_IA5_STRING;
         *value.Out() = NewPrimitive(word, in, inLen);
         if (!value.get()) return TV_FAIL(TV_ERR_NO_MEMORY);
     }
     Asn1ChoiceValue* choice = nullptr;
-    TV_TRY(NewChoice(static_cast<int32_t>(kind), value.get(), &choice));
+    TV_TRY(NewChoice(Index(kind), value.get(), &choice));
     value.Release();
     *out = choice;
     return TV_OK;
@@ -90,11 +90,11 @@ uint32_t BuildGeneralName(uint32_t kind, const uint8_t* in, uint32_t inLen, Gene
 uint32_t ReadGeneralName(const GeneralName* name, uint32_t* outKind, uint8_t* out, uint32_t* outLen) {
     if (!name->value) return TV_FAIL(TV_ERR_ABSENT);
     *outKind = static_cast<uint32_t>(name->index);
-    if (name->index < 0 || static_cast<uint32_t>(name->index) >= desc::kGeneralNameKindCount)
+    if (name->index < 0 || static_cast<uint32_t>(name->index) >= SlotCount<desc::GeneralNameKind>)
         return TV_FAIL(TV_ERR_NO_ALTERNATIVE);
     auto* value = static_cast<const Asn1Primitive*>(name->value);
-    if (name->index == desc::kRegisteredId) return OidToPacked(value, out, outLen);
-    return PutBytes(TV_SITE, value->content, value->length, out, outLen);
+    if (name->index == Index(Kind::kRegisteredId)) return OidToPacked(value, out, outLen);
+    return GetLeaf(TV_SITE, value, out, outLen);
 }
 
 }  // namespace
@@ -129,9 +129,7 @@ extern "C" TV_API uint32_t EncodeX509GeneralNames(const GeneralNames* names, uin
 }
 
 extern "C" TV_API uint32_t GetX509GeneralNameCount(const GeneralNames* names, uint32_t* outCount) {
-    if (!names || !outCount) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
-    *outCount = names->count;
-    return TV_OK;
+    return ListCountT(kGeneralNamesFamily, names, outCount);
 }
 
 extern "C" TV_API uint32_t AddX509GeneralName(GeneralNames* names, uint32_t kind, const uint8_t* in, uint32_t inLen) {
@@ -139,9 +137,7 @@ extern "C" TV_API uint32_t AddX509GeneralName(GeneralNames* names, uint32_t kind
     GeneralName* built = nullptr;
     TV_TRY(BuildGeneralName(kind, in, inLen, &built));
     OwnedValue guard(&desc::kGeneralName, built);
-    TV_TRY(ListAppend(names, built));
-    guard.Release();
-    return TV_OK;
+    return ListAppendT(kGeneralNamesFamily, names, guard);
 }
 
 extern "C" TV_API uint32_t AllocX509GeneralNameValue(GeneralName** outName, uint32_t kind, const uint8_t* in,
@@ -151,10 +147,10 @@ extern "C" TV_API uint32_t AllocX509GeneralNameValue(GeneralName** outName, uint
 
 extern "C" TV_API uint32_t GetX509GeneralName(const GeneralNames* names, uint32_t index, uint32_t* outKind, uint8_t* out,
                                               uint32_t* outLen) {
-    if (!names || !outKind || !outLen) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
-    if (index >= names->count) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
-    if (!names->items || !names->items[index]) return TV_FAIL(TV_ERR_ABSENT);
-    return ReadGeneralName(static_cast<const GeneralName*>(names->items[index]), outKind, out, outLen);
+    if (!outKind || !outLen) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
+    const GeneralName* name = nullptr;
+    TV_TRY(ListElementT(kGeneralNamesFamily, names, index, &name));
+    return ReadGeneralName(name, outKind, out, outLen);
 }
 
 extern "C" TV_API uint32_t GetX509GeneralNameValue(const GeneralName* name, uint32_t* outKind, uint8_t* out,
@@ -168,7 +164,7 @@ extern "C" TV_API uint32_t GetX509NameFromGeneralNames(const GeneralNames* names
     if (!names->items || names->count == 0) return TV_FAIL(TV_ERR_NOT_FOUND);
     for (uint32_t i = 0; i < names->count; ++i) {
         auto* name = static_cast<const GeneralName*>(names->items[i]);
-        if (!name || name->index != desc::kDirectoryName || !name->value) continue;
+        if (!name || name->index != Index(desc::GeneralNameKind::kDirectoryName) || !name->value) continue;
         auto* element = static_cast<const Asn1Primitive*>(name->value);
         X509Name* decoded = nullptr;
         const uint32_t rc = DecodeX509Name(element->content, element->length, &decoded);

@@ -7,7 +7,7 @@
 namespace tv::desc {
 
 // The alternative index of a GeneralName is its kind, the context tag number of RFC 5280.
-enum GeneralNameKind : uint32_t {
+enum class GeneralNameKind : uint32_t {
     kOtherName,
     kRfc822Name,
     kDnsName,
@@ -17,7 +17,7 @@ enum GeneralNameKind : uint32_t {
     kUniformResourceIdentifier,
     kIpAddress,
     kRegisteredId,
-    kGeneralNameKindCount
+    kCount
 };
 
 // GeneralName ::= CHOICE { ... nine context-tagged alternatives ... }

@@ -3,6 +3,7 @@
 #include "tarvelon/pkix/X509Algorithm.h"
 
 #include "tarvelon/algorithm.h"
+#include "tarvelon/engine/Fields.h"
 
 TV_MODULE(X509Algorithm)
 
@@ -131,15 +132,15 @@ namespace {
 constexpr Asn1Descriptor kOptionalAny = Optional(Any());
 
 // AlgorithmIdentifier ::= SEQUENCE { algorithm OBJECT IDENTIFIER, parameters ANY OPTIONAL }
-constexpr Components<2> kAlgorithmIdentifierParts = Slots<AlgorithmIdentifierSlot, 2>({
-    {kAlgorithm, &kOid},           // algorithm   OBJECT IDENTIFIER
-    {kParameters, &kOptionalAny},  // parameters  ANY DEFINED BY algorithm OPTIONAL
+constexpr auto kAlgorithmIdentifierParts = Slots<AlgorithmIdentifierSlot>({
+    {AlgorithmIdentifierSlot::kAlgorithm, &kOid},           // algorithm   OBJECT IDENTIFIER
+    {AlgorithmIdentifierSlot::kParameters, &kOptionalAny},  // parameters  ANY DEFINED BY algorithm OPTIONAL
 });
 
 // SubjectPublicKeyInfo ::= SEQUENCE { algorithm AlgorithmIdentifier, subjectPublicKey BIT STRING }
-constexpr Components<2> kSubjectPublicKeyInfoParts = Slots<SubjectPublicKeyInfoSlot, 2>({
-    {kSpkiAlgorithm, &kAlgorithmIdentifier},  // algorithm         AlgorithmIdentifier
-    {kSubjectPublicKey, &kBitString},         // subjectPublicKey  BIT STRING
+constexpr auto kSubjectPublicKeyInfoParts = Slots<SubjectPublicKeyInfoSlot>({
+    {SubjectPublicKeyInfoSlot::kAlgorithm, &kAlgorithmIdentifier},  // algorithm         AlgorithmIdentifier
+    {SubjectPublicKeyInfoSlot::kSubjectPublicKey, &kBitString},     // subjectPublicKey  BIT STRING
 });
 
 // id-Gost28147-89-CryptoPro-A-ParamSet, the default encryption set of the 2001 block (RFC 4491).
@@ -155,20 +156,20 @@ constexpr Asn1Descriptor kEncryptionParamSet2012 = Optional(kOid, &kDefaultEncry
 // GostR3410-2001-PublicKeyParameters ::= SEQUENCE {
 //     publicKeyParamSet OBJECT IDENTIFIER, digestParamSet OBJECT IDENTIFIER,
 //     encryptionParamSet OBJECT IDENTIFIER DEFAULT id-Gost28147-89-CryptoPro-A-ParamSet }
-constexpr Components<3> kGost2001ParametersParts = Slots<GostPublicKeyParametersSlot, 3>({
-    {kPublicKeyParamSet, &kOid},                    // publicKeyParamSet   OBJECT IDENTIFIER
-    {kDigestParamSet, &kOid},                       // digestParamSet      OBJECT IDENTIFIER
-    {kEncryptionParamSet, &kEncryptionParamSet2001},  // encryptionParamSet  OBJECT IDENTIFIER DEFAULT 1.2.643.2.2.31.1
+constexpr auto kGost2001ParametersParts = Slots<GostPublicKeyParametersSlot>({
+    {GostPublicKeyParametersSlot::kPublicKeyParamSet, &kOid},                      // publicKeyParamSet   OBJECT IDENTIFIER
+    {GostPublicKeyParametersSlot::kDigestParamSet, &kOid},                         // digestParamSet      OBJECT IDENTIFIER
+    {GostPublicKeyParametersSlot::kEncryptionParamSet, &kEncryptionParamSet2001},  // encryptionParamSet  OBJECT IDENTIFIER DEFAULT 1.2.643.2.2.31.1
 });
 
 // GostR3410-2012-PublicKeyParameters ::= SEQUENCE {
 //     publicKeyParamSet OBJECT IDENTIFIER, digestParamSet OBJECT IDENTIFIER,
 //     encryptionParamSet OBJECT IDENTIFIER DEFAULT id-tc26-gost-28147-param-Z }
 // The digest set is kept mandatory, as in the 2001 block.
-constexpr Components<3> kGost2012ParametersParts = Slots<GostPublicKeyParametersSlot, 3>({
-    {kPublicKeyParamSet, &kOid},                    // publicKeyParamSet   OBJECT IDENTIFIER
-    {kDigestParamSet, &kOid},                       // digestParamSet      OBJECT IDENTIFIER
-    {kEncryptionParamSet, &kEncryptionParamSet2012},  // encryptionParamSet  OBJECT IDENTIFIER DEFAULT 1.2.643.7.1.2.5.1.1
+constexpr auto kGost2012ParametersParts = Slots<GostPublicKeyParametersSlot>({
+    {GostPublicKeyParametersSlot::kPublicKeyParamSet, &kOid},                      // publicKeyParamSet   OBJECT IDENTIFIER
+    {GostPublicKeyParametersSlot::kDigestParamSet, &kOid},                         // digestParamSet      OBJECT IDENTIFIER
+    {GostPublicKeyParametersSlot::kEncryptionParamSet, &kEncryptionParamSet2012},  // encryptionParamSet  OBJECT IDENTIFIER DEFAULT 1.2.643.7.1.2.5.1.1
 });
 
 }  // namespace
@@ -184,8 +185,6 @@ constinit const Asn1Descriptor kGostR34102012PublicKeyParameters = Sequence(kGos
 
 namespace tv {
 namespace {
-
-void* const* SlotsOf(const void* sequence) { return static_cast<void* const*>(sequence); }
 
 // The parameter block of a GOST key algorithm; null for any other id.
 const Asn1Descriptor* GostBlockFor(uint32_t algId) {
@@ -214,9 +213,7 @@ uint32_t DecodeGostBlock(const Asn1Descriptor* block, const uint8_t* params, uin
 
 // The OID part of an AlgorithmIdentifier.
 uint32_t GetOidPart(const void* algorithmIdentifier, uint8_t* oid, uint32_t* oidLen) {
-    const auto* value = static_cast<const Asn1Primitive*>(SlotsOf(algorithmIdentifier)[desc::kAlgorithm]);
-    if (!value) return TV_FAIL(TV_ERR_ABSENT);
-    return OidToPacked(value, oid, oidLen);
+    return GetOid(TV_SITE, Slot(algorithmIdentifier, desc::AlgorithmIdentifierSlot::kAlgorithm), oid, oidLen);
 }
 
 // The parameters part: the complete element, or length 0 when absent.
@@ -225,31 +222,29 @@ uint32_t GetParametersPart(const void* algorithmIdentifier, uint8_t* params, uin
         if (params) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
         return TV_OK;  // the caller does not want the parameters
     }
-    const auto* any = static_cast<const Asn1Primitive*>(SlotsOf(algorithmIdentifier)[desc::kParameters]);
+    const auto* any =
+        static_cast<const Asn1Primitive*>(Slot(algorithmIdentifier, desc::AlgorithmIdentifierSlot::kParameters));
     if (!any || !any->content) return PutBytes(TV_SITE, nullptr, 0, params, paramsLen);
     return PutBytes(TV_SITE, any->content, any->length, params, paramsLen);
 }
 
 uint32_t StoreAlgorithm(void** slot, const uint8_t* packedOid, const uint8_t* params, uint32_t paramsLen) {
-    const Asn1Descriptor* const* parts = desc::kAlgorithmIdentifier.components;
-    OwnedValue oid(parts[desc::kAlgorithm], NewPrimitive(ASN1_OBJECT_IDENTIFIER, packedOid + 1, packedOid[0]));
-    if (!oid.get()) return TV_FAIL(TV_ERR_NO_MEMORY);
-    OwnedValue any(parts[desc::kParameters]);
-    if (params && paramsLen) {
-        auto* element = New<Asn1Primitive>();
-        if (!element) return TV_FAIL(TV_ERR_NO_MEMORY);
-        *any.Out() = element;
-        TV_TRY(SetAnyEncoding(element, params, paramsLen));
-    }
+    using Part = desc::AlgorithmIdentifierSlot;
+    OwnedValue oid(&desc::kOid);
+    TV_TRY(SetOid(TV_SITE, oid.Out(), packedOid));
+    OwnedValue any(&desc::kAny);
+    if (params && paramsLen) TV_TRY(SetAny(TV_SITE, any.Out(), params, paramsLen));
     if (!*slot) {
-        *slot = AllocZero(desc::kAlgorithmIdentifier.valueSize);
-        if (!*slot) return TV_FAIL(TV_ERR_NO_MEMORY);
+        OwnedValue fresh(&desc::kAlgorithmIdentifier);
+        TV_TRY(NewStructure(TV_SITE, desc::kAlgorithmIdentifier, fresh));
+        *slot = fresh.Release();
     }
-    auto** slots = static_cast<void**>(*slot);
-    FreeAsn1Object(parts[desc::kAlgorithm], slots[desc::kAlgorithm]);
-    slots[desc::kAlgorithm] = oid.Release();
-    FreeAsn1Object(parts[desc::kParameters], slots[desc::kParameters]);
-    slots[desc::kParameters] = any.Release();
+    void*& algorithm = Slot(*slot, Part::kAlgorithm);
+    FreeAsn1Object(&desc::kOid, algorithm);
+    algorithm = oid.Release();
+    void*& parameters = Slot(*slot, Part::kParameters);
+    FreeAsn1Object(&desc::kAny, parameters);
+    parameters = any.Release();
     return TV_OK;
 }
 
@@ -374,15 +369,17 @@ uint32_t EncodeGostParameterOids(uint32_t algId, uint8_t mode, const uint8_t* pu
             return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
     }
     if (!publicKeyParamOid || !digestParamOid) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
-    OwnedValue value(block, AllocZero(block->valueSize));
-    if (!value.get()) return TV_FAIL(TV_ERR_NO_MEMORY);
-    auto** slots = value.as<void*>();
-    const uint8_t* oids[] = {publicKeyParamOid, digestParamOid, encryptionParamOid};
-    for (uint32_t i = 0; i < desc::kGostPublicKeyParametersCount; ++i) {
-        if (!oids[i]) continue;  // only the encryption set may be left out
-        slots[i] = NewPrimitive(ASN1_OBJECT_IDENTIFIER, oids[i] + 1, oids[i][0]);
-        if (!slots[i]) return TV_FAIL(TV_ERR_NO_MEMORY);
-    }
+    OwnedValue value(block);
+    TV_TRY(NewStructure(TV_SITE, *block, value));
+    using Part = desc::GostPublicKeyParametersSlot;
+    const struct {
+        Part slot;
+        const uint8_t* oid;
+    } sets[] = {{Part::kPublicKeyParamSet, publicKeyParamOid},
+                {Part::kDigestParamSet, digestParamOid},
+                {Part::kEncryptionParamSet, encryptionParamOid}};
+    for (const auto& set : sets)  // only the encryption set may be left out
+        if (set.oid) TV_TRY(SetOid(TV_SITE, &Slot(value.get(), set.slot), set.oid));
     // An encryption set equal to the block's default is left out by DER.
     return EncodeSized(TV_SITE, value.get(), block, out, outLen);
 }
@@ -418,10 +415,10 @@ uint32_t DecodeGostR34102001ParameterIds(const uint8_t* params, uint32_t paramsL
     *mode = kGostParametersBlock;
     OwnedValue block(&desc::kGostR34102001PublicKeyParameters);
     TV_TRY(DecodeGostBlock(&desc::kGostR34102001PublicKeyParameters, params, paramsLen, block));
-    auto* const* slots = block.as<void*>();
-    const auto* keySet = static_cast<const Asn1Primitive*>(slots[desc::kPublicKeyParamSet]);
-    const auto* digestSet = static_cast<const Asn1Primitive*>(slots[desc::kDigestParamSet]);
-    const auto* encryptionSet = static_cast<const Asn1Primitive*>(slots[desc::kEncryptionParamSet]);
+    using Part = desc::GostPublicKeyParametersSlot;
+    const auto* keySet = static_cast<const Asn1Primitive*>(Slot(block.get(), Part::kPublicKeyParamSet));
+    const auto* digestSet = static_cast<const Asn1Primitive*>(Slot(block.get(), Part::kDigestParamSet));
+    const auto* encryptionSet = static_cast<const Asn1Primitive*>(Slot(block.get(), Part::kEncryptionParamSet));
     uint8_t packed[256];
     uint32_t packedLen = sizeof packed;
     // Stops at the first set that is not in its table.
@@ -443,21 +440,15 @@ uint32_t DecodeGostR34102001ParameterIds(const uint8_t* params, uint32_t paramsL
 
 uint32_t GetSubjectPublicKey(const void* spki, uint8_t* key, uint32_t* keyLen) noexcept {
     if (!spki || !keyLen) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
-    const auto* bits = static_cast<const Asn1BitStringValue*>(SlotsOf(spki)[desc::kSubjectPublicKey]);
-    if (!bits || (!bits->content && bits->length)) return TV_FAIL(TV_ERR_ABSENT);
-    return PutBytes(TV_SITE, bits->content, bits->length, key, keyLen);
+    const auto* bits =
+        static_cast<const Asn1BitStringValue*>(Slot(spki, desc::SubjectPublicKeyInfoSlot::kSubjectPublicKey));
+    if (bits && !bits->content && bits->length) return TV_FAIL(TV_ERR_ABSENT);
+    return GetBits(TV_SITE, bits, key, keyLen);
 }
 
 uint32_t SetSubjectPublicKey(void* spki, const uint8_t* key, uint32_t keyLen) noexcept {
     if (!spki || (!key && keyLen)) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
-    const Asn1Descriptor* d = desc::kSubjectPublicKeyInfo.components[desc::kSubjectPublicKey];
-    OwnedValue fresh(d, New<Asn1BitStringValue>());
-    if (!fresh.get()) return TV_FAIL(TV_ERR_NO_MEMORY);
-    TV_TRY(SetBitString(fresh.as<Asn1BitStringValue>(), key, keyLen, 0, false));
-    auto** slots = static_cast<void**>(spki);
-    FreeAsn1Object(d, slots[desc::kSubjectPublicKey]);
-    slots[desc::kSubjectPublicKey] = fresh.Release();
-    return TV_OK;
+    return ReplaceBits(TV_SITE, &Slot(spki, desc::SubjectPublicKeyInfoSlot::kSubjectPublicKey), key, keyLen);
 }
 
 uint32_t GetGostPublicKey(const void* spki, uint8_t* key, uint32_t* keyLen) noexcept {
@@ -488,7 +479,8 @@ uint32_t GetCheckedGostPublicKey(const void* spki, uint8_t* key, uint32_t* keyLe
     uint32_t oidLen = sizeof oid;
     uint8_t params[100];
     uint32_t paramsLen = sizeof params;
-    TV_TRY(GetAlgorithmOidAndParameters(SlotsOf(spki)[desc::kSpkiAlgorithm], oid, &oidLen, params, &paramsLen));
+    TV_TRY(GetAlgorithmOidAndParameters(Slot(spki, desc::SubjectPublicKeyInfoSlot::kAlgorithm), oid, &oidLen, params,
+                                        &paramsLen));
     uint32_t algId = 0;
     TV_TRY(FindAlgorithmId(oid, &algId));
     if (!GostBlockFor(algId)) return TV_FAIL(TV_ERR_KEY_KIND);
@@ -525,14 +517,12 @@ uint32_t DecodeParameterOids(uint32_t algId, const uint8_t* params, uint32_t par
     *mode = kGostParametersBlock;
     OwnedValue value(block);
     TV_TRY(DecodeGostBlock(block, params, paramsLen, value));
-    auto* const* slots = value.as<void*>();
+    using Part = desc::GostPublicKeyParametersSlot;
+    auto set = [&](Part part) { return static_cast<const Asn1Primitive*>(Slot(value.get(), part)); };
     // All three are delivered (or sized) before the result is chosen: encryption, digest, key.
-    const uint32_t keyRc = OidToPacked(static_cast<const Asn1Primitive*>(slots[desc::kPublicKeyParamSet]), keySet,
-                                       keySetLen);
-    const uint32_t digestRc = OidToPacked(static_cast<const Asn1Primitive*>(slots[desc::kDigestParamSet]),
-                                          digestSet, digestSetLen);
-    const uint32_t encryptionRc = OidToPacked(static_cast<const Asn1Primitive*>(slots[desc::kEncryptionParamSet]),
-                                              encryptionSet, encryptionSetLen);
+    const uint32_t keyRc = OidToPacked(set(Part::kPublicKeyParamSet), keySet, keySetLen);
+    const uint32_t digestRc = OidToPacked(set(Part::kDigestParamSet), digestSet, digestSetLen);
+    const uint32_t encryptionRc = OidToPacked(set(Part::kEncryptionParamSet), encryptionSet, encryptionSetLen);
     if (encryptionRc != TV_OK) return encryptionRc;
     return digestRc != TV_OK ? digestRc : keyRc;
 }
@@ -653,7 +643,7 @@ extern "C" TV_API uint32_t DecodeSubjectPublicKeyInfo(const uint8_t* in, uint32_
     OwnedValue spki(&desc::kSubjectPublicKeyInfo);
     uint32_t consumed = 0;
     TV_TRY(Asn1DecodeItem(in, inLen, &desc::kSubjectPublicKeyInfo, spki.Out(), &consumed));
-    const void* algorithm = SlotsOf(spki.get())[desc::kSpkiAlgorithm];
+    const void* algorithm = Slot(spki.get(), desc::SubjectPublicKeyInfoSlot::kAlgorithm);
     // All three parts are delivered (or sized); the key's failure comes first, then the parameters'.
     const uint32_t oidRc = GetOidPart(algorithm, outOid, outOidLen);
     const uint32_t paramsRc = GetParametersPart(algorithm, outParams, outParamsLen);

@@ -3,8 +3,9 @@
 //
 // The helpers take the value of an AlgorithmIdentifier or SubjectPublicKeyInfo slot (readers) or the
 // address of that slot (writers), so a family accessor is one line:
-//   return tv::GetAlgorithmOidAndParameters(slots[kSignature], oid, oidLen, params, paramsLen);
-//   return tv::SetAlgorithmOidAndParameters(&tbs[kSignature], oid, params, paramsLen, &cert[kSignatureAlgorithm]);
+//   return tv::GetAlgorithmOidAndParameters(Slot(spki, SubjectPublicKeyInfoSlot::kAlgorithm), oid, oidLen,
+//                                           params, paramsLen);
+// Signed structures reach their signature algorithm through x509/SignedStructure.h instead.
 // Failures are recorded under X509Algorithm; a family that must refuse first (a missing
 // to-be-signed part: 311) does so itself before calling.
 #pragma once
@@ -19,13 +20,13 @@ namespace tv::desc {
 // AlgorithmIdentifier ::= SEQUENCE {                                  (RFC 5280 4.1.1.2)
 //     algorithm   OBJECT IDENTIFIER,
 //     parameters  ANY DEFINED BY algorithm OPTIONAL }
-enum AlgorithmIdentifierSlot : uint32_t { kAlgorithm, kParameters, kAlgorithmIdentifierCount };
+enum class AlgorithmIdentifierSlot : uint32_t { kAlgorithm, kParameters, kCount };
 extern const Asn1Descriptor kAlgorithmIdentifier;
 
 // SubjectPublicKeyInfo ::= SEQUENCE {                                 (RFC 5280 4.1.2.7)
 //     algorithm         AlgorithmIdentifier,
 //     subjectPublicKey  BIT STRING }
-enum SubjectPublicKeyInfoSlot : uint32_t { kSpkiAlgorithm, kSubjectPublicKey, kSubjectPublicKeyInfoCount };
+enum class SubjectPublicKeyInfoSlot : uint32_t { kAlgorithm, kSubjectPublicKey, kCount };
 extern const Asn1Descriptor kSubjectPublicKeyInfo;
 
 // GostR3410-2001-PublicKeyParameters ::= SEQUENCE {                   (RFC 4491 2.3.2)
@@ -33,11 +34,11 @@ extern const Asn1Descriptor kSubjectPublicKeyInfo;
 //     digestParamSet      OBJECT IDENTIFIER,
 //     encryptionParamSet  OBJECT IDENTIFIER DEFAULT id-Gost28147-89-CryptoPro-A-ParamSet }
 // The 2012 block has the same shape with the default id-tc26-gost-28147-param-Z.
-enum GostPublicKeyParametersSlot : uint32_t {
+enum class GostPublicKeyParametersSlot : uint32_t {
     kPublicKeyParamSet,
     kDigestParamSet,
     kEncryptionParamSet,
-    kGostPublicKeyParametersCount
+    kCount
 };
 extern const Asn1Descriptor kGostR34102001PublicKeyParameters;
 extern const Asn1Descriptor kGostR34102012PublicKeyParameters;

@@ -40,18 +40,14 @@ extern "C" TV_API uint32_t EncodePKIFreeText(const PKIFreeText* text, uint8_t* o
 }
 
 extern "C" TV_API uint32_t GetPKIFreeTextStringCount(const PKIFreeText* text, uint32_t* outCount) {
-    if (!text || !outCount) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
-    *outCount = text->count;
-    return TV_OK;
+    return ListCountT(kFreeTextFamily, text, outCount);
 }
 
 extern "C" TV_API uint32_t AddPKIFreeTextString(PKIFreeText* text, const uint8_t* in, uint32_t inLen) {
     if (!text || !in) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
     OwnedValue item(&desc::kUtf8String, NewPrimitive(ASN1_UTF8_STRING, in, inLen));
     if (!item.get()) return TV_FAIL(TV_ERR_NO_MEMORY);
-    TV_TRY(ListAppend(text, item.get()));
-    item.Release();
-    return TV_OK;
+    return ListAppendT(kFreeTextFamily, text, item);
 }
 
 extern "C" TV_API uint32_t GetPKIFreeTextString(const PKIFreeText* text, uint32_t index, uint8_t* out,

@@ -1,7 +1,7 @@
 // Distinguished names: the RDNSequence value, the attribute type table and the entry operations.
 #include "tarvelon/pkix/X509Name.h"
 
-#include "tarvelon/engine/FamilyOps.h"
+#include "tarvelon/engine/Fields.h"
 #include "tarvelon/tarvelon.h"
 
 TV_MODULE(X509Name)
@@ -11,10 +11,9 @@ namespace tv::desc {
 // AttributeTypeAndValue ::= SEQUENCE {
 //     type   AttributeType,              -- OBJECT IDENTIFIER
 //     value  AttributeValue }            -- ANY DEFINED BY type
-constexpr Components<kAttributeTypeAndValueCount> kAttributeTypeAndValueParts =
-    Slots<AttributeTypeAndValueSlot, kAttributeTypeAndValueCount>({
-        {kAttributeType, &kOid},   // type   OBJECT IDENTIFIER
-        {kAttributeValue, &kAny},  // value  ANY, kept as the whole element so any string type survives
+constexpr auto kAttributeTypeAndValueParts = Slots<AttributeTypeAndValueSlot>({
+        {AttributeTypeAndValueSlot::kType, &kOid},   // type   OBJECT IDENTIFIER
+        {AttributeTypeAndValueSlot::kValue, &kAny},  // value  ANY, kept as the whole element so any string type survives
     });
 constinit const Asn1Descriptor kAttributeTypeAndValue = Sequence(kAttributeTypeAndValueParts);
 
@@ -31,6 +30,7 @@ namespace tv {
 namespace {
 
 constinit const Family kNameFamily{&desc::kX509Name, Module::X509Name, 0};
+constinit const Family kRdnFamily{&desc::kRelativeDistinguishedName, Module::X509Name, 0};
 
 // Attribute types known by number. Rows hold packed OIDs (length octet, DER contents) and are
 // scanned in id order: row i has id i + 1.
@@ -108,8 +108,8 @@ uint32_t CompareRdns(const Asn1List* a, const Asn1List* b) {
     for (uint32_t i = 0; i < a->count; ++i) {
         auto* ea = static_cast<void* const*>(a->items[i]);
         auto* eb = static_cast<void* const*>(b->items[i]);
-        auto* va = ea ? static_cast<const Asn1Primitive*>(ea[desc::kAttributeValue]) : nullptr;
-        auto* vb = eb ? static_cast<const Asn1Primitive*>(eb[desc::kAttributeValue]) : nullptr;
+        auto* va = ea ? static_cast<const Asn1Primitive*>(Slot(ea, desc::AttributeTypeAndValueSlot::kValue)) : nullptr;
+        auto* vb = eb ? static_cast<const Asn1Primitive*>(Slot(eb, desc::AttributeTypeAndValueSlot::kValue)) : nullptr;
         if (!va || !vb) {
             if (va != vb) return TV_FAIL(TV_ERR_DIFFERENT);
             continue;
@@ -120,6 +120,21 @@ uint32_t CompareRdns(const Asn1List* a, const Asn1List* b) {
 }
 
 }  // namespace
+
+uint32_t NameInSlot(Site site, void** slot, X509Name** out) noexcept {
+    if (!*slot && !(*slot = ListCreate())) return Fail(site, TV_ERR_NO_MEMORY);
+    *out = static_cast<X509Name*>(*slot);
+    return TV_OK;
+}
+
+uint32_t SetNameCopy(void** slot, const X509Name* name) noexcept {
+    OwnedValue copy(&desc::kX509Name);
+    TV_TRY(CopyValue(&desc::kX509Name, name, copy.Out()));
+    FreeAsn1Object(&desc::kX509Name, *slot);
+    *slot = copy.Release();
+    return TV_OK;
+}
+
 }  // namespace tv
 
 using namespace tv;
@@ -147,18 +162,14 @@ extern "C" TV_API uint32_t EncodeX509Name(const X509Name* name, uint8_t* out, ui
 }
 
 extern "C" TV_API uint32_t GetX509NameRdnCount(const X509Name* name, uint32_t* outCount) {
-    if (!name || !outCount) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
-    *outCount = name->count;
-    return TV_OK;
+    return ListCountT(kNameFamily, name, outCount);
 }
 
 extern "C" TV_API uint32_t GetX509NameEntryCount(const X509Name* name, uint32_t rdnIndex, uint32_t* outCount) {
-    if (!name || !outCount) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
-    if (rdnIndex >= name->count) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
-    const Asn1List* rdn = RdnAt(name, rdnIndex);
-    if (!rdn) return TV_FAIL(TV_ERR_ABSENT);
-    *outCount = rdn->count;
-    return TV_OK;
+    if (!outCount) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
+    const Asn1List* rdn = nullptr;
+    TV_TRY(ListElementT(kNameFamily, name, rdnIndex, &rdn));
+    return ListCountT(kRdnFamily, rdn, outCount);
 }
 
 extern "C" TV_API uint32_t AddX509NameEntryExt(X509Name* name, const uint8_t* in, uint32_t inLen, uint8_t tagClass,
@@ -172,28 +183,23 @@ extern "C" TV_API uint32_t AddX509NameEntryExt(X509Name* name, const uint8_t* in
     if (newRdn) {
         OwnedValue fresh(&desc::kRelativeDistinguishedName, ListCreate());
         if (!fresh.get()) return TV_FAIL(TV_ERR_NO_MEMORY);
-        fresh.as<Asn1List>()->sorted = 1;
-        TV_TRY(ListAppend(name, fresh.get()));
-        rdn = static_cast<Asn1List*>(fresh.Release());
+        rdn = fresh.as<Asn1List>();
+        rdn->sorted = 1;
+        TV_TRY(ListAppendT(kNameFamily, name, fresh));
     } else {
         rdn = RdnAt(name, name->count - 1);
         if (!rdn) return TV_FAIL(TV_ERR_ABSENT);
     }
 
-    OwnedValue entry(&desc::kAttributeTypeAndValue,
-                     AllocZero(desc::kAttributeTypeAndValueCount * sizeof(void*)));
-    if (!entry.get()) return TV_FAIL(TV_ERR_NO_MEMORY);
-    auto** slots = entry.as<void*>();
-    slots[desc::kAttributeType] = NewPrimitive(ASN1_OBJECT_IDENTIFIER, packedOid + 1, packedOid[0]);
-    if (!slots[desc::kAttributeType]) return TV_FAIL(TV_ERR_NO_MEMORY);
+    OwnedValue entry(&desc::kAttributeTypeAndValue);
+    TV_TRY(NewStructure(TV_SITE, desc::kAttributeTypeAndValue, entry));
+    TV_TRY(SetOid(TV_SITE, &Slot(entry.get(), desc::AttributeTypeAndValueSlot::kType), packedOid));
     auto* value = New<Asn1Primitive>();
     if (!value) return TV_FAIL(TV_ERR_NO_MEMORY);
-    slots[desc::kAttributeValue] = value;
+    Slot(entry.get(), desc::AttributeTypeAndValueSlot::kValue) = value;
     const uint8_t form = constructed ? ASN1_CONSTRUCTED_FORM : ASN1_PRIMITIVE_FORM;
     TV_TRY(SetAnyParts(value, tagClass & 0xC0, form, tag, tag, in, inLen));
-    TV_TRY(ListAppend(rdn, entry.get()));
-    entry.Release();
-    return TV_OK;
+    return ListAppendT(kRdnFamily, rdn, entry);
 }
 
 extern "C" TV_API uint32_t AddX509NameEntry(X509Name* name, const uint8_t* in, uint32_t inLen, uint8_t tag,
@@ -206,14 +212,13 @@ extern "C" TV_API uint32_t GetX509NameEntryExt(const X509Name* name, uint32_t rd
                                                uint8_t* outConstructed, uint8_t* outTag, uint8_t* outOid,
                                                uint32_t* outOidLen) {
     if (!name || !outLen || !outClass || !outConstructed || !outTag) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
-    if (rdnIndex >= name->count) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
-    if (!name->items) return TV_FAIL(TV_ERR_ABSENT);
-    const Asn1List* rdn = RdnAt(name, rdnIndex);
-    if (!rdn) return TV_FAIL(TV_ERR_ABSENT);
-    if (entryIndex >= rdn->count) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
-    auto* entry = static_cast<void* const*>(rdn->items[entryIndex]);
-    if (!entry || !entry[desc::kAttributeValue] || !entry[desc::kAttributeType]) return TV_FAIL(TV_ERR_ABSENT);
-    auto* value = static_cast<const Asn1Primitive*>(entry[desc::kAttributeValue]);
+    const Asn1List* rdn = nullptr;
+    const void* entry = nullptr;
+    TV_TRY(ListElementT(kNameFamily, name, rdnIndex, &rdn));
+    TV_TRY(ListElementT(kRdnFamily, rdn, entryIndex, &entry));
+    auto* value = static_cast<const Asn1Primitive*>(Slot(entry, desc::AttributeTypeAndValueSlot::kValue));
+    const void* type = Slot(entry, desc::AttributeTypeAndValueSlot::kType);
+    if (!value || !type) return TV_FAIL(TV_ERR_ABSENT);
 
     uint8_t tagClass = 0, form = 0;
     uint32_t tag = 0, contentLen = 0, headerLen = 0;
@@ -221,8 +226,7 @@ extern "C" TV_API uint32_t GetX509NameEntryExt(const X509Name* name, uint32_t rd
     *outClass = tagClass;
     *outConstructed = form;
 
-    if (uint32_t rc = OidToPacked(static_cast<const Asn1Primitive*>(entry[desc::kAttributeType]), outOid, outOidLen);
-        rc != TV_OK) {
+    if (uint32_t rc = OidToPacked(static_cast<const Asn1Primitive*>(type), outOid, outOidLen); rc != TV_OK) {
         *outLen = contentLen;
         return rc;
     }

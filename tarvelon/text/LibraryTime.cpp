@@ -13,9 +13,9 @@ namespace tv::desc {
 namespace {
 
 // Time ::= CHOICE { utcTime UTCTime, generalTime GeneralizedTime }
-constexpr Components<2> kTimeParts = Slots<TimeAlternative, 2>({
-    {kUtcTimeAlternative, &kUtcTime},                  // utcTime      UTCTime
-    {kGeneralizedTimeAlternative, &kGeneralizedTime},  // generalTime  GeneralizedTime
+constexpr auto kTimeParts = Slots<TimeAlternative>({
+    {TimeAlternative::kUtcTime, &kUtcTime},              // utcTime      UTCTime
+    {TimeAlternative::kGeneralTime, &kGeneralizedTime},  // generalTime  GeneralizedTime
 });
 
 }  // namespace
@@ -168,7 +168,8 @@ uint32_t NewTimeChoice(const LibraryTime& t, uint32_t badRecord, void** out) {
                                                           text.length));
     if (!leaf.get()) return TV_FAIL(TV_ERR_NO_MEMORY);
     Asn1ChoiceValue* choice = nullptr;
-    const int32_t index = word == ASN1_UTC_TIME ? desc::kUtcTimeAlternative : desc::kGeneralizedTimeAlternative;
+    using Alternative = desc::TimeAlternative;
+    const int32_t index = Index(word == ASN1_UTC_TIME ? Alternative::kUtcTime : Alternative::kGeneralTime);
     TV_TRY(NewChoice(index, leaf.get(), &choice));
     leaf.Release();
     *out = choice;
@@ -292,12 +293,17 @@ uint32_t GetTimeFromTimeChoice(const void* choice, LibraryTime* out) noexcept {
     if (!out) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
     if (!choice) return TV_FAIL(TV_ERR_ABSENT);
     auto* c = static_cast<const Asn1ChoiceValue*>(choice);
-    if (c->index != desc::kUtcTimeAlternative && c->index != desc::kGeneralizedTimeAlternative)
+    if (c->index != Index(desc::TimeAlternative::kUtcTime) && c->index != Index(desc::TimeAlternative::kGeneralTime))
         return TV_FAIL(TV_ERR_NOT_DER);
     // A chosen alternative without its leaf is a time with no contents.
     if (!c->value) return TV_FAIL(TV_ERR_MALFORMED);
-    if (c->index == desc::kUtcTimeAlternative) return ReadTimeLeaf(c->value, true, kUtcTimeLength, out);
+    if (c->index == Index(desc::TimeAlternative::kUtcTime)) return ReadTimeLeaf(c->value, true, kUtcTimeLength, out);
     return ReadTimeLeaf(c->value, false, kGeneralizedTimeLength, out);
+}
+
+uint32_t GetTimeIfChosen(Site site, const void* choice, LibraryTime* out) noexcept {
+    if (!choice || !static_cast<const Asn1ChoiceValue*>(choice)->value) return Fail(site, TV_ERR_ABSENT);
+    return GetTimeFromTimeChoice(choice, out);
 }
 
 uint32_t GetPreciseTimeFromGeneralizedTimeLeaf(const void* leaf, LibraryPreciseTime* out) noexcept {

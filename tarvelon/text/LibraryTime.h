@@ -2,7 +2,7 @@
 // validity, CRL update and revocation dates, OCSP and time-stamp times, time attributes).
 //
 // Writers take the address of the slot that holds (or will hold) the value, so a family setter is
-// one line:   return tv::SetTimeChoice(&slots[kNotBefore], time);
+// one line:   return tv::SetTimeChoice(&Slot(validity, ValiditySlot::kNotBefore), time);
 // They leave the slot untouched on failure and report a record that cannot be written as 313.
 // Readers take the slot's value, null when the component is absent (311, the record untouched),
 // and store the fields through the setter, so an out-of-range field is 313 with the fields before
@@ -12,6 +12,7 @@
 #include <cstdint>
 
 #include "tarvelon/engine/Descriptor.h"
+#include "tarvelon/engine/Error.h"
 #include "tarvelon/time.h"
 
 namespace tv::desc {
@@ -20,7 +21,7 @@ inline constexpr Asn1Descriptor kUtcTime = Prim(ASN1_UTC_TIME);
 inline constexpr Asn1Descriptor kGeneralizedTime = Prim(ASN1_GENERALIZED_TIME);
 
 // Time ::= CHOICE { utcTime UTCTime, generalTime GeneralizedTime }     (RFC 5280 4.1.2.5)
-enum TimeAlternative : int32_t { kUtcTimeAlternative, kGeneralizedTimeAlternative, kTimeAlternativeCount };
+enum class TimeAlternative : int32_t { kUtcTime, kGeneralTime, kCount };
 extern const Asn1Descriptor kTime;
 // Time OPTIONAL, as in TBSCertList.nextUpdate.
 extern const Asn1Descriptor kOptionalTime;
@@ -57,6 +58,10 @@ uint32_t GetTimeFromGeneralizedTimeLeaf(const void* leaf, LibraryTime* out) noex
 
 // `choice` is an Asn1ChoiceValue of kTime; another alternative is 307.
 uint32_t GetTimeFromTimeChoice(const void* choice, LibraryTime* out) noexcept;
+
+// A Time slot of a fresh structure holds a CHOICE with nothing chosen yet: that reads as absent
+// (311, recorded at `site`) just like an empty slot; otherwise as GetTimeFromTimeChoice.
+[[nodiscard]] uint32_t GetTimeIfChosen(Site site, const void* choice, LibraryTime* out) noexcept;
 
 // GeneralizedTime with an optional fraction: the "Z" and the "." are checked (307), up to three
 // digits give the milliseconds and the next up to three the microseconds, each right-padded with 0.

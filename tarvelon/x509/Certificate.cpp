@@ -2,7 +2,7 @@
 // field accessors. Algorithms, keys, signatures and key identifiers are in CertificateProperties.
 #include "tarvelon/x509/Certificate.h"
 
-#include "tarvelon/engine/FamilyOps.h"
+#include "tarvelon/engine/Fields.h"
 #include "tarvelon/text/LibraryTime.h"
 #include "tarvelon/pkix/X509Algorithm.h"
 #include "tarvelon/extensions/X509Extension.h"
@@ -25,8 +25,7 @@ constexpr Asn1Descriptor kSubjectUniqueId = Optional(Implicit(2, kBitString));
 constexpr Asn1Descriptor kOptionalExtensions = Optional(Explicit(3, SequenceOf<&kExtension>()));
 
 // Validity ::= SEQUENCE {                                             (RFC 5280 4.1.2.5)
-constexpr Components<static_cast<size_t>(ValiditySlot::kCount)> kValidityParts =
-    Slots<ValiditySlot, static_cast<size_t>(ValiditySlot::kCount)>({
+constexpr auto kValidityParts = Slots<ValiditySlot>({
         {ValiditySlot::kNotBefore, &kTime},  // notBefore  Time
         {ValiditySlot::kNotAfter, &kTime},   // notAfter   Time
     });
@@ -35,8 +34,7 @@ constexpr Components<static_cast<size_t>(ValiditySlot::kCount)> kValidityParts =
 // Name ::= CHOICE { rdnSequence RDNSequence } has one alternative, so the RDNSequence stands in
 // its slot directly: the encoding is the same, and the name getters hand out the list itself.
 using Tbs = TbsCertificateSlot;
-constexpr Components<static_cast<size_t>(Tbs::kCount)> kTbsCertificateParts =
-    Slots<Tbs, static_cast<size_t>(Tbs::kCount)>({
+constexpr auto kTbsCertificateParts = Slots<Tbs>({
         {Tbs::kVersion, &kVersion},                            // version          [0] EXPLICIT Version DEFAULT v1
         {Tbs::kSerialNumber, &kInteger},                       // serialNumber         CertificateSerialNumber
         {Tbs::kSignature, &kAlgorithmIdentifier},              // signature            AlgorithmIdentifier
@@ -50,11 +48,10 @@ constexpr Components<static_cast<size_t>(Tbs::kCount)> kTbsCertificateParts =
     });
 
 // Certificate ::= SEQUENCE {                                          (RFC 5280 4.1)
-constexpr Components<static_cast<size_t>(CertificateSlot::kCount)> kCertificateParts =
-    Slots<CertificateSlot, static_cast<size_t>(CertificateSlot::kCount)>({
-        {CertificateSlot::kTbsCertificate, &kTbsCertificate},          // tbsCertificate      TBSCertificate
-        {CertificateSlot::kSignatureAlgorithm, &kAlgorithmIdentifier}, // signatureAlgorithm  AlgorithmIdentifier
-        {CertificateSlot::kSignatureValue, &kBitString},               // signatureValue      BIT STRING
+constexpr auto kCertificateParts = Slots<CertificateSlot>({
+        {CertificateSlot::kTbsCertificate, &kTbsCertificate},           // tbsCertificate      TBSCertificate
+        {CertificateSlot::kSignatureAlgorithm, &kAlgorithmIdentifier},  // signatureAlgorithm  AlgorithmIdentifier
+        {CertificateSlot::kSignatureValue, &kBitString},                // signatureValue      BIT STRING
     });
 
 }  // namespace
@@ -69,6 +66,7 @@ constinit const Asn1Descriptor kCertificates = SequenceOf<&kCertificate>();
 namespace tv {
 namespace {
 
+using desc::CertificateSlot;
 using desc::TbsCertificateSlot;
 using desc::ValiditySlot;
 
@@ -77,93 +75,80 @@ using desc::ValiditySlot;
 constinit const Family kCertificateFamily{&desc::kCertificate, Module::Certificate, 0};
 constinit const Family kCertificatesFamily{&desc::kCertificates, Module::Certificate, 0};
 
-// ---- names ----------------------------------------------------------------------------------------
+// ---- fields of the to-be-signed part --------------------------------------------------------------
+
+// The address of a slot of tbsCertificate: 32 without a certificate, 311 without the part.
+template <SlotEnum... Steps>
+uint32_t TbsSlot(Certificate* cert, void*** out, Steps... steps) {
+    return Walk(TV_SITE, cert, out, CertificateSlot::kTbsCertificate, steps...);
+}
 
 uint32_t GetName(Certificate* cert, TbsCertificateSlot which, X509Name** outName) {
     if (!cert || !outName) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
-    void* tbs = TbsOf(cert);
-    if (!tbs) return TV_FAIL(TV_ERR_ABSENT);
-    void*& slot = At(tbs, which);
-    // An empty name is made in place so the caller can fill it with AddX509NameEntry.
-    if (!slot && !(slot = ListCreate())) return TV_FAIL(TV_ERR_NO_MEMORY);
-    *outName = static_cast<X509Name*>(slot);
-    return TV_OK;
+    void** slot = nullptr;
+    TV_TRY(TbsSlot(cert, &slot, which));
+    return NameInSlot(TV_SITE, slot, outName);
 }
 
 uint32_t SetName(Certificate* cert, TbsCertificateSlot which, X509Name* name, uint32_t copy) {
     if (!cert || !name) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
-    void* tbs = TbsOf(cert);
-    if (!tbs) return TV_FAIL(TV_ERR_ABSENT);
-    void*& slot = At(tbs, which);
-    if (slot == name && !copy) return TV_OK;  // the certificate's own name handed back
-    OwnedValue fresh(&desc::kX509Name);
-    if (copy) TV_TRY(CopyValue(&desc::kX509Name, name, fresh.Out()));
-    else *fresh.Out() = name;
-    FreeAsn1Object(&desc::kX509Name, slot);
-    slot = fresh.Release();
+    void** slot = nullptr;
+    TV_TRY(TbsSlot(cert, &slot, which));
+    if (copy) return SetNameCopy(slot, name);
+    if (*slot == name) return TV_OK;  // the certificate's own name handed back
+    FreeAsn1Object(&desc::kX509Name, *slot);
+    *slot = name;
     return TV_OK;
 }
 
-// ---- validity -------------------------------------------------------------------------------------
-
 uint32_t GetValidityTime(const Certificate* cert, ValiditySlot which, LibraryTime* out) {
     if (!cert || !out) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
-    const void* tbs = TbsOf(cert);
-    const void* validity = tbs ? At(tbs, TbsCertificateSlot::kValidity) : nullptr;
-    auto* time = validity ? static_cast<const Asn1ChoiceValue*>(At(validity, which)) : nullptr;
+    const void* tbs = Slot(cert, CertificateSlot::kTbsCertificate);
+    const void* validity = tbs ? Slot(tbs, TbsCertificateSlot::kValidity) : nullptr;
     // A fresh certificate holds a Time with nothing chosen yet: that is a time never set.
-    if (!time || !time->value) return TV_FAIL(TV_ERR_ABSENT);
-    return GetTimeFromTimeChoice(time, out);
+    return GetTimeIfChosen(TV_SITE, validity ? Slot(validity, which) : nullptr, out);
 }
 
 uint32_t SetValidityTime(Certificate* cert, ValiditySlot which, const LibraryTime* time) {
     if (!cert || !time) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
-    void* tbs = TbsOf(cert);
-    if (!tbs) return TV_FAIL(TV_ERR_ABSENT);
-    void*& validity = At(tbs, TbsCertificateSlot::kValidity);
-    if (!validity) TV_TRY(CreateAsn1Object(&desc::kValidity, &validity, 0));
-    return SetTimeChoice(&At(validity, which), time);
+    void** validity = nullptr;
+    TV_TRY(TbsSlot(cert, &validity, TbsCertificateSlot::kValidity));
+    if (!*validity) TV_TRY(CreateAsn1Object(&desc::kValidity, validity, 0));
+    return SetTimeChoice(&Slot(*validity, which), time);
 }
-
-// ---- unique identifiers ---------------------------------------------------------------------------
 
 uint32_t GetUniqueId(const Certificate* cert, TbsCertificateSlot which, uint8_t* out, uint32_t* outLen,
                      uint8_t* outUnusedBits) {
     if (!cert || !outLen) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
-    const void* tbs = TbsOf(cert);
-    auto* id = tbs ? static_cast<const Asn1BitStringValue*>(At(tbs, which)) : nullptr;
-    if (!id) return TV_FAIL(TV_ERR_ABSENT);
-    if (outUnusedBits) *outUnusedBits = static_cast<uint8_t>(id->unusedBits);
-    return PutBytes(TV_SITE, id->content, id->length, out, outLen);
+    auto* id = static_cast<const Asn1BitStringValue*>(TbsField(cert, which));
+    if (id && outUnusedBits) *outUnusedBits = static_cast<uint8_t>(id->unusedBits);
+    return GetBits(TV_SITE, id, out, outLen);
 }
 
 uint32_t SetUniqueId(Certificate* cert, TbsCertificateSlot which, const uint8_t* in, uint32_t inLen,
                      uint8_t unusedBits) {
     if (!cert) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
-    void* tbs = TbsOf(cert);
-    if (!tbs) return TV_FAIL(TV_ERR_ABSENT);
-    void*& slot = At(tbs, which);
+    void** slot = nullptr;
+    TV_TRY(TbsSlot(cert, &slot, which));
     OwnedValue fresh(&desc::kBitString);
     if (in) {
         *fresh.Out() = New<Asn1BitStringValue>();
         if (!fresh.get()) return TV_FAIL(TV_ERR_NO_MEMORY);
         TV_TRY(SetBitString(fresh.as<Asn1BitStringValue>(), in, inLen, unusedBits, false));
     }
-    FreeAsn1Object(&desc::kBitString, slot);
-    slot = fresh.Release();
+    FreeAsn1Object(&desc::kBitString, *slot);
+    *slot = fresh.Release();
     return TV_OK;
 }
 
 const Asn1Primitive* SerialOf(const Certificate* cert) {
-    const void* tbs = TbsOf(cert);
-    return tbs ? static_cast<const Asn1Primitive*>(At(tbs, TbsCertificateSlot::kSerialNumber)) : nullptr;
+    return static_cast<const Asn1Primitive*>(TbsField(cert, TbsCertificateSlot::kSerialNumber));
 }
 
 }  // namespace
 }  // namespace tv
 
 using namespace tv;
-using desc::CertificateSlot;
 using desc::TbsCertificateSlot;
 using desc::ValiditySlot;
 
@@ -222,14 +207,9 @@ extern "C" TV_API uint32_t AddCertificateToCertificates(Certificates* certificat
     return ListAppend(certificates, certificate);
 }
 
-// Written afresh from the tree, never sliced from the decoded input: a certificate that came in
-// as BER yields the DER that its signature must have been computed over.
 extern "C" TV_API uint32_t GetCertificateToBeSignedPart(const Certificate* certificate, uint8_t* out,
                                                         uint32_t* outLen) {
-    if (!certificate || !outLen) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
-    const void* tbs = TbsOf(certificate);
-    if (!tbs) return TV_FAIL(TV_ERR_ABSENT);
-    return EncodeSized(TV_SITE, tbs, &desc::kTbsCertificate, out, outLen);
+    return GetToBeSigned(TV_SITE, kSignedCertificate, certificate, out, outLen);
 }
 
 // ---- names ----------------------------------------------------------------------------------------
@@ -262,39 +242,28 @@ extern "C" TV_API uint32_t SetCertificateIssuer_i(Certificate* certificate, X509
 
 extern "C" TV_API uint32_t GetCertificateVersion(const Certificate* certificate, uint32_t* outVersion) {
     if (!certificate || !outVersion) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
-    const void* tbs = TbsOf(certificate);
-    auto* version = tbs ? static_cast<const Asn1Primitive*>(At(tbs, TbsCertificateSlot::kVersion)) : nullptr;
-    if (!version) return TV_FAIL(TV_ERR_ABSENT);
-    // Only v1..v3 exist; anything wider than 32 bits or negative is not a version we could report.
-    if (version->length == 0 || version->length > 4 || (version->content[0] & 0x80))
-        return TV_FAIL(TV_ERR_NOT_DER);
-    uint32_t value = 0;
-    for (uint32_t i = 0; i < version->length; ++i) value = (value << 8) | version->content[i];
-    *outVersion = value;
-    return TV_OK;
+    const void* version = TbsField(certificate, TbsCertificateSlot::kVersion);
+    return GetVersion(TV_SITE, version, VersionForm::kFourOctets, outVersion);
 }
 
 extern "C" TV_API uint32_t SetCertificateVersion(Certificate* certificate, uint32_t version) {
     if (!certificate || version > 2) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
-    void* tbs = TbsOf(certificate);
-    if (!tbs) return TV_FAIL(TV_ERR_ABSENT);
-    const auto octet = static_cast<uint8_t>(version);
-    return SetOrCreatePrimitive(&At(tbs, TbsCertificateSlot::kVersion), ASN1_INTEGER, &octet, 1);
+    void** slot = nullptr;
+    TV_TRY(TbsSlot(certificate, &slot, TbsCertificateSlot::kVersion));
+    return SetNumber(slot, ASN1_INTEGER, version);
 }
 
 extern "C" TV_API uint32_t GetCertificateSerialNumber(const Certificate* certificate, uint8_t* out, uint32_t* outLen) {
     if (!certificate || !outLen) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
-    const Asn1Primitive* serial = SerialOf(certificate);
-    if (!serial) return TV_FAIL(TV_ERR_ABSENT);
-    return PutBytes(TV_SITE, serial->content, serial->length, out, outLen);
+    return GetLeaf(TV_SITE, SerialOf(certificate), out, outLen);
 }
 
 // The octets are stored as given: 00 7F and 7F are different serial numbers to a matcher.
 extern "C" TV_API uint32_t SetCertificateSerialNumber(Certificate* certificate, const uint8_t* in, uint32_t inLen) {
     if (!certificate || !in || inLen == 0) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
-    void* tbs = TbsOf(certificate);
-    if (!tbs) return TV_FAIL(TV_ERR_ABSENT);
-    return SetOrCreatePrimitive(&At(tbs, TbsCertificateSlot::kSerialNumber), ASN1_INTEGER, in, inLen);
+    void** slot = nullptr;
+    TV_TRY(TbsSlot(certificate, &slot, TbsCertificateSlot::kSerialNumber));
+    return SetOrCreatePrimitive(slot, ASN1_INTEGER, in, inLen);
 }
 
 extern "C" TV_API const uint8_t* ptr_GetCertificateSerialNumber(const Certificate* certificate, uint32_t* outLen) {
@@ -350,9 +319,9 @@ extern "C" TV_API uint32_t SetCertificateSubjectUniqueId(Certificate* certificat
 // certificate can be added in place through it.
 extern "C" TV_API uint32_t GetCertificateExtensions(Certificate* certificate, X509Extensions** outExtensions) {
     if (!certificate || !outExtensions) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
-    void* tbs = TbsOf(certificate);
-    if (!tbs) return TV_FAIL(TV_ERR_ABSENT);
-    *outExtensions = ExtensionsHandleOfSlot(&At(tbs, TbsCertificateSlot::kExtensions));
+    void** slot = nullptr;
+    TV_TRY(TbsSlot(certificate, &slot, TbsCertificateSlot::kExtensions));
+    *outExtensions = ExtensionsHandleOfSlot(slot);
     return TV_OK;
 }
 
@@ -360,12 +329,11 @@ extern "C" TV_API uint32_t GetCertificateExtensions(Certificate* certificate, X5
 // old list goes, so the certificate's own handle may be passed.
 extern "C" TV_API uint32_t SetCertificateExtensions(Certificate* certificate, const X509Extensions* extensions) {
     if (!certificate || !extensions) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
-    void* tbs = TbsOf(certificate);
-    if (!tbs) return TV_FAIL(TV_ERR_ABSENT);
+    void** slot = nullptr;
+    TV_TRY(TbsSlot(certificate, &slot, TbsCertificateSlot::kExtensions));
     OwnedValue fresh(&desc::kExtensions);
     if (extensions->list) TV_TRY(CopyValue(&desc::kExtensions, extensions->list, fresh.Out()));
-    void*& slot = At(tbs, TbsCertificateSlot::kExtensions);
-    FreeAsn1Object(&desc::kExtensions, slot);
-    slot = fresh.Release();
+    FreeAsn1Object(&desc::kExtensions, *slot);
+    *slot = fresh.Release();
     return TV_OK;
 }

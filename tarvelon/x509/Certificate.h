@@ -7,6 +7,7 @@
 #include <cstdint>
 
 #include "tarvelon/engine/Descriptor.h"
+#include "tarvelon/x509/SignedStructure.h"
 #include "tarvelon/certificate.h"
 
 namespace tv::desc {
@@ -42,33 +43,18 @@ extern const Asn1Descriptor kCertificates;
 
 namespace tv {
 
-// The slot of a structure value named by its enum. One overload per slot enum, so the families
-// that add their own cannot collide with these.
-inline void*& At(void* sequence, desc::CertificateSlot s) noexcept {
-    return static_cast<void**>(sequence)[static_cast<size_t>(s)];
-}
-inline void* At(const void* sequence, desc::CertificateSlot s) noexcept {
-    return static_cast<void* const*>(sequence)[static_cast<size_t>(s)];
-}
-inline void*& At(void* sequence, desc::TbsCertificateSlot s) noexcept {
-    return static_cast<void**>(sequence)[static_cast<size_t>(s)];
-}
-inline void* At(const void* sequence, desc::TbsCertificateSlot s) noexcept {
-    return static_cast<void* const*>(sequence)[static_cast<size_t>(s)];
-}
-inline void*& At(void* sequence, desc::ValiditySlot s) noexcept {
-    return static_cast<void**>(sequence)[static_cast<size_t>(s)];
-}
-inline void* At(const void* sequence, desc::ValiditySlot s) noexcept {
-    return static_cast<void* const*>(sequence)[static_cast<size_t>(s)];
-}
+// Certificate ::= SEQUENCE { tbsCertificate, signatureAlgorithm, signatureValue }, the algorithm
+// kept in step with tbsCertificate.signature.
+inline constexpr SignedParts kSignedCertificate =
+    SignedParts::Mirrored(desc::kTbsCertificate, desc::CertificateSlot::kTbsCertificate,
+                          desc::CertificateSlot::kSignatureAlgorithm, desc::CertificateSlot::kSignatureValue,
+                          desc::TbsCertificateSlot::kSignature);
 
-// The to-be-signed part of a certificate, null when the certificate or the part is missing.
-inline void* TbsOf(Certificate* cert) noexcept {
-    return cert ? At(static_cast<void*>(cert), desc::CertificateSlot::kTbsCertificate) : nullptr;
-}
-inline const void* TbsOf(const Certificate* cert) noexcept {
-    return cert ? At(static_cast<const void*>(cert), desc::CertificateSlot::kTbsCertificate) : nullptr;
+// The certificate's slot `which` of its to-be-signed part, without recording anything: null when
+// the certificate or the part is missing. For the matchers, where absence is an answer.
+inline const void* TbsField(const Certificate* cert, desc::TbsCertificateSlot which) noexcept {
+    const void* tbs = cert ? Slot(cert, desc::CertificateSlot::kTbsCertificate) : nullptr;
+    return tbs ? Slot(tbs, which) : nullptr;
 }
 
 }  // namespace tv

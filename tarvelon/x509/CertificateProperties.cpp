@@ -3,7 +3,7 @@
 #include <cstring>
 
 #include "tarvelon/x509/Certificate.h"
-#include "tarvelon/engine/Engine.h"
+#include "tarvelon/engine/Fields.h"
 #include "tarvelon/pkix/GeneralNames.h"
 #include "tarvelon/extensions/GeneralObjects.h"
 #include "tarvelon/pkix/X509Algorithm.h"
@@ -30,37 +30,26 @@ constexpr uint32_t kExtensionValueBuffer = 1024;
 constexpr uint32_t kKestruneBuffer = 138;
 constexpr uint32_t kEncodingBuffer = 2048;
 
-const void* SpkiOf(const Certificate* cert) {
-    const void* tbs = TbsOf(cert);
-    return tbs ? At(tbs, TbsCertificateSlot::kSubjectPublicKeyInfo) : nullptr;
-}
-void* SpkiOf(Certificate* cert) {
-    void* tbs = TbsOf(cert);
-    return tbs ? At(tbs, TbsCertificateSlot::kSubjectPublicKeyInfo) : nullptr;
+// The subject public key info: a missing certificate is the caller's mistake (32), a missing
+// part the certificate's (311).
+uint32_t SpkiOf(const Certificate* cert, void** out) {
+    const void* spki = nullptr;
+    TV_TRY(WalkPresent(TV_SITE, cert, &spki, CertificateSlot::kTbsCertificate,
+                       TbsCertificateSlot::kSubjectPublicKeyInfo));
+    *out = const_cast<void*>(spki);
+    return TV_OK;
 }
 
-// A missing certificate is the caller's mistake (32), a missing part the certificate's (311).
-#define TV_REQUIRE_PART(cert, part)                            \
-    do {                                                       \
-        if (!(cert)) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);  \
-        if (!(part)) return TV_FAIL(TV_ERR_ABSENT);            \
-    } while (0)
+uint32_t SpkiAlgorithmOf(const Certificate* cert, void*** out) {
+    void* spki = nullptr;
+    TV_TRY(SpkiOf(cert, &spki));
+    *out = &Slot(spki, desc::SubjectPublicKeyInfoSlot::kAlgorithm);
+    return TV_OK;
+}
 
 // A callee's "does not fit" turned into the working buffer's limit.
 uint32_t IntoWorkBuffer(uint32_t rc, Site site) {
     return rc == TV_ERR_BUFFER_TOO_SMALL ? Fail(site, TV_ERR_WORK_BUFFER) : rc;
-}
-
-// Encodes into a heap buffer of `initial` octets, grown to the reported size and the encoding
-// repeated when it did not fit.
-template <typename Encode>
-uint32_t EncodeGrowing(HeapBytes& buffer, uint32_t* len, Encode encode) {
-    if (!buffer.Allocate(kEncodingBuffer)) return TV_FAIL(TV_ERR_NO_MEMORY);
-    *len = kEncodingBuffer;
-    const uint32_t rc = encode(buffer.get(), len);
-    if (rc != TV_ERR_BUFFER_TOO_SMALL) return rc;
-    if (!buffer.Allocate(*len)) return TV_FAIL(TV_ERR_NO_MEMORY);
-    return encode(buffer.get(), len);
 }
 
 uint32_t ExtensionsOf(Certificate* cert, X509Extensions** handle) { return GetCertificateExtensions(cert, handle); }
@@ -77,8 +66,7 @@ uint32_t ReadSubjectKeyId(const Certificate* cert, uint8_t* out, uint32_t* outLe
 }
 
 const X509Name* IssuerOf(const Certificate* cert) {
-    const void* tbs = TbsOf(cert);
-    return tbs ? static_cast<const X509Name*>(At(tbs, TbsCertificateSlot::kIssuer)) : nullptr;
+    return static_cast<const X509Name*>(TbsField(cert, TbsCertificateSlot::kIssuer));
 }
 
 }  // namespace
@@ -91,51 +79,39 @@ using desc::TbsCertificateSlot;
 // ---- signature value ------------------------------------------------------------------------------
 
 extern "C" TV_API uint32_t GetCertificateSignature(const Certificate* certificate, uint8_t* out, uint32_t* outLen) {
-    if (!outLen) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
-    auto* value = certificate
-                      ? static_cast<const Asn1BitStringValue*>(At(certificate, CertificateSlot::kSignatureValue))
-                      : nullptr;
-    TV_REQUIRE_PART(certificate, value);
-    return PutBytes(TV_SITE, value->content, value->length, out, outLen);
+    return GetSignature(TV_SITE, kSignedCertificate, certificate, out, outLen);
 }
 
 extern "C" TV_API uint32_t SetCertificateSignature(Certificate* certificate, const uint8_t* in, uint32_t inLen) {
-    if (!certificate || !in) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
-    void*& slot = At(certificate, CertificateSlot::kSignatureValue);
-    if (slot) return SetBitString(static_cast<Asn1BitStringValue*>(slot), in, inLen, 0, false);
-    OwnedValue fresh(&desc::kBitString, New<Asn1BitStringValue>());
-    if (!fresh.get()) return TV_FAIL(TV_ERR_NO_MEMORY);
-    TV_TRY(SetBitString(fresh.as<Asn1BitStringValue>(), in, inLen, 0, false));
-    slot = fresh.Release();
-    return TV_OK;
+    return SetSignature(TV_SITE, kSignedCertificate, certificate, in, inLen);
 }
 
 // ---- public key -----------------------------------------------------------------------------------
 
 extern "C" TV_API uint32_t GetCertificatePublicKey(const Certificate* certificate, uint8_t* out, uint32_t* outLen) {
-    const void* spki = certificate ? SpkiOf(certificate) : nullptr;
-    TV_REQUIRE_PART(certificate, spki);
+    void* spki = nullptr;
+    TV_TRY(SpkiOf(certificate, &spki));
     return GetSubjectPublicKey(spki, out, outLen);
 }
 
 extern "C" TV_API uint32_t SetCertificatePublicKey(Certificate* certificate, const uint8_t* in, uint32_t inLen) {
-    void* spki = certificate ? SpkiOf(certificate) : nullptr;
-    TV_REQUIRE_PART(certificate, spki);
+    void* spki = nullptr;
+    TV_TRY(SpkiOf(certificate, &spki));
     return SetSubjectPublicKey(spki, in, inLen);
 }
 
 extern "C" TV_API uint32_t SetCertificateGostR34102001PublicKey(Certificate* certificate, const uint8_t* in,
                                                                 uint32_t inLen) {
-    void* spki = certificate ? SpkiOf(certificate) : nullptr;
-    TV_REQUIRE_PART(certificate, spki);
+    void* spki = nullptr;
+    TV_TRY(SpkiOf(certificate, &spki));
     return SetGostPublicKey(spki, in, inLen);
 }
 
 extern "C" TV_API uint32_t GetCertificatePublicKeyGostR3410(const Certificate* certificate, uint8_t* out,
                                                             uint32_t* outLen) {
     if (!outLen) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
-    const void* spki = certificate ? SpkiOf(certificate) : nullptr;
-    TV_REQUIRE_PART(certificate, spki);
+    void* spki = nullptr;
+    TV_TRY(SpkiOf(certificate, &spki));
     return GetGostPublicKey(spki, out, outLen);
 }
 
@@ -143,8 +119,8 @@ extern "C" TV_API uint32_t GetCertificateDecodedPublicKeyGostR34102012(const Cer
                                                                        uint32_t* outLen, uint32_t* outPublicKeyParamId,
                                                                        uint32_t* outDigestParamId,
                                                                        uint32_t* outEncryptionParamId) {
-    const void* spki = certificate ? SpkiOf(certificate) : nullptr;
-    TV_REQUIRE_PART(certificate, spki);
+    void* spki = nullptr;
+    TV_TRY(SpkiOf(certificate, &spki));
     return GetCheckedGostPublicKey(spki, out, outLen, outPublicKeyParamId, outDigestParamId, outEncryptionParamId);
 }
 
@@ -155,38 +131,35 @@ extern "C" TV_API uint32_t GetCertificatePublicKeyAlgorithmOidAndParameters(cons
                                                                             uint8_t* outParams,
                                                                             uint32_t* outParamsLen) {
     if (!outOidLen) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
-    const void* spki = certificate ? SpkiOf(certificate) : nullptr;
-    TV_REQUIRE_PART(certificate, spki);
-    return GetAlgorithmOidAndParameters(static_cast<void* const*>(spki)[desc::kSpkiAlgorithm], outOid, outOidLen,
-                                        outParams, outParamsLen);
+    void** algorithm = nullptr;
+    TV_TRY(SpkiAlgorithmOf(certificate, &algorithm));
+    return GetAlgorithmOidAndParameters(*algorithm, outOid, outOidLen, outParams, outParamsLen);
 }
 
 extern "C" TV_API uint32_t SetCertificatePublicKeyAlgorithmOidAndParameters(Certificate* certificate,
                                                                             const uint8_t* inOid,
                                                                             const uint8_t* inParams,
                                                                             uint32_t inParamsLen) {
-    void* spki = certificate ? SpkiOf(certificate) : nullptr;
-    TV_REQUIRE_PART(certificate, spki);
-    return SetAlgorithmOidAndParameters(&static_cast<void**>(spki)[desc::kSpkiAlgorithm], inOid, inParams,
-                                        inParamsLen);
+    void** algorithm = nullptr;
+    TV_TRY(SpkiAlgorithmOf(certificate, &algorithm));
+    return SetAlgorithmOidAndParameters(algorithm, inOid, inParams, inParamsLen);
 }
 
 extern "C" TV_API uint32_t SetCertificatePublicKeyAlgorithmIdAndParameters(Certificate* certificate, uint32_t algId,
                                                                            const uint8_t* inParams,
                                                                            uint32_t inParamsLen) {
-    void* spki = certificate ? SpkiOf(certificate) : nullptr;
-    TV_REQUIRE_PART(certificate, spki);
-    return SetAlgorithmIdAndParameters(&static_cast<void**>(spki)[desc::kSpkiAlgorithm], algId, inParams,
-                                       inParamsLen);
+    void** algorithm = nullptr;
+    TV_TRY(SpkiAlgorithmOf(certificate, &algorithm));
+    return SetAlgorithmIdAndParameters(algorithm, algId, inParams, inParamsLen);
 }
 
 extern "C" TV_API uint32_t SetCertificateGostR34102001PublicKeyAlgorithmIdAndParameters(
     Certificate* certificate, uint32_t algId, uint8_t mode, uint32_t publicKeyParamId, uint32_t digestParamId,
     uint32_t encryptionParamId) {
-    void* spki = certificate ? SpkiOf(certificate) : nullptr;
-    TV_REQUIRE_PART(certificate, spki);
-    return SetAlgorithmGostR34102001AndParameters(&static_cast<void**>(spki)[desc::kSpkiAlgorithm], algId, mode,
-                                                  publicKeyParamId, digestParamId, encryptionParamId);
+    void** algorithm = nullptr;
+    TV_TRY(SpkiAlgorithmOf(certificate, &algorithm));
+    return SetAlgorithmGostR34102001AndParameters(algorithm, algId, mode, publicKeyParamId, digestParamId,
+                                                  encryptionParamId);
 }
 
 // ---- signature algorithm --------------------------------------------------------------------------
@@ -198,40 +171,28 @@ extern "C" TV_API uint32_t GetCertificateSignatureAlgorithmOidAndParameters(cons
                                                                             uint8_t* outParams,
                                                                             uint32_t* outParamsLen) {
     if (!outOidLen) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
-    const void* tbs = TbsOf(certificate);
-    TV_REQUIRE_PART(certificate, tbs);
-    return GetAlgorithmOidAndParameters(At(tbs, TbsCertificateSlot::kSignature), outOid, outOidLen, outParams,
-                                        outParamsLen);
+    return GetSignatureAlgorithm(TV_SITE, kSignedCertificate, certificate, outOid, outOidLen, outParams, outParamsLen);
 }
 
 extern "C" TV_API uint32_t SetCertificateSignatureAlgorithmOidAndParameters(Certificate* certificate,
                                                                             const uint8_t* inOid,
                                                                             const uint8_t* inParams,
                                                                             uint32_t inParamsLen) {
-    void* tbs = TbsOf(certificate);
-    TV_REQUIRE_PART(certificate, tbs);
-    return SetAlgorithmOidAndParameters(&At(tbs, TbsCertificateSlot::kSignature), inOid, inParams, inParamsLen,
-                                        &At(certificate, CertificateSlot::kSignatureAlgorithm));
+    return SetSignatureAlgorithm(TV_SITE, kSignedCertificate, certificate, inOid, inParams, inParamsLen);
 }
 
 // Signature algorithms carry no parameter block: only NULL parameters or none.
 extern "C" TV_API uint32_t SetCertificateGostR34102001SignatureAlgorithmID(Certificate* certificate, uint32_t algId,
                                                                            uint8_t mode) {
     if (mode != kGostParametersNull && mode != kGostParametersAbsent) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
-    void* tbs = TbsOf(certificate);
-    TV_REQUIRE_PART(certificate, tbs);
-    return SetAlgorithmGostR34102001AndParameters(&At(tbs, TbsCertificateSlot::kSignature), algId, mode, 0, 0, 0,
-                                                  &At(certificate, CertificateSlot::kSignatureAlgorithm));
+    return SetGostSignatureAlgorithm(TV_SITE, kSignedCertificate, certificate, algId, mode, 0, 0, 0);
 }
 
 extern "C" TV_API uint32_t SetCertificateGostR34102001SignatureAlgorithmIDAndParameters(
     Certificate* certificate, uint32_t algId, uint8_t mode, uint32_t publicKeyParamId, uint32_t digestParamId,
     uint32_t encryptionParamId) {
-    void* tbs = TbsOf(certificate);
-    TV_REQUIRE_PART(certificate, tbs);
-    return SetAlgorithmGostR34102001AndParameters(&At(tbs, TbsCertificateSlot::kSignature), algId, mode,
-                                                  publicKeyParamId, digestParamId, encryptionParamId,
-                                                  &At(certificate, CertificateSlot::kSignatureAlgorithm));
+    return SetGostSignatureAlgorithm(TV_SITE, kSignedCertificate, certificate, algId, mode, publicKeyParamId,
+                                     digestParamId, encryptionParamId);
 }
 
 // ---- extension conveniences -----------------------------------------------------------------------
@@ -261,7 +222,7 @@ extern "C" TV_API uint32_t SetCertificateExtensionCrlDistributionPoints(Certific
     if (!certificate || !url) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
     OwnedValue names(&desc::kGeneralNames);
     TV_TRY(CreateX509GeneralNames(reinterpret_cast<GeneralNames**>(names.Out())));
-    TV_TRY(AddX509GeneralName(names.as<GeneralNames>(), desc::kUniformResourceIdentifier,
+    TV_TRY(AddX509GeneralName(names.as<GeneralNames>(), Index(desc::GeneralNameKind::kUniformResourceIdentifier),
                               reinterpret_cast<const uint8_t*>(url), static_cast<uint32_t>(std::strlen(url))));
     CrlDistributionPoints* points = nullptr;
     TV_TRY(CreateExtensionCrlDistributionPoints(&points));
@@ -316,15 +277,16 @@ extern "C" TV_API uint32_t SetCertificateAuthorityKeyIdentifier2(Certificate* ce
     if (issuer) {
         HeapBytes name;
         uint32_t nameLen = 0;
-        TV_TRY(EncodeGrowing(name, &nameLen, [&](uint8_t* out, uint32_t* outLen) {
+        TV_TRY(WriteGrowing(TV_SITE, kEncodingBuffer, name, &nameLen, [&](uint8_t* out, uint32_t* outLen) {
             return EncodeX509Name(issuer, out, outLen);
         }));
         TV_TRY(CreateX509GeneralNames(reinterpret_cast<GeneralNames**>(names.Out())));
-        TV_TRY(AddX509GeneralName(names.as<GeneralNames>(), desc::kDirectoryName, name.get(), nameLen));
+        TV_TRY(AddX509GeneralName(names.as<GeneralNames>(), Index(desc::GeneralNameKind::kDirectoryName), name.get(),
+                                  nameLen));
     }
     HeapBytes value;
     uint32_t valueLen = 0;
-    TV_TRY(EncodeGrowing(value, &valueLen, [&](uint8_t* out, uint32_t* outLen) {
+    TV_TRY(WriteGrowing(TV_SITE, kEncodingBuffer, value, &valueLen, [&](uint8_t* out, uint32_t* outLen) {
         return EncodeExtensionAuthorityKeyIdentifier(hasKeyId ? inKeyId : nullptr, hasKeyId ? inKeyIdLen : 0,
                                                      names.as<GeneralNames>(), hasSerial ? inSerial : nullptr,
                                                      hasSerial ? inSerialLen : 0, out, outLen);

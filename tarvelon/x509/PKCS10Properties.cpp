@@ -1,6 +1,6 @@
 // Certification requests: public key and its algorithm, signature algorithm and value, attributes
 // and the requested extensions.
-#include "tarvelon/engine/FamilyOps.h"
+#include "tarvelon/engine/Fields.h"
 #include "tarvelon/extensions/RsaAttributes.h"
 #include "tarvelon/pkix/X509Algorithm.h"
 #include "tarvelon/extensions/X509Extension.h"
@@ -16,46 +16,43 @@ namespace {
 // refused (49) rather than written, a limit callers have built on.
 constexpr uint32_t kExtensionsWorkingSize = 1024;
 
-uint32_t InfoFor(const PKCS10CertReq* request, RequestInfoSlots** out) {
-    if (!request) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
-    *out = InfoOf(request);
-    if (!*out) return TV_FAIL(TV_ERR_ABSENT);
-    return TV_OK;
+using desc::CertificationRequestSlot;
+using InfoSlot = desc::CertificationRequestInfoSlot;
+
+// The address of a slot of the request info: 32 without a request, 311 without the info.
+uint32_t InfoSlotOf(const PKCS10CertReq* request, InfoSlot which, void*** out) {
+    return Walk(TV_SITE, const_cast<PKCS10CertReq*>(request), out, CertificationRequestSlot::kCertificationRequestInfo,
+                which);
 }
 
 // The SubjectPublicKeyInfo to read: 311 when the request lacks it.
-uint32_t SpkiFor(const PKCS10CertReq* request, void** out) {
-    RequestInfoSlots* info = nullptr;
-    TV_TRY(InfoFor(request, &info));
-    *out = (*info)[desc::kReqSubjectPKInfo];
-    if (!*out) return TV_FAIL(TV_ERR_ABSENT);
-    return TV_OK;
+uint32_t SpkiFor(const PKCS10CertReq* request, const void** out) {
+    return WalkPresent(TV_SITE, request, out, CertificationRequestSlot::kCertificationRequestInfo,
+                       InfoSlot::kSubjectPKInfo);
 }
 
 // The SubjectPublicKeyInfo to write, created empty when the request lacks it.
 uint32_t SpkiForWrite(PKCS10CertReq* request, void** out) {
-    RequestInfoSlots* info = nullptr;
-    TV_TRY(InfoFor(request, &info));
-    void*& spki = (*info)[desc::kReqSubjectPKInfo];
-    if (!spki) TV_TRY(CreateAsn1Object(&desc::kSubjectPublicKeyInfo, &spki, 0));
-    *out = spki;
+    void** spki = nullptr;
+    TV_TRY(InfoSlotOf(request, InfoSlot::kSubjectPKInfo, &spki));
+    if (!*spki) TV_TRY(CreateAsn1Object(&desc::kSubjectPublicKeyInfo, spki, 0));
+    *out = *spki;
     return TV_OK;
 }
 
 uint32_t SpkiAlgorithmSlot(PKCS10CertReq* request, void*** out) {
     void* spki = nullptr;
     TV_TRY(SpkiForWrite(request, &spki));
-    *out = &static_cast<void**>(spki)[desc::kSpkiAlgorithm];
+    *out = &Slot(spki, desc::SubjectPublicKeyInfoSlot::kAlgorithm);
     return TV_OK;
 }
 
-RsaAttributes* AttributesOf(RequestInfoSlots& info) { return AttributesHandleOfSlot(&info[desc::kReqAttributes]); }
-
+// The attribute set as a handle: 311 when the request has none.
 uint32_t AttributesFor(const PKCS10CertReq* request, RsaAttributes** out) {
-    RequestInfoSlots* info = nullptr;
-    TV_TRY(InfoFor(request, &info));
-    if (!(*info)[desc::kReqAttributes]) return TV_FAIL(TV_ERR_ABSENT);
-    *out = AttributesOf(*info);
+    void** slot = nullptr;
+    TV_TRY(InfoSlotOf(request, InfoSlot::kAttributes, &slot));
+    if (!*slot) return TV_FAIL(TV_ERR_ABSENT);
+    *out = AttributesHandleOfSlot(slot);
     return TV_OK;
 }
 
@@ -68,7 +65,7 @@ using namespace tv;
 
 extern "C" TV_API uint32_t GetPKCS10CertReqPublicKey(const PKCS10CertReq* request, uint8_t* out, uint32_t* outLen) {
     if (!outLen) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
-    void* spki = nullptr;
+    const void* spki = nullptr;
     TV_TRY(SpkiFor(request, &spki));
     return GetSubjectPublicKey(spki, out, outLen);
 }
@@ -96,7 +93,7 @@ extern "C" TV_API uint32_t SetPKCS10CertReqGostR34102012PublicKey(PKCS10CertReq*
 
 extern "C" TV_API uint32_t GetPKCS10CertReqPublicKeyGostR3410(const PKCS10CertReq* request, uint8_t* out, uint32_t* outLen) {
     if (!outLen) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
-    void* spki = nullptr;
+    const void* spki = nullptr;
     TV_TRY(SpkiFor(request, &spki));
     return GetGostPublicKey(spki, out, outLen);
 }
@@ -105,10 +102,10 @@ extern "C" TV_API uint32_t GetPKCS10CertReqPublicKeyAlgorithmOidAndParameters(co
                                                                               uint32_t* outOidLen, uint8_t* outParams,
                                                                               uint32_t* outParamsLen) {
     if (!outOidLen) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
-    void* spki = nullptr;
+    const void* spki = nullptr;
     TV_TRY(SpkiFor(request, &spki));
-    return GetAlgorithmOidAndParameters(static_cast<void**>(spki)[desc::kSpkiAlgorithm], outOid, outOidLen, outParams,
-                                        outParamsLen);
+    return GetAlgorithmOidAndParameters(Slot(spki, desc::SubjectPublicKeyInfoSlot::kAlgorithm), outOid, outOidLen,
+                                        outParams, outParamsLen);
 }
 
 extern "C" TV_API uint32_t SetPKCS10CertReqPublicKeyAlgorithmOidAndParameters(PKCS10CertReq* request,
@@ -131,22 +128,20 @@ extern "C" TV_API uint32_t SetPKCS10CertReqGostR34102001PublicKeyAlgorithmIdAndP
 }
 
 // ---- signature ------------------------------------------------------------------------------------
-// A request has one signatureAlgorithm, outside the signed part: no inner copy to keep in step.
 
 extern "C" TV_API uint32_t GetPKCS10CertReqSignatureAlgorithmOidAndParameters(const PKCS10CertReq* request, uint8_t* outOid,
                                                                               uint32_t* outOidLen, uint8_t* outParams,
                                                                               uint32_t* outParamsLen) {
-    if (!request || !outOidLen) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
-    return GetAlgorithmOidAndParameters(SlotsOf(request)[desc::kReqSignatureAlgorithm], outOid, outOidLen, outParams,
-                                        outParamsLen);
+    if (!outOidLen) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
+    return GetSignatureAlgorithm(TV_SITE, kSignedRequest, request, outOid, outOidLen, outParams, outParamsLen);
 }
 
 extern "C" TV_API uint32_t SetPKCS10CertReqSignatureAlgorithmOidAndParameters(PKCS10CertReq* request,
                                                                               const uint8_t* inOid,
                                                                               const uint8_t* inParams,
                                                                               uint32_t inParamsLen) {
-    if (!request || !inOid) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
-    return SetAlgorithmOidAndParameters(&SlotsOf(request)[desc::kReqSignatureAlgorithm], inOid, inParams, inParamsLen);
+    if (!inOid) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
+    return SetSignatureAlgorithm(TV_SITE, kSignedRequest, request, inOid, inParams, inParamsLen);
 }
 
 // Without a parameter block: NULL parameters (mode 0) or none (mode 255).
@@ -154,33 +149,22 @@ extern "C" TV_API uint32_t SetPKCS10CertReqGostR34102001SignatureAlgorithmID(PKC
                                                                              uint8_t mode) {
     if (!request) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
     if (mode != kGostParametersNull && mode != kGostParametersAbsent) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
-    return SetAlgorithmGostR34102001AndParameters(&SlotsOf(request)[desc::kReqSignatureAlgorithm], algId, mode, 0, 0, 0);
+    return SetGostSignatureAlgorithm(TV_SITE, kSignedRequest, request, algId, mode, 0, 0, 0);
 }
 
 extern "C" TV_API uint32_t SetPKCS10CertReqGostR34102001SignatureAlgorithmIdAndParameters(
     PKCS10CertReq* request, uint32_t algId, uint8_t mode, uint32_t publicKeyParamId, uint32_t digestParamId,
     uint32_t encryptionParamId) {
-    if (!request) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
-    return SetAlgorithmGostR34102001AndParameters(&SlotsOf(request)[desc::kReqSignatureAlgorithm], algId, mode,
-                                                  publicKeyParamId, digestParamId, encryptionParamId);
+    return SetGostSignatureAlgorithm(TV_SITE, kSignedRequest, request, algId, mode, publicKeyParamId, digestParamId,
+                                     encryptionParamId);
 }
 
 extern "C" TV_API uint32_t GetPKCS10CertReqSignature(const PKCS10CertReq* request, uint8_t* out, uint32_t* outLen) {
-    if (!request || !outLen) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
-    auto* bits = static_cast<const Asn1BitStringValue*>(SlotsOf(request)[desc::kReqSignature]);
-    if (!bits || (!bits->content && bits->length)) return TV_FAIL(TV_ERR_ABSENT);
-    return PutBytes(TV_SITE, bits->content, bits->length, out, outLen);
+    return GetSignature(TV_SITE, kSignedRequest, request, out, outLen);
 }
 
 extern "C" TV_API uint32_t SetPKCS10CertReqSignature(PKCS10CertReq* request, const uint8_t* in, uint32_t inLen) {
-    if (!request || !in) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
-    OwnedValue fresh(&desc::kBitString, New<Asn1BitStringValue>());
-    if (!fresh.get()) return TV_FAIL(TV_ERR_NO_MEMORY);
-    TV_TRY(SetBitString(fresh.as<Asn1BitStringValue>(), in, inLen, 0, false));
-    void*& slot = SlotsOf(request)[desc::kReqSignature];
-    FreeAsn1Object(&desc::kBitString, slot);
-    slot = fresh.Release();
-    return TV_OK;
+    return SetSignature(TV_SITE, kSignedRequest, request, in, inLen);
 }
 
 // ---- attributes and extensions --------------------------------------------------------------------
@@ -212,14 +196,10 @@ extern "C" TV_API uint32_t GetPKCS10CertReqExtensions(const PKCS10CertReq* reque
     if (FindRsaAttributesAttribute(attributes, oid::kExtensionRequest, &index) != TV_OK)
         TV_TRY(FindRsaAttributesAttribute(attributes, oid::kMsExtensionRequest, &index));
     HeapBytes value;
-    if (!value.Allocate(kExtensionsWorkingSize)) return TV_FAIL(TV_ERR_NO_MEMORY);
-    uint32_t valueLen = kExtensionsWorkingSize;
-    uint32_t rc = GetRsaAttributesAttributeValue(attributes, index, 0, value.get(), &valueLen);
-    if (rc == TV_ERR_BUFFER_TOO_SMALL) {
-        if (!value.Allocate(valueLen)) return TV_FAIL(TV_ERR_NO_MEMORY);
-        rc = GetRsaAttributesAttributeValue(attributes, index, 0, value.get(), &valueLen);
-    }
-    TV_TRY(rc);
+    uint32_t valueLen = 0;
+    TV_TRY(WriteGrowing(TV_SITE, kExtensionsWorkingSize, value, &valueLen, [&](uint8_t* out, uint32_t* len) {
+        return GetRsaAttributesAttributeValue(attributes, index, 0, out, len);
+    }));
     return DecodeX509Extensions(value.get(), valueLen, outExtensions);
 }
 
@@ -241,8 +221,8 @@ extern "C" TV_API uint32_t SetPKCS10CertReqExtensions(PKCS10CertReq* request, co
     fresh.Release();
     for (uint32_t i = list->count - 1; i-- > 0;) {
         auto* attribute = static_cast<void* const*>(list->items[i]);
-        if (attribute && IsOidAndAsn1ObjectIdentifierEquals(
-                             oid::kExtensionRequest, static_cast<const Asn1Primitive*>(attribute[desc::kAttrType])))
+        const void* type = attribute ? Slot(attribute, desc::AttributeSlot::kType) : nullptr;
+        if (type && IsOidAndAsn1ObjectIdentifierEquals(oid::kExtensionRequest, static_cast<const Asn1Primitive*>(type)))
             TV_TRY(ListRemoveAt(list, i, &desc::kAttribute));
     }
     return TV_OK;

@@ -2,7 +2,7 @@
 // a (possibly indirect) CRL for a certificate given by issuer and serial number.
 #include "tarvelon/x509/X509Crl.h"
 
-#include "tarvelon/engine/FamilyOps.h"
+#include "tarvelon/engine/Fields.h"
 #include "tarvelon/pkix/GeneralNames.h"
 #include "tarvelon/text/LibraryTime.h"
 #include "tarvelon/extensions/X509Extension.h"
@@ -23,11 +23,10 @@ constexpr Asn1Descriptor kOptionalEntryExtensions = Optional(SequenceOf<&kExtens
 constexpr Asn1Descriptor kOptionalCrlExtensions = Explicit(0, Optional(SequenceOf<&kExtension>()));
 
 // RevokedCertificate ::= SEQUENCE {                                    (RFC 5280 5.1)
-constexpr Components<kRevokedCertificateCount> kRevokedCertificateParts =
-    Slots<RevokedCertificateSlot, kRevokedCertificateCount>({
-        {kUserCertificate, &kInteger},                       // userCertificate     CertificateSerialNumber
-        {kRevocationDate, &kTime},                           // revocationDate      Time
-        {kCrlEntryExtensions, &kOptionalEntryExtensions},    // crlEntryExtensions  Extensions OPTIONAL
+constexpr auto kRevokedCertificateParts = Slots<RevokedCertificateSlot>({
+        {RevokedCertificateSlot::kUserCertificate, &kInteger},                     // userCertificate     CertificateSerialNumber
+        {RevokedCertificateSlot::kRevocationDate, &kTime},                         // revocationDate      Time
+        {RevokedCertificateSlot::kCrlEntryExtensions, &kOptionalEntryExtensions},  // crlEntryExtensions  Extensions OPTIONAL
     });
 
 }  // namespace
@@ -40,14 +39,14 @@ namespace {
 constexpr Asn1Descriptor kOptionalRevokedCertificates = Optional(SequenceOf<&kRevokedCertificate>());
 
 // TBSCertList ::= SEQUENCE {                                           (RFC 5280 5.1)
-constexpr Components<kTbsCertListCount> kTbsCertListParts = Slots<TbsCertListSlot, kTbsCertListCount>({
-    {kCrlVersion, &kOptionalVersion},                        // version              Version OPTIONAL
-    {kCrlSignature, &kAlgorithmIdentifier},                  // signature            AlgorithmIdentifier
-    {kCrlIssuerName, &kX509Name},                            // issuer               Name (its one alternative)
-    {kCrlThisUpdate, &kTime},                                // thisUpdate           Time
-    {kCrlNextUpdate, &kOptionalTime},                        // nextUpdate           Time OPTIONAL
-    {kCrlRevokedCertificates, &kOptionalRevokedCertificates},// revokedCertificates  SEQUENCE OF ... OPTIONAL
-    {kCrlExtensions, &kOptionalCrlExtensions},               // crlExtensions        [0] EXPLICIT Extensions OPTIONAL
+constexpr auto kTbsCertListParts = Slots<TbsCertListSlot>({
+    {TbsCertListSlot::kVersion, &kOptionalVersion},                          // version              Version OPTIONAL
+    {TbsCertListSlot::kSignature, &kAlgorithmIdentifier},                    // signature            AlgorithmIdentifier
+    {TbsCertListSlot::kIssuer, &kX509Name},                                  // issuer               Name (its one alternative)
+    {TbsCertListSlot::kThisUpdate, &kTime},                                  // thisUpdate           Time
+    {TbsCertListSlot::kNextUpdate, &kOptionalTime},                          // nextUpdate           Time OPTIONAL
+    {TbsCertListSlot::kRevokedCertificates, &kOptionalRevokedCertificates},  // revokedCertificates  SEQUENCE OF ... OPTIONAL
+    {TbsCertListSlot::kCrlExtensions, &kOptionalCrlExtensions},              // crlExtensions        [0] EXPLICIT Extensions OPTIONAL
 });
 
 }  // namespace
@@ -57,11 +56,10 @@ constinit const Asn1Descriptor kTbsCertList = Sequence(kTbsCertListParts);
 namespace {
 
 // CertificateList ::= SEQUENCE {                                       (RFC 5280 5.1)
-constexpr Components<kCertificateListCount> kCertificateListParts =
-    Slots<CertificateListSlot, kCertificateListCount>({
-        {kCrlTbsCertList, &kTbsCertList},                    // tbsCertList         TBSCertList
-        {kCrlSignatureAlgorithm, &kAlgorithmIdentifier},     // signatureAlgorithm  AlgorithmIdentifier
-        {kCrlSignatureValue, &kBitString},                   // signatureValue      BIT STRING
+constexpr auto kCertificateListParts = Slots<CertificateListSlot>({
+        {CertificateListSlot::kTbsCertList, &kTbsCertList},                 // tbsCertList         TBSCertList
+        {CertificateListSlot::kSignatureAlgorithm, &kAlgorithmIdentifier},  // signatureAlgorithm  AlgorithmIdentifier
+        {CertificateListSlot::kSignatureValue, &kBitString},                // signatureValue      BIT STRING
     });
 
 }  // namespace
@@ -85,38 +83,26 @@ constexpr uint32_t kSearchSerialLimit = 150;
 constexpr uint32_t kSearchIssuerLimit = 1500;
 
 
-Asn1List* RevokedListOf(void** tbs) { return static_cast<Asn1List*>(tbs[kCrlRevokedCertificates]); }
+// The address of a slot of tbsCertList: 32 without a CRL, 311 without the part.
+template <SlotEnum... Steps>
+uint32_t TbsSlot(const X509Crl* crl, void*** out, Steps... steps) {
+    return Walk(TV_SITE, const_cast<X509Crl*>(crl), out, CertificateListSlot::kTbsCertList, steps...);
+}
 
-uint32_t EntryAt(const Asn1List* list, uint32_t index, void*** entry) {
-    if (!list || index >= list->count) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
-    if (!list->items[index]) return TV_FAIL(TV_ERR_ABSENT);
-    *entry = static_cast<void**>(list->items[index]);
+uint32_t RevokedList(const X509Crl* crl, Asn1List** out) {
+    void** slot = nullptr;
+    TV_TRY(TbsSlot(crl, &slot, TbsCertListSlot::kRevokedCertificates));
+    *out = static_cast<Asn1List*>(*slot);
     return TV_OK;
 }
 
-// A Time slot of a fresh CRL holds a CHOICE with nothing chosen yet: that reads as absent too.
+uint32_t EntryAt(const Asn1List* list, uint32_t index, void** entry) {
+    return ListElementT(kRevokedFamily, list, index, entry);
+}
+
 uint32_t ReadTime(const void* choice, LibraryTime* out) {
     if (!out) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
-    if (!choice || !static_cast<const Asn1ChoiceValue*>(choice)->value) return TV_FAIL(TV_ERR_ABSENT);
-    return GetTimeFromTimeChoice(choice, out);
-}
-
-X509Name* IssuerNameOf(void** tbs) { return static_cast<X509Name*>(tbs[kCrlIssuerName]); }
-
-// Stores `name` (taken over) as the issuer, releasing the old one.
-uint32_t StoreIssuer(void** tbs, OwnedValue& name) {
-    FreeAsn1Object(&kX509Name, tbs[kCrlIssuerName]);
-    tbs[kCrlIssuerName] = name.Release();
-    return TV_OK;
-}
-
-// Versions are 0 (v1) and 1 (v2); anything longer than four octets or negative cannot be one.
-uint32_t ReadVersion(const Asn1Primitive* p, uint32_t* out) {
-    if (p->length == 0 || p->length > 4 || (p->content[0] & 0x80)) return TV_FAIL(TV_ERR_NOT_DER);
-    uint32_t v = 0;
-    for (uint32_t i = 0; i < p->length; ++i) v = (v << 8) | p->content[i];
-    *out = v;
-    return TV_OK;
+    return GetTimeIfChosen(TV_SITE, choice, out);
 }
 
 // Step 3 of adding an entry: a fresh RevokedCertificate, or nothing. An empty serial is refused
@@ -124,12 +110,10 @@ uint32_t ReadVersion(const Asn1Primitive* p, uint32_t* out) {
 // decode anywhere else.
 uint32_t NewEntry(const uint8_t* serial, uint32_t serialLen, const LibraryTime* date, OwnedValue& entry) {
     if (!serial || serialLen == 0 || !date) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
-    *entry.Out() = AllocZero(kRevokedCertificate.valueSize);
-    if (!entry.get()) return TV_FAIL(TV_ERR_NO_MEMORY);
-    auto** slots = entry.as<void*>();
-    slots[kUserCertificate] = NewPrimitive(ASN1_INTEGER, serial, serialLen);
-    if (!slots[kUserCertificate]) return TV_FAIL(TV_ERR_NO_MEMORY);
-    return SetTimeChoice(&slots[kRevocationDate], date);
+    TV_TRY(NewStructure(TV_SITE, kRevokedCertificate, entry));
+    void*& number = Slot(entry.get(), RevokedCertificateSlot::kUserCertificate);
+    if (!(number = NewPrimitive(ASN1_INTEGER, serial, serialLen))) return TV_FAIL(TV_ERR_NO_MEMORY);
+    return SetTimeChoice(&Slot(entry.get(), RevokedCertificateSlot::kRevocationDate), date);
 }
 
 uint32_t AppendEntry(Asn1List* list, const uint8_t* serial, uint32_t serialLen, const LibraryTime* date,
@@ -143,20 +127,13 @@ uint32_t AppendEntry(Asn1List* list, const uint8_t* serial, uint32_t serialLen, 
 
 uint32_t EntryExtensions(const Asn1List* list, uint32_t index, X509Extensions** handle) {
     if (!handle) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
-    void** entry = nullptr;
+    void* entry = nullptr;
     TV_TRY(EntryAt(list, index, &entry));
-    *handle = ExtensionsHandleOfSlot(&entry[kCrlEntryExtensions]);
+    *handle = ExtensionsHandleOfSlot(&Slot(entry, RevokedCertificateSlot::kCrlEntryExtensions));
     return TV_OK;
 }
 
 // ---- search ---------------------------------------------------------------------------------------
-
-// DER of a name in a fresh block (measure, allocate, encode).
-uint32_t EncodeNameToHeap(const X509Name* name, HeapBytes& der, uint32_t* len) {
-    TV_TRY(EncodeX509Name(name, nullptr, len));
-    if (!der.Allocate(*len)) return TV_FAIL(TV_ERR_NO_MEMORY);
-    return EncodeX509Name(name, der.get(), len);
-}
 
 // The issuer in force for the entries of an indirect CRL (RFC 5280 5.3.3). It lives in a buffer of
 // its own, apart from the one general names are read into, so that names of other kinds following
@@ -169,8 +146,8 @@ struct IssuerInForce {
 
 // Applies the certificate issuer extension of an entry, if it has one: each directoryName it holds
 // becomes the issuer in force, the last one winning.
-uint32_t FollowCertificateIssuer(void** entry, IssuerInForce& inForce) {
-    auto* extensions = ExtensionsHandleOfSlot(&entry[kCrlEntryExtensions]);
+uint32_t FollowCertificateIssuer(void* entry, IssuerInForce& inForce) {
+    auto* extensions = ExtensionsHandleOfSlot(&Slot(entry, RevokedCertificateSlot::kCrlEntryExtensions));
     uint32_t at = 0;
     if (!FindExtensionIndex(extensions, oid::kCertificateIssuer, &at)) return TV_OK;
     uint8_t value[kSearchIssuerLimit];
@@ -184,7 +161,7 @@ uint32_t FollowCertificateIssuer(void** entry, IssuerInForce& inForce) {
         uint32_t kind = 0;
         uint32_t len = sizeof work;
         TV_TRY(GetX509GeneralName(decoded, i, &kind, work, &len));
-        if (kind != kDirectoryName) continue;
+        if (kind != uint32_t(Index(GeneralNameKind::kDirectoryName))) continue;
         std::memcpy(inForce.der, work, len);
         inForce.len = len;
     }
@@ -192,14 +169,6 @@ uint32_t FollowCertificateIssuer(void** entry, IssuerInForce& inForce) {
 }
 
 }  // namespace
-
-uint32_t TbsOf(const X509Crl* crl, void*** tbs) noexcept {
-    if (!crl) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
-    auto** part = static_cast<void**>(SlotsOf(crl)[kCrlTbsCertList]);
-    if (!part) return TV_FAIL(TV_ERR_ABSENT);
-    *tbs = part;
-    return TV_OK;
-}
 
 }  // namespace tv
 
@@ -254,170 +223,149 @@ extern "C" TV_API uint32_t AddX509CrlToX509Crls(X509Crls* crls, X509Crl* crl) {
 }
 
 extern "C" TV_API uint32_t GetX509CrlToBeSignedPart(const X509Crl* crl, uint8_t* out, uint32_t* outLen) {
-    void** tbs = nullptr;
-    if (!outLen) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
-    TV_TRY(TbsOf(crl, &tbs));
-    return EncodeSized(TV_SITE, tbs, &kTbsCertList, out, outLen);
+    return GetToBeSigned(TV_SITE, kSignedCrl, crl, out, outLen);
 }
 
 // ---- fields ---------------------------------------------------------------------------------------
 
 extern "C" TV_API uint32_t GetX509CrlVersion(const X509Crl* crl, uint32_t* outVersion) {
-    void** tbs = nullptr;
     if (!outVersion) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
-    TV_TRY(TbsOf(crl, &tbs));
-    auto* version = static_cast<const Asn1Primitive*>(tbs[kCrlVersion]);
-    if (!version) return TV_FAIL(TV_ERR_ABSENT);
-    return ReadVersion(version, outVersion);
+    void** slot = nullptr;
+    TV_TRY(TbsSlot(crl, &slot, TbsCertListSlot::kVersion));
+    return GetVersion(TV_SITE, *slot, VersionForm::kFourOctets, outVersion);
 }
 
 extern "C" TV_API uint32_t SetX509CrlVersion(X509Crl* crl, uint32_t version) {
-    void** tbs = nullptr;
-    TV_TRY(TbsOf(crl, &tbs));
+    void** slot = nullptr;
+    TV_TRY(TbsSlot(crl, &slot, TbsCertListSlot::kVersion));
     if (version > 1) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
-    const auto octet = static_cast<uint8_t>(version);
-    return SetOrCreatePrimitive(&tbs[kCrlVersion], ASN1_INTEGER, &octet, 1);
+    return SetNumber(slot, ASN1_INTEGER, version);
 }
 
 extern "C" TV_API uint32_t GetX509CrlIssuer(X509Crl* crl, X509Name** outIssuer) {
-    void** tbs = nullptr;
     if (!outIssuer) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
-    TV_TRY(TbsOf(crl, &tbs));
-    if (X509Name* held = IssuerNameOf(tbs)) {
-        *outIssuer = held;
-        return TV_OK;
-    }
-    // Created in place so that the caller can fill the name with AddX509NameEntry.
-    OwnedValue empty(&kX509Name, ListCreate());
-    if (!empty.get()) return TV_FAIL(TV_ERR_NO_MEMORY);
-    auto* name = empty.as<X509Name>();
-    TV_TRY(StoreIssuer(tbs, empty));
-    *outIssuer = name;
-    return TV_OK;
+    void** slot = nullptr;
+    TV_TRY(TbsSlot(crl, &slot, TbsCertListSlot::kIssuer));
+    return NameInSlot(TV_SITE, slot, outIssuer);
 }
 
 extern "C" TV_API uint32_t SetX509CrlIssuer(X509Crl* crl, const X509Name* issuer) {
-    void** tbs = nullptr;
-    TV_TRY(TbsOf(crl, &tbs));
+    void** slot = nullptr;
+    TV_TRY(TbsSlot(crl, &slot, TbsCertListSlot::kIssuer));
     if (!issuer) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
-    OwnedValue copy(&kX509Name);
-    TV_TRY(CopyValue(&kX509Name, issuer, copy.Out()));
-    return StoreIssuer(tbs, copy);
+    return SetNameCopy(slot, issuer);
 }
 
 extern "C" TV_API uint32_t GetX509CrlThisUpdate(const X509Crl* crl, LibraryTime* outTime) {
-    void** tbs = nullptr;
-    TV_TRY(TbsOf(crl, &tbs));
-    return ReadTime(tbs[kCrlThisUpdate], outTime);
+    void** slot = nullptr;
+    TV_TRY(TbsSlot(crl, &slot, TbsCertListSlot::kThisUpdate));
+    return ReadTime(*slot, outTime);
 }
 
 extern "C" TV_API uint32_t SetX509CrlThisUpdate(X509Crl* crl, const LibraryTime* time) {
-    void** tbs = nullptr;
-    TV_TRY(TbsOf(crl, &tbs));
+    void** slot = nullptr;
+    TV_TRY(TbsSlot(crl, &slot, TbsCertListSlot::kThisUpdate));
     if (!time) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
-    return SetTimeChoice(&tbs[kCrlThisUpdate], time);
+    return SetTimeChoice(slot, time);
 }
 
 extern "C" TV_API uint32_t GetX509CrlNextUpdate(const X509Crl* crl, LibraryTime* outTime) {
-    void** tbs = nullptr;
-    TV_TRY(TbsOf(crl, &tbs));
-    return ReadTime(tbs[kCrlNextUpdate], outTime);
+    void** slot = nullptr;
+    TV_TRY(TbsSlot(crl, &slot, TbsCertListSlot::kNextUpdate));
+    return ReadTime(*slot, outTime);
 }
 
 extern "C" TV_API uint32_t SetX509CrlNextUpdate(X509Crl* crl, const LibraryTime* time) {
-    void** tbs = nullptr;
-    TV_TRY(TbsOf(crl, &tbs));
+    void** slot = nullptr;
+    TV_TRY(TbsSlot(crl, &slot, TbsCertListSlot::kNextUpdate));
     if (!time) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
-    return SetTimeChoice(&tbs[kCrlNextUpdate], time);
+    return SetTimeChoice(slot, time);
 }
 
 extern "C" TV_API uint32_t RemoveX509CrlNextUpdate(X509Crl* crl) {
-    void** tbs = nullptr;
-    TV_TRY(TbsOf(crl, &tbs));
-    FreeAsn1Object(&kOptionalTime, tbs[kCrlNextUpdate]);
-    tbs[kCrlNextUpdate] = nullptr;
+    void** slot = nullptr;
+    TV_TRY(TbsSlot(crl, &slot, TbsCertListSlot::kNextUpdate));
+    FreeAsn1Object(&kOptionalTime, *slot);
+    *slot = nullptr;
     return TV_OK;
 }
 
 // The handle is the crlExtensions slot itself, also while it holds no list, so that the first
 // extension can be added in place.
 extern "C" TV_API uint32_t GetX509CrlExtensions(X509Crl* crl, X509Extensions** outExtensions) {
-    void** tbs = nullptr;
     if (!outExtensions) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
-    TV_TRY(TbsOf(crl, &tbs));
-    *outExtensions = ExtensionsHandleOfSlot(&tbs[kCrlExtensions]);
+    void** slot = nullptr;
+    TV_TRY(TbsSlot(crl, &slot, TbsCertListSlot::kCrlExtensions));
+    *outExtensions = ExtensionsHandleOfSlot(slot);
     return TV_OK;
 }
 
 // ---- revoked entries ------------------------------------------------------------------------------
 
 extern "C" TV_API uint32_t GetX509CrlRevokedCertificateCount(const X509Crl* crl, uint32_t* outCount) {
-    void** tbs = nullptr;
     if (!outCount) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
-    TV_TRY(TbsOf(crl, &tbs));
-    const Asn1List* list = RevokedListOf(tbs);
+    Asn1List* list = nullptr;
+    TV_TRY(RevokedList(crl, &list));
     *outCount = list ? list->count : 0;
     return TV_OK;
 }
 
 extern "C" TV_API uint32_t GetX509CrlRevokedCertificateSerialNumber(const X509Crl* crl, uint32_t index, uint8_t* out,
                                                                     uint32_t* outLen) {
-    void** tbs = nullptr;
-    void** entry = nullptr;
     if (!outLen) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
-    TV_TRY(TbsOf(crl, &tbs));
-    TV_TRY(EntryAt(RevokedListOf(tbs), index, &entry));
-    auto* serial = static_cast<const Asn1Primitive*>(entry[kUserCertificate]);
-    if (!serial) return TV_FAIL(TV_ERR_ABSENT);
-    return PutBytes(TV_SITE, serial->content, serial->length, out, outLen);
+    Asn1List* list = nullptr;
+    void* entry = nullptr;
+    TV_TRY(RevokedList(crl, &list));
+    TV_TRY(EntryAt(list, index, &entry));
+    return GetLeaf(TV_SITE, Slot(entry, RevokedCertificateSlot::kUserCertificate), out, outLen);
 }
 
 extern "C" TV_API uint32_t GetX509CrlRevokedCertificateRevokationDate(const X509Crl* crl, uint32_t index,
                                                                       LibraryTime* outTime) {
-    void** tbs = nullptr;
-    void** entry = nullptr;
     if (!outTime) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
-    TV_TRY(TbsOf(crl, &tbs));
-    TV_TRY(EntryAt(RevokedListOf(tbs), index, &entry));
-    return ReadTime(entry[kRevocationDate], outTime);
+    Asn1List* list = nullptr;
+    void* entry = nullptr;
+    TV_TRY(RevokedList(crl, &list));
+    TV_TRY(EntryAt(list, index, &entry));
+    return ReadTime(Slot(entry, RevokedCertificateSlot::kRevocationDate), outTime);
 }
 
 extern "C" TV_API uint32_t GetX509CrlRevokedCertificateExtensions(X509Crl* crl, uint32_t index,
                                                                   X509Extensions** outExtensions) {
-    void** tbs = nullptr;
-    TV_TRY(TbsOf(crl, &tbs));
-    return EntryExtensions(RevokedListOf(tbs), index, outExtensions);
+    Asn1List* list = nullptr;
+    TV_TRY(RevokedList(crl, &list));
+    return EntryExtensions(list, index, outExtensions);
 }
 
 extern "C" TV_API uint32_t AddX509CrlRevokedCertificate(X509Crl* crl, const uint8_t* inSerial, uint32_t inSerialLen,
                                                         const LibraryTime* revocationDate, uint32_t* outIndex) {
-    void** tbs = nullptr;
     if (!crl || !inSerial || !revocationDate || !outIndex) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
-    TV_TRY(TbsOf(crl, &tbs));
-    const bool created = !tbs[kCrlRevokedCertificates];
-    if (created && !(tbs[kCrlRevokedCertificates] = ListCreate())) return TV_FAIL(TV_ERR_NO_MEMORY);
-    const uint32_t rc = AppendEntry(RevokedListOf(tbs), inSerial, inSerialLen, revocationDate, outIndex);
+    void** slot = nullptr;
+    TV_TRY(TbsSlot(crl, &slot, TbsCertListSlot::kRevokedCertificates));
+    const bool created = !*slot;
+    if (created && !(*slot = ListCreate())) return TV_FAIL(TV_ERR_NO_MEMORY);
+    const uint32_t rc = AppendEntry(static_cast<Asn1List*>(*slot), inSerial, inSerialLen, revocationDate, outIndex);
     // A failed add leaves the CRL as it was: a list made for it would show as an empty SEQUENCE.
     if (rc != TV_OK && created) {
-        ListFree(RevokedListOf(tbs), &kRevokedCertificate);
-        tbs[kCrlRevokedCertificates] = nullptr;
+        ListFree(static_cast<Asn1List*>(*slot), &kRevokedCertificate);
+        *slot = nullptr;
     }
     return rc;
 }
 
 extern "C" TV_API uint32_t ClearX509CrlRevokedCertificates(X509Crl* crl) {
-    void** tbs = nullptr;
-    TV_TRY(TbsOf(crl, &tbs));
+    Asn1List* list = nullptr;
+    TV_TRY(RevokedList(crl, &list));
     // An absent list stays absent: there is nothing to clear, and clearing must not add a field.
-    if (Asn1List* list = RevokedListOf(tbs)) ListClear(list, &kRevokedCertificate);
+    if (list) ListClear(list, &kRevokedCertificate);
     return TV_OK;
 }
 
 extern "C" TV_API uint32_t RemoveX509CrlRevokedCertificates(X509Crl* crl) {
-    void** tbs = nullptr;
-    TV_TRY(TbsOf(crl, &tbs));
-    ListFree(RevokedListOf(tbs), &kRevokedCertificate);
-    tbs[kCrlRevokedCertificates] = nullptr;
+    void** slot = nullptr;
+    TV_TRY(TbsSlot(crl, &slot, TbsCertListSlot::kRevokedCertificates));
+    ListFree(static_cast<Asn1List*>(*slot), &kRevokedCertificate);
+    *slot = nullptr;
     return TV_OK;
 }
 
@@ -457,15 +405,16 @@ extern "C" TV_API uint32_t GetX509RevokedCertificatesRevokedCertificateExtension
 // another attribute order is a different issuer here. The first matching entry is reported.
 extern "C" TV_API uint32_t FindX509CrlFind(const X509Crl* crl, const X509Name* issuer, const uint8_t* inSerial,
                                            uint32_t inSerialLen, uint32_t* outIndex) {
-    void** tbs = nullptr;
     if (!issuer || !inSerial || !outIndex) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
-    TV_TRY(TbsOf(crl, &tbs));
+    void* tbs = nullptr;
+    TV_TRY(TbsOf(TV_SITE, kSignedCrl, crl, &tbs));
     HeapBytes sought;
     uint32_t soughtLen = 0;
-    TV_TRY(EncodeNameToHeap(issuer, sought, &soughtLen));
+    auto encodeIssuer = [&](uint8_t* buffer, uint32_t* len) { return EncodeX509Name(issuer, buffer, len); };
+    TV_TRY(EncodeToHeap(TV_SITE, encodeIssuer, sought, &soughtLen));
 
-    const Asn1List* list = RevokedListOf(tbs);
-    const X509Name* own = IssuerNameOf(tbs);
+    const auto* list = static_cast<const Asn1List*>(Slot(tbs, TbsCertListSlot::kRevokedCertificates));
+    const auto* own = static_cast<const X509Name*>(Slot(tbs, TbsCertListSlot::kIssuer));
     if (!own) return TV_FAIL(TV_ERR_ABSENT);
     IssuerInForce inForce;
     inForce.len = sizeof inForce.der;
@@ -473,10 +422,10 @@ extern "C" TV_API uint32_t FindX509CrlFind(const X509Crl* crl, const X509Name* i
     if (!list || list->count == 0) return TV_FAIL(TV_ERR_NOT_FOUND);
 
     for (uint32_t i = 0; i < list->count; ++i) {
-        auto** entry = static_cast<void**>(list->items[i]);
+        void* entry = list->items[i];
         if (!entry) continue;
         TV_TRY(FollowCertificateIssuer(entry, inForce));
-        auto* serial = static_cast<const Asn1Primitive*>(entry[kUserCertificate]);
+        auto* serial = static_cast<const Asn1Primitive*>(Slot(entry, RevokedCertificateSlot::kUserCertificate));
         if (!serial) continue;
         if (serial->length > kSearchSerialLimit) return TV_FAIL(TV_ERR_BUFFER_TOO_SMALL);
         if (CompareOctets(serial->content, serial->length, inSerial, inSerialLen) != 0) continue;

@@ -3,6 +3,7 @@
 #pragma once
 
 #include "tarvelon/engine/Descriptor.h"
+#include "tarvelon/x509/SignedStructure.h"
 #include "tarvelon/crl.h"
 
 namespace tv::desc {
@@ -11,7 +12,7 @@ namespace tv::desc {
 //     tbsCertList          TBSCertList,
 //     signatureAlgorithm   AlgorithmIdentifier,
 //     signatureValue       BIT STRING }
-enum CertificateListSlot : uint32_t { kCrlTbsCertList, kCrlSignatureAlgorithm, kCrlSignatureValue, kCertificateListCount };
+enum class CertificateListSlot : uint32_t { kTbsCertList, kSignatureAlgorithm, kSignatureValue, kCount };
 extern const Asn1Descriptor kCertificateList;
 
 // TBSCertList ::= SEQUENCE {
@@ -22,15 +23,15 @@ extern const Asn1Descriptor kCertificateList;
 //     nextUpdate           Time OPTIONAL,
 //     revokedCertificates  SEQUENCE OF RevokedCertificate OPTIONAL,
 //     crlExtensions        [0] EXPLICIT Extensions OPTIONAL }
-enum TbsCertListSlot : uint32_t {
-    kCrlVersion,
-    kCrlSignature,
-    kCrlIssuerName,
-    kCrlThisUpdate,
-    kCrlNextUpdate,
-    kCrlRevokedCertificates,
+enum class TbsCertListSlot : uint32_t {
+    kVersion,
+    kSignature,
+    kIssuer,
+    kThisUpdate,
+    kNextUpdate,
+    kRevokedCertificates,
     kCrlExtensions,
-    kTbsCertListCount
+    kCount
 };
 extern const Asn1Descriptor kTbsCertList;
 
@@ -41,7 +42,7 @@ extern const Asn1Descriptor kTbsCertList;
 //     userCertificate      CertificateSerialNumber,
 //     revocationDate       Time,
 //     crlEntryExtensions   Extensions OPTIONAL }
-enum RevokedCertificateSlot : uint32_t { kUserCertificate, kRevocationDate, kCrlEntryExtensions, kRevokedCertificateCount };
+enum class RevokedCertificateSlot : uint32_t { kUserCertificate, kRevocationDate, kCrlEntryExtensions, kCount };
 extern const Asn1Descriptor kRevokedCertificate;
 // revokedCertificates as a value of its own (X509RevokedCertificates)
 extern const Asn1Descriptor kRevokedCertificates;
@@ -53,10 +54,15 @@ extern const Asn1Descriptor kX509Crls;
 
 namespace tv {
 
-// The three slots of a CRL value (CertificateListSlot).
-inline void** SlotsOf(const X509Crl* crl) noexcept { return reinterpret_cast<void**>(const_cast<X509Crl*>(crl)); }
+// CertificateList ::= SEQUENCE { tbsCertList, signatureAlgorithm, signatureValue }, the algorithm
+// kept in step with tbsCertList.signature.
+inline constexpr SignedParts kSignedCrl =
+    SignedParts::Mirrored(desc::kTbsCertList, desc::CertificateListSlot::kTbsCertList,
+                          desc::CertificateListSlot::kSignatureAlgorithm, desc::CertificateListSlot::kSignatureValue,
+                          desc::TbsCertListSlot::kSignature);
 
-// The slots of a CRL's to-be-signed part, for both CRL modules: null CRL 32, no part 311.
-uint32_t TbsOf(const X509Crl* crl, void*** tbs) noexcept;
+// Both CRL modules have always recorded a missing CRL or to-be-signed part under X509Crl, which
+// owned the lookup; the record stays that way.
+#define TV_CRL_TBS_SITE (::tv::Site{::tv::Module::X509Crl, static_cast<uint32_t>(__LINE__)})
 
 }  // namespace tv

@@ -1,7 +1,7 @@
 // CRL signature, signature algorithm and authority key identifier.
 #include "tarvelon/x509/X509Crl.h"
 
-#include "tarvelon/engine/Engine.h"
+#include "tarvelon/engine/Fields.h"
 #include "tarvelon/pkix/GeneralNames.h"
 #include "tarvelon/pkix/X509Algorithm.h"
 #include "tarvelon/extensions/X509Extension.h"
@@ -9,44 +9,17 @@
 
 TV_MODULE(X509CrlProperties)
 
-namespace tv {
-namespace {
-
-using namespace desc;
-
-
-// DER of a value with the size protocol in a fresh block (measure, allocate, encode).
-template <typename Encode>
-uint32_t EncodeToHeap(Encode encode, HeapBytes& out, uint32_t* len) {
-    TV_TRY(encode(nullptr, len));
-    if (!out.Allocate(*len)) return TV_FAIL(TV_ERR_NO_MEMORY);
-    return encode(out.get(), len);
-}
-
-}  // namespace
-}  // namespace tv
-
 using namespace tv;
 using namespace tv::desc;
 
 // ---- signature ------------------------------------------------------------------------------------
 
 extern "C" TV_API uint32_t GetX509CrlSignature(const X509Crl* crl, uint8_t* out, uint32_t* outLen) {
-    if (!crl || !outLen) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
-    auto* bits = static_cast<const Asn1BitStringValue*>(SlotsOf(crl)[kCrlSignatureValue]);
-    if (!bits) return TV_FAIL(TV_ERR_ABSENT);
-    return PutBytes(TV_SITE, bits->content, bits->length, out, outLen);
+    return GetSignature(TV_SITE, kSignedCrl, crl, out, outLen);
 }
 
 extern "C" TV_API uint32_t SetX509CrlSignature(X509Crl* crl, const uint8_t* in, uint32_t inLen) {
-    if (!crl || !in) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
-    void*& slot = SlotsOf(crl)[kCrlSignatureValue];
-    if (slot) return SetBitString(static_cast<Asn1BitStringValue*>(slot), in, inLen, 0, false);
-    OwnedValue fresh(&kBitString, New<Asn1BitStringValue>());
-    if (!fresh.get()) return TV_FAIL(TV_ERR_NO_MEMORY);
-    TV_TRY(SetBitString(fresh.as<Asn1BitStringValue>(), in, inLen, 0, false));
-    slot = fresh.Release();
-    return TV_OK;
+    return SetSignature(TV_SITE, kSignedCrl, crl, in, inLen);
 }
 
 // ---- signature algorithm: read from the TBSCertList, written there first, then outside -----------
@@ -54,35 +27,28 @@ extern "C" TV_API uint32_t SetX509CrlSignature(X509Crl* crl, const uint8_t* in, 
 extern "C" TV_API uint32_t GetX509CrlSignatureAlgorithmOidAndParameters(const X509Crl* crl, uint8_t* outOid,
                                                                         uint32_t* outOidLen, uint8_t* outParams,
                                                                         uint32_t* outParamsLen) {
-    void** tbs = nullptr;
-    TV_TRY(TbsOf(crl, &tbs));
-    return GetAlgorithmOidAndParameters(tbs[kCrlSignature], outOid, outOidLen, outParams, outParamsLen);
+    return GetSignatureAlgorithm(TV_CRL_TBS_SITE, kSignedCrl, crl, outOid, outOidLen, outParams, outParamsLen);
 }
 
 extern "C" TV_API uint32_t SetX509CrlSignatureAlgorithmOidAndParameters(X509Crl* crl, const uint8_t* inOid,
                                                                         const uint8_t* inParams,
                                                                         uint32_t inParamsLen) {
-    void** tbs = nullptr;
-    TV_TRY(TbsOf(crl, &tbs));
-    return SetAlgorithmOidAndParameters(&tbs[kCrlSignature], inOid, inParams, inParamsLen,
-                                        &SlotsOf(crl)[kCrlSignatureAlgorithm]);
+    return SetSignatureAlgorithm(TV_CRL_TBS_SITE, kSignedCrl, crl, inOid, inParams, inParamsLen);
 }
 
+// The part is looked for before the mode is checked.
 extern "C" TV_API uint32_t SetX509CrlGostR34102001SignatureAlgorithmID(X509Crl* crl, uint32_t algId, uint8_t mode) {
-    void** tbs = nullptr;
-    TV_TRY(TbsOf(crl, &tbs));
+    void* tbs = nullptr;
+    TV_TRY(TbsOf(TV_CRL_TBS_SITE, kSignedCrl, crl, &tbs));
     if (mode != kGostParametersNull && mode != kGostParametersAbsent) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
-    return SetAlgorithmGostR34102001AndParameters(&tbs[kCrlSignature], algId, mode, 0, 0, 0,
-                                                  &SlotsOf(crl)[kCrlSignatureAlgorithm]);
+    return SetGostSignatureAlgorithm(TV_CRL_TBS_SITE, kSignedCrl, crl, algId, mode, 0, 0, 0);
 }
 
 extern "C" TV_API uint32_t SetX509CrlGostR34102001SignatureAlgorithmIDAndParameters(
     X509Crl* crl, uint32_t algId, uint8_t mode, uint32_t publicKeyParamId, uint32_t digestParamId,
     uint32_t encryptionParamId) {
-    void** tbs = nullptr;
-    TV_TRY(TbsOf(crl, &tbs));
-    return SetAlgorithmGostR34102001AndParameters(&tbs[kCrlSignature], algId, mode, publicKeyParamId, digestParamId,
-                                                  encryptionParamId, &SlotsOf(crl)[kCrlSignatureAlgorithm]);
+    return SetGostSignatureAlgorithm(TV_CRL_TBS_SITE, kSignedCrl, crl, algId, mode, publicKeyParamId, digestParamId,
+                                     encryptionParamId);
 }
 
 // ---- authority key identifier ---------------------------------------------------------------------
@@ -103,15 +69,17 @@ extern "C" TV_API uint32_t SetX509CrlAuthorityKeyIdentifier2(X509Crl* crl, const
 
     HeapBytes name;
     uint32_t nameLen = 0;
-    TV_TRY(EncodeToHeap([&](uint8_t* out, uint32_t* len) { return EncodeX509Name(issuer, out, len); }, name, &nameLen));
+    TV_TRY(EncodeToHeap(
+        TV_SITE, [&](uint8_t* out, uint32_t* len) { return EncodeX509Name(issuer, out, len); }, name, &nameLen));
     GeneralNames* created = nullptr;
     TV_TRY(CreateX509GeneralNames(&created));
     OwnedValue names(&kGeneralNames, created);
-    TV_TRY(AddX509GeneralName(created, kDirectoryName, name.get(), nameLen));
+    TV_TRY(AddX509GeneralName(created, Index(GeneralNameKind::kDirectoryName), name.get(), nameLen));
 
     HeapBytes value;
     uint32_t valueLen = 0;
     TV_TRY(EncodeToHeap(
+        TV_SITE,
         [&](uint8_t* out, uint32_t* len) {
             return EncodeExtensionAuthorityKeyIdentifier(keyId, inKeyIdLen, created, serial, inSerialLen, out, len);
         },

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "tarvelon/engine/Descriptor.h"
+#include "tarvelon/x509/SignedStructure.h"
 #include "tarvelon/request.h"
 
 namespace tv::desc {
@@ -11,29 +12,26 @@ namespace tv::desc {
 //     subject        Name,
 //     subjectPKInfo  SubjectPublicKeyInfo,
 //     attributes     [0] IMPLICIT Attributes }
-enum CertificationRequestInfoSlot : uint32_t { kReqVersion, kReqSubject, kReqSubjectPKInfo, kReqAttributes, kReqInfoCount };
+enum class CertificationRequestInfoSlot : uint32_t { kVersion, kSubject, kSubjectPKInfo, kAttributes, kCount };
 extern const Asn1Descriptor kCertificationRequestInfo;
 
 // CertificationRequest ::= SEQUENCE {
 //     certificationRequestInfo  CertificationRequestInfo,
 //     signatureAlgorithm        AlgorithmIdentifier,
 //     signature                 BIT STRING }
-enum CertificationRequestSlot : uint32_t { kReqInfo, kReqSignatureAlgorithm, kReqSignature, kReqCount };
+enum class CertificationRequestSlot : uint32_t { kCertificationRequestInfo, kSignatureAlgorithm, kSignature, kCount };
 extern const Asn1Descriptor kCertificationRequest;
 
 }  // namespace tv::desc
 
 namespace tv {
 
-using RequestSlots = void*[desc::kReqCount];
-using RequestInfoSlots = void*[desc::kReqInfoCount];
-
-inline RequestSlots& SlotsOf(PKCS10CertReq* r) noexcept { return *reinterpret_cast<RequestSlots*>(r); }
-inline const RequestSlots& SlotsOf(const PKCS10CertReq* r) noexcept { return *reinterpret_cast<const RequestSlots*>(r); }
-
-// The request info of a request, null when it has none.
-inline RequestInfoSlots* InfoOf(const PKCS10CertReq* r) noexcept {
-    return static_cast<RequestInfoSlots*>(SlotsOf(r)[desc::kReqInfo]);
-}
+// CertificationRequest ::= SEQUENCE { certificationRequestInfo, signatureAlgorithm, signature }: one
+// algorithm, outside the signed part. A signature with a length but no octets reads as absent, and
+// a new signature replaces the old value.
+inline constexpr SignedParts kSignedRequest =
+    SignedParts::Single(desc::kCertificationRequestInfo, desc::CertificationRequestSlot::kCertificationRequestInfo,
+                        desc::CertificationRequestSlot::kSignatureAlgorithm,
+                        desc::CertificationRequestSlot::kSignature, true, true);
 
 }  // namespace tv

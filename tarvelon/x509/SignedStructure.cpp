@@ -1,0 +1,99 @@
+// The shared operations of signed structures. No module of their own: failures are recorded at the
+// caller's site.
+#include "tarvelon/x509/SignedStructure.h"
+
+#include "tarvelon/engine/Fields.h"
+#include "tarvelon/pkix/X509Algorithm.h"
+
+namespace tv {
+namespace {
+
+void*& Part(void* value, size_t slot) { return static_cast<void**>(value)[slot]; }
+
+// The AlgorithmIdentifier slot that reads and writes go to, and the outer one it mirrors into.
+uint32_t AlgorithmSlots(Site site, const SignedParts& s, void* value, void*** slot, void*** mirror) {
+    if (s.innerAlgorithm < 0) {
+        if (!value) return Fail(site, TV_ERR_INVALID_ARGUMENT);
+        *slot = &Part(value, s.algorithm);
+        *mirror = nullptr;
+        return TV_OK;
+    }
+    void* tbs = nullptr;
+    TV_TRY(TbsOf(site, s, value, &tbs));
+    *slot = &Part(tbs, size_t(s.innerAlgorithm));
+    *mirror = &Part(value, s.algorithm);
+    return TV_OK;
+}
+
+}  // namespace
+
+uint32_t TbsOf(Site site, const SignedParts& s, const void* value, void** out) noexcept {
+    if (!value) return Fail(site, TV_ERR_INVALID_ARGUMENT);
+    *out = Part(const_cast<void*>(value), s.tbs);
+    if (!*out) return Fail(site, TV_ERR_ABSENT);
+    return TV_OK;
+}
+
+uint32_t GetToBeSigned(Site site, const SignedParts& s, const void* value, uint8_t* out, uint32_t* outLen) noexcept {
+    if (!value || !outLen) return Fail(site, TV_ERR_INVALID_ARGUMENT);
+    void* tbs = nullptr;
+    TV_TRY(TbsOf(site, s, value, &tbs));
+    return EncodeSized(site, tbs, s.toBeSigned, out, outLen);
+}
+
+uint32_t GetSignature(Site site, const SignedParts& s, const void* value, uint8_t* out, uint32_t* outLen) noexcept {
+    if (!value || !outLen) return Fail(site, TV_ERR_INVALID_ARGUMENT);
+    auto* bits = static_cast<const Asn1BitStringValue*>(Part(const_cast<void*>(value), s.signature));
+    if (bits && s.signatureNeedsContent && !bits->content && bits->length) return Fail(site, TV_ERR_ABSENT);
+    return GetBits(site, bits, out, outLen);
+}
+
+uint32_t SetSignature(Site site, const SignedParts& s, void* value, const uint8_t* in, uint32_t inLen) noexcept {
+    if (!value || !in) return Fail(site, TV_ERR_INVALID_ARGUMENT);
+    void*& slot = Part(value, s.signature);
+    return s.freshSignature ? ReplaceBits(site, &slot, in, inLen) : SetBits(site, &slot, in, inLen);
+}
+
+uint32_t GetSignatureAlgorithm(Site site, const SignedParts& s, const void* value, uint8_t* oid, uint32_t* oidLen,
+                               uint8_t* params, uint32_t* paramsLen) noexcept {
+    void** slot = nullptr;
+    void** mirror = nullptr;
+    TV_TRY(AlgorithmSlots(site, s, const_cast<void*>(value), &slot, &mirror));
+    return GetAlgorithmOidAndParameters(*slot, oid, oidLen, params, paramsLen);
+}
+
+uint32_t SetSignatureAlgorithm(Site site, const SignedParts& s, void* value, const uint8_t* oid, const uint8_t* params,
+                               uint32_t paramsLen) noexcept {
+    void** slot = nullptr;
+    void** mirror = nullptr;
+    TV_TRY(AlgorithmSlots(site, s, value, &slot, &mirror));
+    return SetAlgorithmOidAndParameters(slot, oid, params, paramsLen, mirror);
+}
+
+uint32_t SetGostSignatureAlgorithm(Site site, const SignedParts& s, void* value, uint32_t algId, uint8_t mode,
+                                   uint32_t publicKeyParamId, uint32_t digestParamId,
+                                   uint32_t encryptionParamId) noexcept {
+    void** slot = nullptr;
+    void** mirror = nullptr;
+    TV_TRY(AlgorithmSlots(site, s, value, &slot, &mirror));
+    return SetAlgorithmGostR34102001AndParameters(slot, algId, mode, publicKeyParamId, digestParamId,
+                                                  encryptionParamId, mirror);
+}
+
+uint32_t GetVersion(Site site, const void* leaf, VersionForm form, uint32_t* out) noexcept {
+    auto* version = static_cast<const Asn1Primitive*>(leaf);
+    if (!version) return Fail(site, TV_ERR_ABSENT);
+    const uint8_t* p = version->content;
+    uint32_t n = version->length;
+    if (form == VersionForm::kLeadingZeros && (!p || n == 0)) return Fail(site, TV_ERR_ABSENT);
+    if (n == 0 || (p[0] & 0x80)) return Fail(site, TV_ERR_NOT_DER);
+    if (form == VersionForm::kLeadingZeros)
+        while (n > 1 && p[0] == 0) ++p, --n;
+    if (n > 4) return Fail(site, TV_ERR_NOT_DER);
+    uint32_t v = 0;
+    for (uint32_t i = 0; i < n; ++i) v = v << 8 | p[i];
+    *out = v;
+    return TV_OK;
+}
+
+}  // namespace tv
