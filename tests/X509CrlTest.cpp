@@ -3,7 +3,6 @@
 // indirect CRL, the size protocol and the cleanup paths.
 #include <gtest/gtest.h>
 
-#include <chrono>
 #include <cstring>
 #include <string>
 
@@ -201,7 +200,7 @@ TEST(X509Crl, IndirectCrlSearchFollowsCertificateIssuer) {
     FreeX509Name(issuerB);
 }
 
-TEST(X509Crl, TenThousandEntriesRoundTripAtFlatCost) {
+TEST(X509Crl, TenThousandEntriesReadAndSearch) {
     const Bytes der = ReadFile(PkiFixture("crl_10000.der"));
     Crl crl(der);
     ASSERT_NE(crl.p, nullptr);
@@ -211,28 +210,6 @@ TEST(X509Crl, TenThousandEntriesRoundTripAtFlatCost) {
     uint32_t index = 0;
     EXPECT_EQ(Find(crl.p, issuer, Hex("102710"), &index), TV_OK);
     EXPECT_EQ(index, 9999u);
-
-    // Building, encoding and decoding 100 times more entries takes about 100 times as long; a
-    // quadratic step would make it 10,000 times. The bound is loose for sanitizer builds.
-    auto perEntry = [](uint32_t n) {
-        const auto start = std::chrono::steady_clock::now();
-        Crl built;
-        EXPECT_EQ(CreateX509Crl(&built.p), TV_OK);
-        FillCrl(built.p);
-        for (uint32_t i = 0; i < n; ++i) {
-            const uint8_t serial[4] = {0x01, static_cast<uint8_t>(i >> 16), static_cast<uint8_t>(i >> 8),
-                                       static_cast<uint8_t>(i)};
-            uint32_t at = 0;
-            EXPECT_EQ(AddX509CrlRevokedCertificate(built.p, serial, 4, &kApril1, &at), TV_OK);
-        }
-        const Bytes encoded = EncodeCrl(built.p);
-        Crl decoded(encoded);
-        EXPECT_EQ(Count(decoded.p), n);
-        return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count() / n;
-    };
-    perEntry(1000);  // warm up the allocator
-    const double small = perEntry(1000), large = perEntry(100000);
-    EXPECT_LT(large, small * 8) << "per entry: " << small << " s at 1,000, " << large << " s at 100,000";
 }
 
 // ---- building -----------------------------------------------------------------------------------------
