@@ -25,7 +25,7 @@ struct ListHolder {
     ListHolder& operator=(const ListHolder&) = delete;
 };
 
-Bytes EncodeList(const GeneralNames* g) { return Sized([&](uint8_t* o, uint32_t* n) { return EncodeX509GeneralNames(g, o, n); }); }
+Bytes EncodeList(const GeneralNames* g) { return OldSized([&](uint8_t* o, uint32_t* n) { return EncodeX509GeneralNames(g, o, n); }); }
 
 struct Read {
     uint32_t kind;
@@ -38,13 +38,12 @@ std::vector<Read> ReadAll(const GeneralNames* g) {
     std::vector<Read> all;
     for (uint32_t i = 0; i < count; ++i) {
         Read r{};
-        r.value = Sized([&](uint8_t* o, uint32_t* n) { return GetX509GeneralName(g, i, &r.kind, o, n); });
+        r.value = OldSized([&](uint8_t* o, uint32_t* n) { return GetX509GeneralName(g, i, &r.kind, o, n); });
         all.push_back(r);
     }
     return all;
 }
 
-Bytes Text(const std::string& s) { return Bytes(s.begin(), s.end()); }
 
 // Contents of the extension `lastArc` under id-ce (2.5.29) in a DER certificate; empty when absent.
 Bytes ExtensionValue(const Bytes& cert, uint8_t lastArc) {
@@ -141,7 +140,7 @@ TEST(GeneralNames, StandAloneValues) {
         ASSERT_EQ(CreateX509GeneralNameCopy(one, &copy), 0u);
         FreeX509GeneralName(one);
         uint32_t kind = 99;
-        const Bytes value = Sized([&](uint8_t* o, uint32_t* n) { return GetX509GeneralNameValue(copy, &kind, o, n); });
+        const Bytes value = OldSized([&](uint8_t* o, uint32_t* n) { return GetX509GeneralNameValue(copy, &kind, o, n); });
         EXPECT_EQ(kind, k.kind);
         EXPECT_EQ(value, given);
         FreeX509GeneralName(copy);
@@ -213,7 +212,7 @@ TEST(GeneralNames, FirstDecodableDirectoryName) {
         EXPECT_EQ(GetX509NameFromGeneralNames(g.g, &found), c.rc);
         if (c.rc == 0) {
             ASSERT_NE(found, nullptr);
-            EXPECT_EQ(Sized([&](uint8_t* o, uint32_t* n) { return EncodeX509Name(found, o, n); }), name);
+            EXPECT_EQ(OldSized([&](uint8_t* o, uint32_t* n) { return EncodeX509Name(found, o, n); }), name);
         }
         FreeX509Name(found);
     }
@@ -344,7 +343,7 @@ TEST(GeneralNames, AllocationFailures) {
 TEST(PKIFreeText, BuildEncodeDecodeRead) {
     PKIFreeText* t = nullptr;
     ASSERT_EQ(CreatePKIFreeText(&t), 0u);
-    auto encode = [&] { return Sized([&](uint8_t* o, uint32_t* n) { return EncodePKIFreeText(t, o, n); }); };
+    auto encode = [&] { return OldSized([&](uint8_t* o, uint32_t* n) { return EncodePKIFreeText(t, o, n); }); };
     EXPECT_EQ(ToHex(encode()), "30 00");
 
     const std::vector<Bytes> texts = {Text("Отказ"), Text(""), Text("rejected: bad\nrequest")};
@@ -366,7 +365,7 @@ TEST(PKIFreeText, BuildEncodeDecodeRead) {
     ASSERT_EQ(count, texts.size());
     for (uint32_t i = 0; i < count; ++i) {
         SCOPED_TRACE(i);
-        EXPECT_EQ(Sized([&](uint8_t* o, uint32_t* n) { return GetPKIFreeTextString(copy, i, o, n); }), texts[i]);
+        EXPECT_EQ(OldSized([&](uint8_t* o, uint32_t* n) { return GetPKIFreeTextString(copy, i, o, n); }), texts[i]);
     }
     uint32_t len = 0;
     EXPECT_EQ(GetPKIFreeTextString(copy, count, nullptr, &len), 32u);

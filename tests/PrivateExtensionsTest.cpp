@@ -97,7 +97,7 @@ TEST(PrivateExtensions, EncodesExactBytes) {
         {"parent", [](uint8_t* o, uint32_t* n) { return EncodeExtensionParentAS(kParentOid, o, n); }, "06 03 2A 85 03"},
         {"check time", [](uint8_t* o, uint32_t* n) { return EncodeExtensionOcspCheckTime(&kMarch5, o, n); }, kMarch5Der},
     };
-    for (const auto& c : cases) EXPECT_EQ(ToHex(Sized(c.encode)), ToHex(Hex(c.hex))) << c.name;
+    for (const auto& c : cases) EXPECT_EQ(ToHex(OldSized(c.encode)), ToHex(Hex(c.hex))) << c.name;
 }
 
 TEST(PrivateExtensions, StructuresReadBackWhatWasWritten) {
@@ -167,10 +167,10 @@ TEST(PrivateExtensions, ScalarsRoundTripAndRefuse) {
     len = sizeof buf;
     EXPECT_NE(DecodeExtensionRelatedOsbKod(in.data(), uint32_t(in.size()), buf, &len), 0u);  // the tag is checked
     for (uint32_t value : {0u, 1u, 0x7Fu, 0x80u, 0xFFFFu, 0x7FFFFFFFu, 0x80000000u, 0xFFFFFFFFu}) {
-        Bytes enumerated = Sized([&](uint8_t* o, uint32_t* n) { return EncodeExtensionOcspRequestCertificates(value, o, n); });
+        Bytes enumerated = OldSized([&](uint8_t* o, uint32_t* n) { return EncodeExtensionOcspRequestCertificates(value, o, n); });
         ASSERT_EQ(DecodeExtensionOcspRequestCertificates(enumerated.data(), uint32_t(enumerated.size()), &number), 0u);
         EXPECT_EQ(number, value);
-        Bytes integer = Sized([&](uint8_t* o, uint32_t* n) { return EncodeExtensionOcspRequestDocuments(value, o, n); });
+        Bytes integer = OldSized([&](uint8_t* o, uint32_t* n) { return EncodeExtensionOcspRequestDocuments(value, o, n); });
         ASSERT_EQ(DecodeExtensionOcspRequestDocuments(integer.data(), uint32_t(integer.size()), &number), 0u);
         EXPECT_EQ(number, value);
     }
@@ -189,7 +189,7 @@ TEST(PrivateExtensions, ScalarsRoundTripAndRefuse) {
     X509Name* name = nullptr;
     in = Hex("30 0F 31 0D 30 0B 06 03 55 04 03 0C 04 54 65 73 74");  // CN=Test
     ASSERT_EQ(DecodeExtensionOwnerInformation(in.data(), uint32_t(in.size()), &name), 0u);
-    EXPECT_EQ(ToHex(Sized([&](uint8_t* o, uint32_t* n) { return EncodeExtensionOwnerInformation(name, o, n); })), ToHex(in));
+    EXPECT_EQ(ToHex(OldSized([&](uint8_t* o, uint32_t* n) { return EncodeExtensionOwnerInformation(name, o, n); })), ToHex(in));
     FreeX509Name(name);
 
     // Required arguments and empty input.
@@ -231,7 +231,7 @@ TEST(PrivateExtensions, StoreListsBuildEncodeDecodeRemove) {
         ASSERT_EQ(api.add(list, 2, P("\xCC"), 1), 0u);
         EXPECT_EQ(api.add(nullptr, 1, P("x"), 1), 32u);
         EXPECT_EQ(api.add(list, 1, nullptr, 0), 32u);
-        Bytes der = Sized([&](uint8_t* o, uint32_t* n) { return api.encode(list, o, n); });
+        Bytes der = OldSized([&](uint8_t* o, uint32_t* n) { return api.encode(list, o, n); });
         EXPECT_EQ(ToHex(der), ToHex(Hex(twoItems)));
         api.free(list);
 
@@ -241,7 +241,7 @@ TEST(PrivateExtensions, StoreListsBuildEncodeDecodeRemove) {
         EXPECT_EQ(count, 2u);
         EXPECT_EQ(api.remove(list, 2), 32u);
         EXPECT_EQ(api.remove(list, 0), 0u);
-        EXPECT_EQ(ToHex(Sized([&](uint8_t* o, uint32_t* n) { return api.get(list, 0, &kind, o, n); })), "CC");
+        EXPECT_EQ(ToHex(OldSized([&](uint8_t* o, uint32_t* n) { return api.get(list, 0, &kind, o, n); })), "CC");
         EXPECT_EQ(kind, 2u);
         EXPECT_EQ(api.get(list, 1, &kind, nullptr, &len), 32u);
         EXPECT_EQ(api.decode(der.data(), 0, &list), 32u);
@@ -278,7 +278,7 @@ const std::string kTwoResults = "30 37 30 29 0A 01 01 0C 01 74 0A 01 02" + kMarc
 TEST(PrivateExtensions, CheckResultsCarryItemsAndNamesUnder20) {
     OcspCheckFileExtResults* list = nullptr;
     ASSERT_EQ(BuildResults(&list), 0u);
-    Bytes der = Sized([&](uint8_t* o, uint32_t* n) { return EncodeExtensionOcspCheckFileExtResults(list, o, n); });
+    Bytes der = OldSized([&](uint8_t* o, uint32_t* n) { return EncodeExtensionOcspCheckFileExtResults(list, o, n); });
     EXPECT_EQ(ToHex(der), ToHex(Hex(kTwoResults)));
     FreeExtensionOcspCheckFileExtResults(list);
 

@@ -25,7 +25,7 @@ struct Handle {
     ~Handle() { FreeRsaAttributes(h); }
 };
 
-Bytes Encoded(const RsaAttributes* h) { return Sized([&](uint8_t* o, uint32_t* n) { return EncodeRsaAttributes(h, o, n); }); }
+Bytes Encoded(const RsaAttributes* h) { return OldSized([&](uint8_t* o, uint32_t* n) { return EncodeRsaAttributes(h, o, n); }); }
 
 Bytes SetOf(std::initializer_list<Bytes> elements) {
     Bytes body;
@@ -46,7 +46,7 @@ uint32_t Count(const RsaAttributes* h) {
 }
 
 Bytes OidAt(const RsaAttributes* h, uint32_t index) {
-    return Sized([&](uint8_t* o, uint32_t* n) { return GetRsaAttributesAttributeOid(h, index, o, n); });
+    return OldSized([&](uint8_t* o, uint32_t* n) { return GetRsaAttributesAttributeOid(h, index, o, n); });
 }
 
 TEST(RsaAttributes, DescriptorsLintClean) {
@@ -88,7 +88,7 @@ TEST(RsaAttributes, ValuesAreAlwaysWrittenInDerOrder) {
         ASSERT_EQ(SetRsaAttributesSorted(a.h, sorted), 0u);
         EXPECT_EQ(ToHex(Encoded(a.h)), ToHex(Hex("31 15 30 13 06 09 2A864886F70D010903 31 06 040101 040102")));
         // Read back in the order added.
-        EXPECT_EQ(Sized([&](uint8_t* o, uint32_t* n) { return GetRsaAttributesAttributeValue(a.h, 0, 0, o, n); }),
+        EXPECT_EQ(OldSized([&](uint8_t* o, uint32_t* n) { return GetRsaAttributesAttributeValue(a.h, 0, 0, o, n); }),
                   Hex("04 01 02"));
     }
 }
@@ -219,10 +219,10 @@ TEST(RsaAttributes, SingleAttribute) {
     ASSERT_EQ(CreateRsaAttribute(&a, kContentType.data(), kIdData.data(), static_cast<uint32_t>(kIdData.size())), 0u);
     ASSERT_EQ(AddRsaAttributeValue(a, kUtcTime.data(), static_cast<uint32_t>(kUtcTime.size())), 0u);
     uint32_t n = 0, count = 0;
-    EXPECT_EQ(Sized([&](uint8_t* o, uint32_t* m) { return GetRsaAttributeOid(a, o, m); }), kContentType);
+    EXPECT_EQ(OldSized([&](uint8_t* o, uint32_t* m) { return GetRsaAttributeOid(a, o, m); }), kContentType);
     ASSERT_EQ(GetRsaAttributeValuesCount(a, &count), 0u);
     EXPECT_EQ(count, 2u);
-    EXPECT_EQ(Sized([&](uint8_t* o, uint32_t* m) { return GetRsaAttributeValue(a, 1, o, m); }), kUtcTime);
+    EXPECT_EQ(OldSized([&](uint8_t* o, uint32_t* m) { return GetRsaAttributeValue(a, 1, o, m); }), kUtcTime);
     EXPECT_EQ(GetRsaAttributeValue(a, 2, nullptr, &n), 32u);
     EXPECT_EQ(FreeRsaAttribute(a), 0u);
 }

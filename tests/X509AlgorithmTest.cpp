@@ -75,10 +75,10 @@ Parts DecodeSpki(const Bytes& spki) {
 
 // The parameter block encoders, through the size protocol.
 Bytes Ids2001(uint8_t mode, uint32_t key, uint32_t digest, uint32_t cipher) {
-    return Sized([&](uint8_t* o, uint32_t* n) { return EncodeAlgorithmGostR34102001Parameters(mode, key, digest, cipher, o, n); });
+    return OldSized([&](uint8_t* o, uint32_t* n) { return EncodeAlgorithmGostR34102001Parameters(mode, key, digest, cipher, o, n); });
 }
 Bytes Oids(uint32_t algId, uint8_t mode, const uint8_t* key, const uint8_t* digest, const uint8_t* cipher) {
-    return Sized([&](uint8_t* o, uint32_t* n) {
+    return OldSized([&](uint8_t* o, uint32_t* n) {
         return EncodeAlgorithmGostR3410ParametersOid(algId, mode, key, digest, cipher, o, n);
     });
 }
@@ -226,7 +226,7 @@ TEST(X509Algorithm, RealCertificateBlocksRoundTrip) {
         ASSERT_EQ(DecodePublicKeyGostR34102012(p.key.data(), static_cast<uint32_t>(p.key.size()), raw, &rawLen),
                   TV_OK);
         EXPECT_EQ(rawLen, algId == 3001 ? 128u : 64u);
-        EXPECT_EQ(Sized([&](uint8_t* o, uint32_t* n) { return EncodeGostR34102001PublicKey(raw, rawLen, o, n); }), p.key);
+        EXPECT_EQ(OldSized([&](uint8_t* o, uint32_t* n) { return EncodeGostR34102001PublicKey(raw, rawLen, o, n); }), p.key);
 
         // The tree: checked key and ids, and the whole SubjectPublicKeyInfo re-encodes unchanged.
         Tree tree(&desc::kSubjectPublicKeyInfo);
@@ -339,14 +339,14 @@ TEST(X509Algorithm, ParameterBlockFailures) {
     // In the 2012 block set Z is the default and is left out, CryptoPro A is kept.
     const Bytes z = Packed("1.2.643.7.1.2.5.1.1"), cpA = Packed("1.2.643.2.2.31.1");
     auto oids2012 = [&](const Bytes& cipher) {
-        return Sized([&](uint8_t* o, uint32_t* n) {
+        return OldSized([&](uint8_t* o, uint32_t* n) {
             return EncodeAlgorithmGostR34102012ParametersOid(1, a.data(), d.data(), cipher.data(), o, n);
         });
     };
     EXPECT_EQ(ToHex(oids2012(z)), ToHex(good));
     EXPECT_EQ(ToHex(oids2012(cpA)), ToHex(Block({"1.2.643.2.2.35.1", "1.2.643.2.2.30.1", "1.2.643.2.2.31.1"})));
     // The 2001 block keeps set Z and leaves out CryptoPro A.
-    EXPECT_EQ(ToHex(Sized([&](uint8_t* o, uint32_t* n) {
+    EXPECT_EQ(ToHex(OldSized([&](uint8_t* o, uint32_t* n) {
                   return EncodeAlgorithmGostR34102001ParametersOid(1, a.data(), d.data(), cpA.data(), o, n);
               })),
               ToHex(good));

@@ -22,7 +22,7 @@ struct Handle {
     void Add(const Bytes& oid, int critical = 0) {
         ASSERT_EQ(AddX509ExtensionsExtension(h, oid.data(), critical, kValue.data(), uint32_t(kValue.size())), 0u);
     }
-    Bytes Der() const { return Sized([&](uint8_t* o, uint32_t* n) { return EncodeX509Extensions(h, o, n); }); }
+    Bytes Der() const { return OldSized([&](uint8_t* o, uint32_t* n) { return EncodeX509Extensions(h, o, n); }); }
     uint32_t Count() const {
         uint32_t n = 99;
         EXPECT_EQ(GetX509ExtensionsExtensionsCount(h, &n), 0u);
@@ -47,7 +47,7 @@ TEST(X509Extension, CriticalIsWrittenOnlyWhenTrueAndReadBackAsItsDefault) {
     for (const auto& c : cases) {
         X509Extension* e = nullptr;
         ASSERT_EQ(CreateX509Extension(&e, kOidA.data(), c.critical, kValue.data(), uint32_t(kValue.size())), 0u);
-        const Bytes der = Sized([&](uint8_t* o, uint32_t* n) { return EncodeX509Extension(e, o, n); });
+        const Bytes der = OldSized([&](uint8_t* o, uint32_t* n) { return EncodeX509Extension(e, o, n); });
         EXPECT_EQ(ToHex(der), ToHex(Hex(c.der)));
         FreeX509Extension(e);
 
