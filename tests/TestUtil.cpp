@@ -50,6 +50,22 @@ Bytes ReadFile(const std::string& path) {
 std::string Fixture(const std::string& relative) { return std::string(TV_FIXTURES) + "/" + relative; }
 Bytes FixtureFile(const std::string& relative) { return ReadFile(Fixture(relative)); }
 
+Bytes Child(const Bytes& der, std::initializer_list<int> path) {
+    const uint8_t* at = der.data();
+    uint32_t room = Size(der), header = 0, length = 0, tag = 0;
+    uint8_t cls = 0, constructed = 0;
+    if (GetAsn1ObjectInfo(at, room, &cls, &constructed, &tag, &length, nullptr, &header) != TV_OK) return {};
+    for (int index : path) {
+        room = length, at += header;  // into the contents, then past `index` siblings
+        for (int i = 0;; ++i) {
+            if (GetAsn1ObjectInfo(at, room, &cls, &constructed, &tag, &length, nullptr, &header) != TV_OK) return {};
+            if (i == index) break;
+            at += header + length, room -= header + length;
+        }
+    }
+    return Bytes(at, at + header + length);
+}
+
 std::string Got::hex() const { return rc == TV_OK ? ToHex(bytes) : "status " + std::to_string(rc); }
 
 Got Sized(const Writer& write) {

@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <functional>
 #include <string>
+#include <tuple>
 #include <type_traits>
 #include <utility>
 #include <vector>
@@ -31,6 +32,10 @@ Bytes ReadFile(const std::string& path);
 std::string Fixture(const std::string& relative);
 Bytes FixtureFile(const std::string& relative);
 
+// The element reached from `der` by child indexes, header included: Child(cert, {0, 6}) is the
+// SubjectPublicKeyInfo of a v3 certificate. Empty when the path does not exist.
+Bytes Child(const Bytes& der, std::initializer_list<int> path);
+
 // Dotted OID text -> packed form (length octet first).
 Bytes Packed(const char* dotted);
 bool SameTime(const LibraryTime& a, const LibraryTime& b);
@@ -50,10 +55,22 @@ struct Got {
 using Writer = std::function<uint32_t(uint8_t*, uint32_t*)>;
 Got Sized(const Writer& write);
 
-// Get(GetCertificateSerialNumber, cert) calls the getter with the arguments given, then buffer and length.
+// Get(GetCertificateSerialNumber, cert) calls the getter with the arguments given, then buffer and
+// length; where further arguments follow the buffer, Out marks its place:
+// Get(GetX509NameEntry, name, 0u, 0u, Out, &tag, oid, &oidLen).
+struct OutTag {};
+inline constexpr OutTag Out{};
+template <typename T>
+std::tuple<T> OutOr(uint8_t*, uint32_t*, T arg) {
+    return std::tuple<T>(arg);
+}
+inline std::tuple<uint8_t*, uint32_t*> OutOr(uint8_t* out, uint32_t* n, OutTag) { return {out, n}; }
 template <typename Fn, typename... A>
 Got Get(Fn fn, A... args) {
-    return Sized([&](uint8_t* out, uint32_t* n) { return fn(args..., out, n); });
+    if constexpr ((std::is_same_v<A, OutTag> || ...))
+        return Sized([&](uint8_t* out, uint32_t* n) { return std::apply(fn, std::tuple_cat(OutOr(out, n, args)...)); });
+    else
+        return Sized([&](uint8_t* out, uint32_t* n) { return fn(args..., out, n); });
 }
 
 // Owns a library object and frees it with the family's Free: Own<FreeCertificate> c; CreateCertificate(&c.p).
