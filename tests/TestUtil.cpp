@@ -89,54 +89,6 @@ Got Sized(const Writer& write) {
     return g;
 }
 
-Bytes Encode(const void* value, const Asn1Descriptor* d, uint32_t* rc) {
-    uint8_t* buffer = nullptr;
-    uint32_t len = 0;
-    uint32_t code = Asn1Encode(value, d, &buffer, &len);
-    if (rc) *rc = code;
-    if (code != TV_OK) return {};
-    Bytes out(buffer, buffer + len);
-    std::free(buffer);
-    return out;
-}
-
-uint32_t Decode(const Bytes& in, Tree& tree, uint32_t* consumed) {
-    uint32_t used = 0;
-    static const uint8_t kEmpty = 0;
-    uint32_t rc = Asn1DecodeItem(in.empty() ? &kEmpty : in.data(), static_cast<uint32_t>(in.size()), tree.d, &tree.v,
-                                 &used);
-    if (consumed) *consumed = used;
-    return rc;
-}
-
-Bytes OldSized(const Writer& write, uint32_t* rc) {
-    uint32_t n = 0;
-    uint32_t r = write(nullptr, &n);
-    if (r == TV_OK && n > 0) {
-        Bytes shortBuf(n);  // never empty: a null buffer would be a size query
-        uint32_t m = n - 1;
-        const uint32_t s = write(shortBuf.data(), &m);
-        if (s == TV_ERR_NO_MEMORY) {
-            r = s;
-        } else {
-            EXPECT_EQ(s, TV_ERR_BUFFER_TOO_SMALL);
-            EXPECT_EQ(m, n);
-        }
-    }
-    Bytes out(n);
-    if (r == TV_OK) r = write(out.data(), &n);
-    if (rc) *rc = r;
-    else EXPECT_EQ(r, TV_OK);
-    out.resize(r == TV_OK ? n : 0);
-    return out;
-}
-
-std::string Flat(const Bytes& b) {
-    std::string h = ToHex(b);
-    std::erase(h, ' ');
-    return h;
-}
-
 Bytes Packed(const char* dotted) {
     uint8_t buf[64];
     uint32_t n = sizeof buf;
@@ -147,23 +99,6 @@ Bytes Packed(const char* dotted) {
 bool SameTime(const LibraryTime& a, const LibraryTime& b) {
     return a.year == b.year && a.month == b.month && a.day == b.day && a.hour == b.hour && a.minute == b.minute &&
            a.second == b.second;
-}
-
-std::vector<std::pair<std::string, Bytes>> SystemCaCertificates() {
-    std::vector<std::pair<std::string, Bytes>> out;
-    std::error_code ec;
-    for (const auto& entry : std::filesystem::directory_iterator("/etc/ssl/certs", ec)) {
-        if (entry.path().extension() != ".pem") continue;
-        const Bytes text = ReadFile(entry.path().string());
-        const char* pem = reinterpret_cast<const char*>(text.data());
-        uint32_t n = 0;
-        if (text.empty() || DecodePem(pem, static_cast<uint32_t>(text.size()), nullptr, &n) != TV_OK) continue;
-        Bytes der(n);
-        EXPECT_EQ(DecodePem(pem, static_cast<uint32_t>(text.size()), der.data(), &n), TV_OK) << entry.path();
-        der.resize(n);
-        out.emplace_back(entry.path().string(), std::move(der));
-    }
-    return out;
 }
 
 void SetAllocationsBeforeFailure(long n) { tv::testing::gAllocsBeforeFailure.store(n); }

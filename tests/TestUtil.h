@@ -117,23 +117,6 @@ int ForEachAllocationFailure(F body) {
     }
 }
 
-// ---- legacy, for the files not yet moved to the helpers above ----
-Bytes OldSized(const Writer& write, uint32_t* rc = nullptr);
-std::string Flat(const Bytes& b);
-std::vector<std::pair<std::string, Bytes>> SystemCaCertificates();
-Bytes Encode(const void* value, const Asn1Descriptor* d, uint32_t* rc = nullptr);
-struct Tree {
-    const Asn1Descriptor* d;
-    void* v = nullptr;
-    explicit Tree(const Asn1Descriptor* desc) : d(desc) {}
-    ~Tree() { FreeAsn1Object(d, v); }
-    Tree(const Tree&) = delete;
-    Tree& operator=(const Tree&) = delete;
-    template <typename T>
-    T* as() const { return static_cast<T*>(v); }
-};
-uint32_t Decode(const Bytes& in, Tree& tree, uint32_t* consumed = nullptr);
-
 }  // namespace tvtest
 
 // The status of a call that failed, passed on by the scenarios run under allocation failure.
