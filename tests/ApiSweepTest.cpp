@@ -1,6 +1,6 @@
 // Rules every exported call keeps, swept over tables: each size-protocol getter (a null buffer gives
-// the size, one octet short gives 49 with the size, the exact buffer gets the bytes; null handle or
-// length: 32), and each way of building an object with every allocation failing in turn (1, nothing
+// the size, any shorter room gives 49 with the size, nothing is written past the room, and exact room
+// gets what ample room does; null handle or length: 32), and each way of building an object with every allocation failing in turn (1, nothing
 // leaked, and where it is promised, the object as it was).
 #include <gtest/gtest.h>
 
@@ -47,8 +47,18 @@ TEST(SizeProtocol, EveryGetterAndItsNullArguments) {
     ASSERT_EQ(CreateCertificates(&certificates.p), 0u);
     ASSERT_EQ(CreateX509Crls(&crls.p), 0u);
     uint32_t kind = 0;
-    const Bytes ski = Packed("2.5.29.14");
+    const Bytes ski = Packed("2.5.29.14"), data(200, 0x5C), key(128, 0x3A);
+    Bytes record(256, 0);
+    record[254] = 'A';
+    const std::string pem = "-----BEGIN X-----\r\n" + std::string(64, 'A') + "\r\n" + std::string(64, 'A') + "\r\n-----END X-----\r\n";
+    auto chars = [](uint8_t* o) { return reinterpret_cast<char*>(o); };
     const Getter getters[] = {
+        {"EncodeToBase64", [&](bool null, uint8_t* o, uint32_t* n) { return EncodeToBase64(null ? nullptr : data.data(), 200, chars(o), n); }},
+        {"DecodeFromBase64", [&](bool null, uint8_t* o, uint32_t* n) { return DecodeFromBase64(null ? nullptr : pem.data() + 19, 132, o, n); }},
+        {"EncodePem", [&](bool null, uint8_t* o, uint32_t* n) { return EncodePem(null ? nullptr : data.data(), 200, "X", chars(o), n); }},
+        {"DecodePem", [&](bool null, uint8_t* o, uint32_t* n) { return DecodePem(null ? nullptr : pem.data(), uint32_t(pem.size()), o, n); }},
+        GETTER(ConvertX509SignatureToKestrune, key.data(), 64u), GETTER(ConvertKestruneSignatureToX509, key.data(), 128u),
+        GETTER(ConvertX509PublicKeyToKestrune, key.data(), 128u), GETTER(ConvertKestrunePublicKeyToX509, record.data(), 256u),
         GETTER(EncodeCertificate, ee.p), GETTER(GetCertificateToBeSignedPart, ee.p),
         GETTER(GetCertificateSerialNumber, ee.p), GETTER(GetCertificateSignature, ee.p),
         GETTER(GetCertificatePublicKey, ee.p), GETTER(GetCertificatePublicKeyGostR3410, ee.p),
@@ -72,8 +82,17 @@ TEST(SizeProtocol, EveryGetterAndItsNullArguments) {
     for (const Getter& g : getters) {
         SCOPED_TRACE(g.name);
         const Got got = Sized([&](uint8_t* o, uint32_t* n) { return g.call(false, o, n); });
+        const uint32_t size = Size(got.bytes);
         EXPECT_EQ(got.rc, 0u);
-        EXPECT_FALSE(got.bytes.empty());
+        ASSERT_GT(size, 0u);
+        for (uint32_t room : {0u, 1u, 2u, 3u, 4u, 5u, 6u, 7u, size / 2, size - 1, size, size + 8}) {
+            Bytes buffer(size + 8, 0xA5);
+            uint32_t n = room;
+            ASSERT_EQ(g.call(false, buffer.data(), &n), room < size ? 49u : 0u) << room;
+            EXPECT_EQ(n, size) << room;
+            EXPECT_EQ(Bytes(buffer.begin() + room, buffer.end()), Bytes(buffer.size() - room, 0xA5)) << room;
+            EXPECT_EQ(Bytes(buffer.begin(), buffer.begin() + (room < size ? 0 : size)), room < size ? Bytes{} : got.bytes) << room;
+        }
         uint8_t buffer[4];
         uint32_t n = sizeof buffer;
         EXPECT_EQ(g.call(true, buffer, &n), 32u) << "null handle";
