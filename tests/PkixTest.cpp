@@ -65,7 +65,6 @@ TEST(Name, AttributeTypesRoundTripAndRefuse) {
         EXPECT_EQ(found, id);
     }
     EXPECT_EQ(id, 33u);
-    EXPECT_EQ(ConvertStringToOid("1.2.643.100.1", nullptr, &len), 0u);
     EXPECT_EQ(AttributeOid(32), Packed("1.2.643.100.1"));  // OGRN closes the table
     EXPECT_EQ(GetNameAttributeTypeOid(0, nullptr, &len), 309u);
     EXPECT_EQ(GetNameAttributeTypeOid(1, nullptr, nullptr), 32u);
