@@ -6,9 +6,9 @@ JOBS ?= $(shell nproc)
 
 # openssl with its GOST engine is the independent peer of the interop test.
 DEB_PACKAGES := g++ cmake make libgtest-dev libbenchmark-dev libssl-dev openssl libengine-gost-openssl clang \
-  libclang-rt-14-dev binutils
+  libclang-rt-14-dev binutils gcovr
 
-.PHONY: all deps build demo test test-release test-asan bench fuzz clean
+.PHONY: all deps build demo test test-release test-asan coverage bench fuzz clean
 
 all: build
 
@@ -46,6 +46,22 @@ test-asan: deps
 
 # Sanitizers first, the optimised build last: the output ends with ctest's summary of the whole suite.
 test: test-asan test-release
+
+# Line and branch coverage of the library (tarvelon/) by the whole test suite, unoptimised so that
+# lines map to code; counters from an earlier run are cleared first. Summary on stdout, per-file
+# figures in coverage.txt, annotated sources in html/index.html.
+COV_DIR := $(BUILD)/coverage
+COV_FLAGS := --coverage -O0
+coverage: deps
+	cmake -S . -B $(COV_DIR) -DCMAKE_BUILD_TYPE=Debug -DTV_TESTS=ON "-DCMAKE_C_FLAGS=$(COV_FLAGS)" \
+	  "-DCMAKE_CXX_FLAGS=$(COV_FLAGS)" -DCMAKE_EXE_LINKER_FLAGS=--coverage -DCMAKE_SHARED_LINKER_FLAGS=--coverage >/dev/null
+	cmake --build $(COV_DIR) -j$(JOBS)
+	find $(COV_DIR) -name '*.gcda' -delete
+	cd $(COV_DIR) && ctest --output-on-failure -j$(JOBS)
+	mkdir -p $(COV_DIR)/html
+	gcovr -j$(JOBS) --root . --object-directory $(COV_DIR) --filter 'tarvelon/' --exclude-unreachable-branches \
+	  --print-summary --txt $(COV_DIR)/coverage.txt --html-details $(COV_DIR)/html/index.html \
+	  $(COV_DIR)/CMakeFiles/tarvelon_objs.dir | tail -n 3
 
 bench: deps
 	cmake -S . -B $(BUILD)/bench -DCMAKE_BUILD_TYPE=Release -DTV_BENCH=ON -DTV_TESTS=OFF >/dev/null

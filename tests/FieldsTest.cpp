@@ -93,7 +93,7 @@ TEST(Fields, CarriedDerRoundTripsThroughBothCarriers) {
     ASSERT_EQ(AddX509NameEntry(name.as<X509Name>(), reinterpret_cast<const uint8_t*>("RU"), 2, ASN1_PRINTABLE_STRING,
                                country.data(), 1),
               0u);
-    const Bytes der = Sized([&](uint8_t* out, uint32_t* len) { return EncodeX509Name(name.as<X509Name>(), out, len); });
+    const Bytes der = Sized([&](uint8_t* out, uint32_t* len) { return EncodeX509Name(name.as<X509Name>(), out, len); }).bytes;
     for (uint8_t type : {uint8_t{ASN1_ANY}, uint8_t{ASN1_OCTET_STRING}}) {
         SCOPED_TRACE(int{type});
         OwnedValue carrier(type == ASN1_ANY ? &desc::kAny : &desc::kOctetString);

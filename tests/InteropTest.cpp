@@ -23,17 +23,11 @@ using namespace tvtest;
 
 namespace {
 
-using Getter = std::function<uint32_t(uint8_t*, uint32_t*)>;
-
-// Reads through the size protocol.
-Bytes Read(const Getter& get) {
-    uint32_t n = 0;
-    uint32_t rc = get(nullptr, &n);
-    Bytes out(n);
-    if (rc == TV_OK) rc = get(out.data(), &n);
-    EXPECT_EQ(rc, TV_OK);
-    out.resize(rc == TV_OK ? n : 0);
-    return out;
+// Reads through the size protocol, expecting success.
+Bytes Read(const Writer& get) {
+    const Got g = Sized(get);
+    EXPECT_EQ(g.rc, TV_OK);
+    return g.bytes;
 }
 
 void WriteFile(const std::string& path, const void* p, size_t n) {
@@ -43,11 +37,10 @@ void WriteFile(const std::string& path, const void* p, size_t n) {
 }
 
 void WritePem(const std::string& path, const Bytes& der, const char* label) {
-    uint32_t n = 0;
-    ASSERT_EQ(EncodePem(der.data(), static_cast<uint32_t>(der.size()), label, nullptr, &n), TV_OK);
-    std::string text(n, '\0');
-    ASSERT_EQ(EncodePem(der.data(), static_cast<uint32_t>(der.size()), label, text.data(), &n), TV_OK);
-    WriteFile(path, text.data(), n);
+    const Bytes text = Read([&](uint8_t* o, uint32_t* n) {
+        return EncodePem(der.data(), Size(der), label, reinterpret_cast<char*>(o), n);
+    });
+    WriteFile(path, text.data(), text.size());
 }
 
 struct Output {
@@ -79,15 +72,11 @@ struct TempDir {
     std::string operator/(const std::string& name) const { return path + "/" + name; }
 };
 
-// Packed OIDs: length octet, then the DER contents.
-const Bytes kCn = Hex("03 55 04 03"), kC = Hex("03 55 04 06"), kO = Hex("03 55 04 0A");
-const Bytes kBasicConstraints = Hex("03 55 1D 13"), kKeyUsage = Hex("03 55 1D 0F");
-const Bytes kExtKeyUsage = Hex("03 55 1D 25"), kSubjectAltName = Hex("03 55 1D 11");
-const Bytes kCrlNumber = Hex("03 55 1D 14"), kReasonCode = Hex("03 55 1D 15");
-const Bytes kSubjectSignTool = Hex("05 2A 85 03 64 6F");           // 1.2.643.100.111
-const Bytes kClientAuth = Hex("08 2B 06 01 05 05 07 03 02");       // 1.3.6.1.5.5.7.3.2
-const Bytes kGost12Sign256 = Hex("08 2A 85 03 07 01 01 03 02");    // 1.2.643.7.1.1.3.2
-const Bytes kSha256WithRsa = Hex("09 2A 86 48 86 F7 0D 01 01 0B");  // 1.2.840.113549.1.1.11
+const Bytes kCn = Packed("2.5.4.3"), kC = Packed("2.5.4.6"), kO = Packed("2.5.4.10");
+const Bytes kBasicConstraints = Packed("2.5.29.19"), kKeyUsage = Packed("2.5.29.15");
+const Bytes kExtKeyUsage = Packed("2.5.29.37"), kSubjectAltName = Packed("2.5.29.17");
+const Bytes kCrlNumber = Packed("2.5.29.20"), kReasonCode = Packed("2.5.29.21");
+const Bytes kSubjectSignTool = Packed("1.2.643.100.111"), kClientAuth = Packed("1.3.6.1.5.5.7.3.2");
 
 struct Case {
     const char* name;
@@ -131,7 +120,7 @@ protected:
     }
 
     // The signature over the octets `tbs` hands out, as `openssl dgst -sign` writes it.
-    Bytes Sign(const Getter& tbs, const std::string& key) {
+    Bytes Sign(const Writer& tbs, const std::string& key) {
         Bytes in = Read(tbs);
         WriteFile(dir / "tbs", in.data(), in.size());
         Output s = Ossl("dgst " + std::string(GetParam().digest) + " -sign " + (dir / key) + " -out " + (dir / "sig") +
@@ -148,13 +137,13 @@ struct Spki {
 };
 
 Spki Split(const Bytes& der, bool gost) {
-    uint32_t oidLen = 0, keyLen = 0, parLen = 0, n = static_cast<uint32_t>(der.size());
-    EXPECT_EQ(DecodeSubjectPublicKeyInfo(der.data(), n, nullptr, &oidLen, nullptr, &keyLen, nullptr, &parLen), TV_OK);
+    uint32_t oidLen = 0, keyLen = 0, parLen = 0;
+    EXPECT_EQ(DecodeSubjectPublicKeyInfo(der.data(), Size(der), nullptr, &oidLen, nullptr, &keyLen, nullptr, &parLen), TV_OK);
     Spki s{Bytes(oidLen), Bytes(keyLen), Bytes(parLen), {}};
-    EXPECT_EQ(DecodeSubjectPublicKeyInfo(der.data(), n, s.oid.data(), &oidLen, s.key.data(), &keyLen, s.params.data(),
-                                         &parLen), TV_OK);
+    EXPECT_EQ(DecodeSubjectPublicKeyInfo(der.data(), Size(der), s.oid.data(), &oidLen, s.key.data(), &keyLen,
+                                         s.params.data(), &parLen), TV_OK);
     if (gost) {
-        s.raw = Read([&](uint8_t* o, uint32_t* m) { return DecodePublicKeyGostR34102012(s.key.data(), keyLen, o, m); });
+        s.raw = Get(DecodePublicKeyGostR34102012, s.key.data(), keyLen).bytes;
         EXPECT_EQ(s.raw.size(), 64u);
     }
     return s;
@@ -166,9 +155,7 @@ void AddExt(X509Extensions* exts, const Bytes& oid, int critical, const Bytes& v
     ASSERT_EQ(AddX509ExtensionsExtension(exts, oid.data(), critical, value.data(), value.size()), TV_OK);
 }
 
-Bytes KeyUsage(uint32_t bits) {
-    return Read([&](uint8_t* o, uint32_t* n) { return EncodeExtensionKeyUsage(bits, o, n); });
-}
+Bytes KeyUsage(uint32_t bits) { return Get(EncodeExtensionKeyUsage, bits).bytes; }
 
 X509Name* MakeName(const std::string& cn, const std::string& org) {
     X509Name* name = nullptr;
@@ -189,12 +176,9 @@ LibraryTime FromNow(uint32_t days) {
 }
 
 // Decoding what was built and encoding it again gives the same octets.
-template <typename T, typename Dec, typename Enc, typename Free>
-void ExpectRoundTrip(const Bytes& der, Dec dec, Enc enc, Free free) {
-    T* obj = nullptr;
-    ASSERT_EQ(dec(der.data(), static_cast<uint32_t>(der.size()), &obj), TV_OK);
-    EXPECT_EQ(ToHex(Read([&](uint8_t* o, uint32_t* n) { return enc(obj, o, n); })), ToHex(der));
-    free(obj);
+template <auto Free, typename Dec, typename Enc>
+void ExpectRoundTrip(const Bytes& der, Dec dec, Enc enc) {
+    EXPECT_EQ(Get(enc, Decoded<Free>(dec, der).p).hex(), ToHex(der));
 }
 
 TEST_P(Interop, OpenSslAcceptsBuiltObjects) {
@@ -224,9 +208,7 @@ TEST_P(Interop, OpenSslAcceptsBuiltObjects) {
     auto certTbs = [](const Certificate* cert) {
         return [cert](uint8_t* o, uint32_t* n) { return GetCertificateToBeSignedPart(cert, o, n); };
     };
-    auto certDer = [](const Certificate* cert) {
-        return Read([&](uint8_t* o, uint32_t* n) { return EncodeCertificate(cert, o, n); });
-    };
+    auto certDer = [](const Certificate* cert) { return Get(EncodeCertificate, cert).bytes; };
 
     // The CA: issuer = subject, Cyrillic CN.
     X509Name* caName = MakeName("Тестовый УЦ Тарвелон", "Тарвелон");
@@ -236,8 +218,7 @@ TEST_P(Interop, OpenSslAcceptsBuiltObjects) {
     ASSERT_NO_FATAL_FAILURE(fillCert(ca, caSerial, caName, caName, Split(caSpki, c.gost)));
     X509Extensions* exts = nullptr;
     ASSERT_EQ(GetCertificateExtensions(ca, &exts), TV_OK);
-    AddExt(exts, kBasicConstraints, 1,
-           Read([](uint8_t* o, uint32_t* n) { return EncodeExtensionBasicConstraints(1, 0xFFFFFFFF, o, n); }));
+    AddExt(exts, kBasicConstraints, 1, Get(EncodeExtensionBasicConstraints, 1, 0xFFFFFFFFu).bytes);
     AddExt(exts, kKeyUsage, 1, KeyUsage(0x04 | 0x02));  // keyCertSign | cRLSign
     ASSERT_EQ(SetCertificateSubjectKeyIdentifier(ca), TV_OK);
     const Bytes caTbs = Read(certTbs(ca));
@@ -275,12 +256,10 @@ TEST_P(Interop, OpenSslAcceptsBuiltObjects) {
     ExtendedKeyUsage* eku = nullptr;
     ASSERT_EQ(CreateExtensionExtendedKeyUsage(&eku), TV_OK);
     ASSERT_EQ(AddExtensionExtendedKeyUsage(eku, kClientAuth.data()), TV_OK);
-    AddExt(exts, kExtKeyUsage, 0,
-           Read([&](uint8_t* o, uint32_t* n) { return EncodeExtensionExtendedKeyUsage(eku, o, n); }));
+    AddExt(exts, kExtKeyUsage, 0, Get(EncodeExtensionExtendedKeyUsage, eku).bytes);
     FreeExtensionExtendedKeyUsage(eku);
     const std::string tool = "СКЗИ «Тарвелон-CSP»";
-    AddExt(exts, kSubjectSignTool, 0,
-           Read([&](uint8_t* o, uint32_t* n) { return EncodeExtensionSubjectSignTool(U8(tool), tool.size(), o, n); }));
+    AddExt(exts, kSubjectSignTool, 0, Get(EncodeExtensionSubjectSignTool, U8(tool), uint32_t(tool.size())).bytes);
     ASSERT_EQ(SetCertificateExtensionCrlDistributionPoints(ee, "http://pki.tarvelon.test/ca.crl"), TV_OK);
     ASSERT_EQ(SetCertificateAuthorityKeyIdentifier(ee, ca), TV_OK);
     Bytes sig = Sign(certTbs(ee), "ca.key");
@@ -303,15 +282,14 @@ TEST_P(Interop, OpenSslAcceptsBuiltObjects) {
     uint32_t index = 99;
     ASSERT_EQ(AddX509CrlRevokedCertificate(crl, eeSerial.data(), eeSerial.size(), &revoked, &index), TV_OK);
     ASSERT_EQ(GetX509CrlRevokedCertificateExtensions(crl, index, &exts), TV_OK);
-    AddExt(exts, kReasonCode, 0, Read([](uint8_t* o, uint32_t* n) { return EncodeExtensionReasonCode(1, o, n); }));
+    AddExt(exts, kReasonCode, 0, Get(EncodeExtensionReasonCode, 1u).bytes);
     ASSERT_EQ(GetX509CrlExtensions(crl, &exts), TV_OK);
     const Bytes crlNumber = Hex("10 01");
-    AddExt(exts, kCrlNumber, 0,
-           Read([&](uint8_t* o, uint32_t* n) { return EncodeExtensionCrlNumber(crlNumber.data(), 2, o, n); }));
+    AddExt(exts, kCrlNumber, 0, Get(EncodeExtensionCrlNumber, crlNumber.data(), 2u).bytes);
     ASSERT_EQ(SetX509CrlAuthorityKeyIdentifier(crl, ca), TV_OK);
     sig = Sign([&](uint8_t* o, uint32_t* n) { return GetX509CrlToBeSignedPart(crl, o, n); }, "ca.key");
     ASSERT_EQ(SetX509CrlSignature(crl, sig.data(), sig.size()), TV_OK);
-    const Bytes crlDer = Read([&](uint8_t* o, uint32_t* n) { return EncodeX509Crl(crl, o, n); });
+    const Bytes crlDer = Get(EncodeX509Crl, crl).bytes;
     WritePem(dir / "crl.pem", crlDer, "X509 CRL");
 
     // The request for the end-entity key, signed by that key.
@@ -331,14 +309,13 @@ TEST_P(Interop, OpenSslAcceptsBuiltObjects) {
     ASSERT_EQ(CreateX509GeneralNames(&san), TV_OK);
     ASSERT_EQ(AddX509GeneralName(san, 1, U8("ivanov@tarvelon.test"), 20), TV_OK);
     ASSERT_EQ(AddX509GeneralName(san, 2, U8("ee.tarvelon.test"), 16), TV_OK);
-    AddExt(wanted, kSubjectAltName, 0,
-           Read([&](uint8_t* o, uint32_t* n) { return EncodeX509GeneralNames(san, o, n); }));
+    AddExt(wanted, kSubjectAltName, 0, Get(EncodeX509GeneralNames, san).bytes);
     FreeX509GeneralNames(san);
     ASSERT_EQ(SetPKCS10CertReqExtensions(req, wanted), TV_OK);
     FreeX509Extensions(wanted);
     sig = Sign([&](uint8_t* o, uint32_t* n) { return GetPKCS10CertReqToBeSignedPart(req, o, n); }, "ee.key");
     ASSERT_EQ(SetPKCS10CertReqSignature(req, sig.data(), sig.size()), TV_OK);
-    const Bytes reqDer = Read([&](uint8_t* o, uint32_t* n) { return EncodePKCS10CertReq(req, o, n); });
+    const Bytes reqDer = Get(EncodePKCS10CertReq, req).bytes;
     WriteFile(dir / "req.der", reqDer.data(), reqDer.size());
 
     FreeCertificate(ca);
@@ -379,18 +356,18 @@ TEST_P(Interop, OpenSslAcceptsBuiltObjects) {
     }
 
     // Each object read back by the library re-encodes unchanged.
-    ExpectRoundTrip<Certificate>(caDer, DecodeCertificate, EncodeCertificate, FreeCertificate);
-    ExpectRoundTrip<Certificate>(eeDer, DecodeCertificate, EncodeCertificate, FreeCertificate);
-    ExpectRoundTrip<X509Crl>(crlDer, DecodeX509Crl, EncodeX509Crl, FreeX509Crl);
-    ExpectRoundTrip<PKCS10CertReq>(reqDer, DecodePKCS10CertReq, EncodePKCS10CertReq, FreePKCS10CertReq);
+    ExpectRoundTrip<FreeCertificate>(caDer, DecodeCertificate, EncodeCertificate);
+    ExpectRoundTrip<FreeCertificate>(eeDer, DecodeCertificate, EncodeCertificate);
+    ExpectRoundTrip<FreeX509Crl>(crlDer, DecodeX509Crl, EncodeX509Crl);
+    ExpectRoundTrip<FreePKCS10CertReq>(reqDer, DecodePKCS10CertReq, EncodePKCS10CertReq);
 }
 
 INSTANTIATE_TEST_SUITE_P(
     , Interop,
     ::testing::Values(Case{"Gost2012_256", true, "-algorithm gost2012_256 -pkeyopt paramset:A", "-md_gost12_256",
-                           kGost12Sign256, {}},
+                           Packed("1.2.643.7.1.1.3.2"), {}},
                       Case{"Rsa2048", false, "-algorithm RSA -pkeyopt rsa_keygen_bits:2048", "-sha256",
-                           kSha256WithRsa, Hex("05 00")}),
+                           Packed("1.2.840.113549.1.1.11"), Hex("05 00")}),
     [](const ::testing::TestParamInfo<Case>& i) { return std::string(i.param.name); });
 
 }  // namespace

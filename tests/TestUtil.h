@@ -1,10 +1,16 @@
-// Helpers shared by the tests: hex, files, owned values, allocation-failure loops.
+// Helpers shared by the tests: hex, fixtures, owners of library objects, the size protocol, packed
+// OIDs and allocation-failure loops.
 #pragma once
 
 #include <cstdint>
 #include <functional>
 #include <string>
+#include <tuple>
+#include <type_traits>
+#include <utility>
 #include <vector>
+
+#include <gtest/gtest.h>
 
 #include "tarvelon/tarvelon.h"
 
@@ -12,66 +18,109 @@ namespace tvtest {
 
 using Bytes = std::vector<uint8_t>;
 
-// "30 03 02 01 05" or "300302" -> octets; spaces ignored.
+// "30 03 02 01 05" or "300302" -> octets; anything but hex digits is skipped.
 Bytes Hex(const std::string& text);
 std::string ToHex(const uint8_t* p, size_t n);
 inline std::string ToHex(const Bytes& b) { return ToHex(b.data(), b.size()); }
+// Hex text in the form ToHex writes it, so that expected encodings can be written freely.
+inline std::string H(const std::string& text) { return ToHex(Hex(text)); }
+inline Bytes Text(const std::string& s) { return Bytes(s.begin(), s.end()); }
+inline const uint8_t* U8(const char* s) { return reinterpret_cast<const uint8_t*>(s); }
+inline uint32_t Size(const Bytes& b) { return static_cast<uint32_t>(b.size()); }
 
 Bytes ReadFile(const std::string& path);
 std::string Fixture(const std::string& relative);
+Bytes FixtureFile(const std::string& relative);
 
-// Any size-protocol writer (null buffer asks for the size): asks, checks that a buffer one octet
-// short gives 49 with the size kept, then writes. Without `rc` success is expected; with it the
-// code is stored and an empty vector returned on failure.
-using Writer = std::function<uint32_t(uint8_t*, uint32_t*)>;
-Bytes Sized(const Writer& write, uint32_t* rc = nullptr);
+// The element reached from `der` by child indexes, header included: Child(cert, {0, 6}) is the
+// SubjectPublicKeyInfo of a v3 certificate. Empty when the path does not exist.
+Bytes Child(const Bytes& der, std::initializer_list<int> path);
 
-// Hex without separators, for substring searches in encodings.
-std::string Flat(const Bytes& b);
 // Dotted OID text -> packed form (length octet first).
 Bytes Packed(const char* dotted);
 bool SameTime(const LibraryTime& a, const LibraryTime& b);
-// DER of every PEM certificate in /etc/ssl/certs (empty if there are none), with its file name.
-std::vector<std::pair<std::string, Bytes>> SystemCaCertificates();
 
-// Encodes with Asn1Encode; on failure returns an empty vector and stores the code.
-Bytes Encode(const void* value, const Asn1Descriptor* d, uint32_t* rc = nullptr);
-
-// Owns a value tree for the duration of a test.
-struct Tree {
-    const Asn1Descriptor* d;
-    void* v = nullptr;
-    explicit Tree(const Asn1Descriptor* desc) : d(desc) {}
-    ~Tree() { FreeAsn1Object(d, v); }
-    Tree(const Tree&) = delete;
-    Tree& operator=(const Tree&) = delete;
-    template <typename T>
-    T* as() const { return static_cast<T*>(v); }
+// What a size-protocol getter gave: its status and, on success, its bytes.
+struct Got {
+    uint32_t rc = 0;
+    Bytes bytes;
+    Got(uint32_t status = TV_OK, Bytes b = {}) : rc(status), bytes(std::move(b)) {}
+    // The bytes as ToHex writes them, or "status N" when the call failed.
+    std::string hex() const;
 };
 
-// Decodes `in` with `d`; returns the status and fills the tree and the consumed count.
-uint32_t Decode(const Bytes& in, Tree& tree, uint32_t* consumed = nullptr);
+// Runs a size-protocol writer (null buffer asks for the size) through the whole protocol: the size
+// query, a buffer one octet short (49 with the size kept) and the exact buffer. A status other than
+// 49 from the short buffer (an injected allocation failure) ends the run with that status.
+using Writer = std::function<uint32_t(uint8_t*, uint32_t*)>;
+Got Sized(const Writer& write);
+
+// Get(GetCertificateSerialNumber, cert) calls the getter with the arguments given, then buffer and
+// length; where further arguments follow the buffer, Out marks its place:
+// Get(GetX509NameEntry, name, 0u, 0u, Out, &tag, oid, &oidLen).
+struct OutTag {};
+inline constexpr OutTag Out{};
+template <typename T>
+std::tuple<T> OutOr(uint8_t*, uint32_t*, T arg) {
+    return std::tuple<T>(arg);
+}
+inline std::tuple<uint8_t*, uint32_t*> OutOr(uint8_t* out, uint32_t* n, OutTag) { return {out, n}; }
+template <typename Fn, typename... A>
+Got Get(Fn fn, A... args) {
+    if constexpr ((std::is_same_v<A, OutTag> || ...))
+        return Sized([&](uint8_t* out, uint32_t* n) { return std::apply(fn, std::tuple_cat(OutOr(out, n, args)...)); });
+    else
+        return Sized([&](uint8_t* out, uint32_t* n) { return fn(args..., out, n); });
+}
+
+// Owns a library object and frees it with the family's Free: Own<FreeCertificate> c; CreateCertificate(&c.p).
+template <typename F>
+struct HandleOf;
+template <typename T>
+struct HandleOf<uint32_t (*)(T*)> {
+    using type = T;
+};
+template <auto Free>
+struct Own {
+    using T = typename HandleOf<decltype(Free)>::type;
+    T* p = nullptr;
+    Own() = default;
+    explicit Own(T* taken) : p(taken) {}
+    Own(Own&& o) noexcept : p(std::exchange(o.p, nullptr)) {}
+    Own& operator=(Own&& o) noexcept {
+        std::swap(p, o.p);
+        return *this;
+    }
+    ~Own() { Free(p); }
+    operator T*() const { return p; }
+    T* release() { return std::exchange(p, nullptr); }
+};
+
+// Decodes `in` with a family's Decode, expecting success.
+template <auto Free, typename Decode>
+Own<Free> Decoded(Decode decode, const Bytes& in) {
+    Own<Free> o;
+    EXPECT_EQ(decode(in.data(), Size(in), &o.p), TV_OK);
+    return o;
+}
 
 // Runs `body` with the k-th allocation failing, k = 0, 1, ... until it succeeds without a failure;
-// every failed run must return 1. Returns the number of runs.
-template <typename F>
-int ForEachAllocationFailure(F body);
-
+// every failed run must return 1. Returns the number of runs, negated when another status came.
 void SetAllocationsBeforeFailure(long n);
-
 template <typename F>
 int ForEachAllocationFailure(F body) {
     for (long k = 0;; ++k) {
         SetAllocationsBeforeFailure(k);
-        bool failedInjected = false;
-        uint32_t rc = body();
-        failedInjected = (rc == TV_ERR_NO_MEMORY);
+        const uint32_t rc = body();
         SetAllocationsBeforeFailure(-1);
-        if (!failedInjected) {
-            if (rc != TV_OK) return -static_cast<int>(k) - 1;  // an unexpected code
-            return static_cast<int>(k) + 1;
-        }
+        if (rc != TV_ERR_NO_MEMORY) return rc == TV_OK ? static_cast<int>(k) + 1 : -static_cast<int>(k) - 1;
     }
 }
 
 }  // namespace tvtest
+
+// The status of a call that failed, passed on by the scenarios run under allocation failure.
+#define TRY(call)                                 \
+    do {                                          \
+        if (const uint32_t rc_ = (call)) return rc_; \
+    } while (0)

@@ -1,163 +1,94 @@
-// Base64 and PEM, SHA-1, the Kestrune conversions, byte comparison and code page 1251 text.
+// Text and time: base64 and PEM, SHA-1, the Kestrune conversions, code page 1251, byte comparison;
+// time records, their arithmetic and the UTCTime / GeneralizedTime / X.509 Time forms.
 #include <gtest/gtest.h>
 #include <iconv.h>
 
 #include <algorithm>
 #include <cstring>
-#include <functional>
-#include <string>
+#include <ctime>
+#include <fstream>
 
 #include "TestUtil.h"
+#include "tarvelon/text/LibraryTime.h"
 #include "tarvelon/text/Text.h"
 
-using tvtest::Bytes;
-using tvtest::Hex;
+using namespace tvtest;
 
 namespace {
-
-using Writer = std::function<uint32_t(uint8_t*, uint32_t*)>;
 
 Bytes Pattern(size_t n, unsigned seed = 7) {
     Bytes b(n);
     for (size_t i = 0; i < n; ++i) b[i] = static_cast<uint8_t>(i * 131 + seed);
     return b;
 }
-
-uint32_t Len(const std::string& s) { return static_cast<uint32_t>(s.size()); }
 char* Chars(uint8_t* p) { return reinterpret_cast<char*>(p); }
-std::string Text(const Bytes& b) { return std::string(b.begin(), b.end()); }
-
-// Size query, then the write into exactly that much room.
-uint32_t Query(const Writer& write, Bytes* out) {
-    uint32_t size = 0;
-    if (uint32_t rc = write(nullptr, &size)) return rc;
-    out->assign(size, 0);
-    const uint32_t rc = write(out->data(), &size);
-    out->resize(size);
-    return rc;
-}
-std::string Queried(const Writer& write) {
-    Bytes out;
-    EXPECT_EQ(Query(write, &out), TV_OK);
-    return Text(out);
-}
+std::string Str(const Got& g) { return std::string(g.bytes.begin(), g.bytes.end()); }
 std::string ToBase64(const Bytes& d) {
-    return Queried([&](uint8_t* o, uint32_t* n) { return EncodeToBase64(d.data(), uint32_t(d.size()), Chars(o), n); });
+    return Str(Sized([&](uint8_t* o, uint32_t* n) { return EncodeToBase64(d.data(), Size(d), Chars(o), n); }));
 }
-std::string ToPem(const Bytes& d, const char* label) {
-    return Queried([&](uint8_t* o, uint32_t* n) { return EncodePem(d.data(), uint32_t(d.size()), label, Chars(o), n); });
-}
-uint32_t FromPem(const std::string& text, Bytes* out) {
-    return Query([&](uint8_t* o, uint32_t* n) { return DecodePem(text.data(), Len(text), o, n); }, out);
-}
-
-std::string Remove(std::string s, char c) {
-    s.erase(std::remove(s.begin(), s.end(), c), s.end());
+Got FromPem(const std::string& text) { return Get(DecodePem, text.data(), uint32_t(text.size())); }
+std::string Without(std::string s, char c) {
+    std::erase(s, c);
     return s;
 }
-
-// Flat base64 re-wrapped into lines of `width` joined by `sep`.
-std::string Wrap(const std::string& flat, size_t width, const std::string& sep) {
+// Flat base64 of `data` in lines of `width` joined by `sep`.
+std::string Wrapped(const Bytes& data, size_t width, const std::string& sep) {
+    const std::string flat = Without(Without(ToBase64(data), '\r'), '\n');
     std::string out;
     for (size_t i = 0; i < flat.size(); i += width) out += (i ? sep : "") + flat.substr(i, width);
     return out;
 }
-std::string Wrapped(const Bytes& data, size_t width, const std::string& sep) {
-    return Wrap(Remove(Remove(ToBase64(data), '\r'), '\n'), width, sep);
-}
 
-uint32_t AnsiToUtf8(const std::string& in, uint32_t capacity, std::string* out, uint32_t* stored) {
-    std::string buffer(capacity + 4, '\x7E');
-    *stored = capacity;
-    const uint32_t rc = ConvertAnsiToUTF8(in.c_str(), buffer.data(), stored);
-    if (rc == TV_OK) {
-        EXPECT_EQ(buffer[*stored], '\0');
-        *out = buffer.substr(0, *stored);
-    }
-    EXPECT_EQ(buffer.substr(capacity), std::string(4, '\x7E')) << "written past the capacity";
-    return rc;
-}
-
-std::string Iconv1251(uint8_t byte) {
-    iconv_t cd = iconv_open("UTF-8", "CP1251");
-    if (cd == reinterpret_cast<iconv_t>(-1)) return {};
-    char in[1] = {static_cast<char>(byte)}, out[8];
-    char *ip = in, *op = out;
-    size_t il = 1, ol = sizeof out;
-    const size_t r = iconv(cd, &ip, &il, &op, &ol);
-    iconv_close(cd);
-    return r == static_cast<size_t>(-1) ? std::string() : std::string(out, op);
-}
-
-}  // namespace
-
-TEST(TextBase64, KnownVectors) {
-    const struct {
-        std::string data;
-        const char* text;
-    } cases[] = {{std::string(1, '\0'), "AA=="}, {std::string(2, '\0'), "AAA="}, {"f", "Zg=="}, {"fo", "Zm8="},
-                 {"foo", "Zm9v"}, {"foob", "Zm9vYg=="}, {"fooba", "Zm9vYmE="}, {"foobar", "Zm9vYmFy"},
-                 {"\xFF\xFE\xFD", "//79"}, {"\xFB\xEF", "++8="}};
-    for (const auto& c : cases) EXPECT_EQ(ToBase64(Bytes(c.data.begin(), c.data.end())), c.text);
-}
-
-TEST(TextBase64, LayoutAndRoundTripOfEveryTail) {
+TEST(Base64, VectorsLayoutAndEveryTail) {
+    for (auto [data, text] : {std::pair{std::string(1, '\0'), "AA=="}, {std::string(2, '\0'), "AAA="}, {"f", "Zg=="},
+                              {"fo", "Zm8="}, {"foo", "Zm9v"}, {"foob", "Zm9vYg=="}, {"fooba", "Zm9vYmE="},
+                              {"foobar", "Zm9vYmFy"}, {"\xFF\xFE\xFD", "//79"}, {"\xFB\xEF", "++8="}})
+        EXPECT_EQ(ToBase64(Text(data)), text);
     for (size_t n = 1; n <= 400; ++n) {
         SCOPED_TRACE(n);
-        const Bytes data = Pattern(n, static_cast<unsigned>(n));
+        const Bytes data = Pattern(n, unsigned(n));
         const std::string text = ToBase64(data);
-        // CR LF after every 64 characters, none after the last line.
-        const std::string flat = Remove(Remove(text, '\r'), '\n');
-        ASSERT_EQ(flat.size(), 4 * ((n + 2) / 3));
-        ASSERT_EQ(text, Wrap(flat, 64, "\r\n"));
-        Bytes back(n + 8, 0xEE);
-        uint32_t size = uint32_t(back.size());
-        ASSERT_EQ(DecodeFromBase64(text.data(), Len(text), back.data(), &size), TV_OK);
-        ASSERT_EQ(Bytes(back.begin(), back.begin() + size), data);
-        ASSERT_EQ(FromPem(text, &back), TV_OK);
-        ASSERT_EQ(back, data);
-        // In place from offset 0: the output catches up with the text as closely as it ever can.
-        Bytes inPlace(text.begin(), text.end());
-        uint32_t length = uint32_t(inPlace.size());
+        ASSERT_EQ(text, Wrapped(data, 64, "\r\n"));  // CR LF after every 64 characters, not after the last
+        ASSERT_EQ(Without(Without(text, '\r'), '\n').size(), 4 * ((n + 2) / 3));
+        ASSERT_EQ(Get(DecodeFromBase64, text.data(), uint32_t(text.size())).bytes, data);
+        ASSERT_EQ(FromPem(text).bytes, data);
+        // In place: the output catches up with the text as closely as it ever can.
+        Bytes inPlace = Text(text);
+        uint32_t length = Size(inPlace);
         ASSERT_EQ(tv::DecodePemInPlace(inPlace.data(), &length), 1);
         ASSERT_EQ(Bytes(inPlace.begin(), inPlace.begin() + length), data);
     }
-}
-
-TEST(TextBase64, EmptyInputKeepsTheWrappedSize) {
-    const uint8_t none = 0;
-    char small[16];
+    // The size of an empty body wraps in 32 bits, as it always did.
     uint32_t size = 0;
-    EXPECT_EQ(EncodeToBase64(&none, 0, nullptr, &size), TV_OK);
-    EXPECT_EQ(size, 134217726u);  // the 32-bit wrap of an empty body, kept
-    EXPECT_EQ(EncodePem(&none, 0, "X", nullptr, &size), TV_OK);
+    char small[16];
+    EXPECT_EQ(EncodeToBase64(U8(""), 0, nullptr, &size), 0u);
+    EXPECT_EQ(size, 134217726u);
+    EXPECT_EQ(EncodePem(U8(""), 0, "X", nullptr, &size), 0u);
     EXPECT_EQ(size, 134217726u + 36 + 2);
     size = sizeof small;
-    EXPECT_EQ(EncodeToBase64(&none, 0, small, &size), TV_ERR_BUFFER_TOO_SMALL);
+    EXPECT_EQ(EncodeToBase64(U8(""), 0, small, &size), 49u);
 }
 
-TEST(TextBase64, DecoderReadsOnlyTheEncoderLayout) {
+TEST(Base64, DecoderReadsOnlyTheEncoderLayout) {
     const Bytes data = Pattern(100);
     const std::string lf = Wrapped(data, 64, "\n");
-    Bytes back(100, 0);
-    uint32_t size = 100;
-    // Skips a fixed two characters after 64: LF-only breaks decode without an error but wrongly.
-    EXPECT_EQ(DecodeFromBase64(lf.data(), Len(lf), back.data(), &size), TV_OK);
-    EXPECT_NE(Bytes(back.begin(), back.begin() + size), data);
+    // It skips a fixed two characters after 64: LF-only breaks decode without an error, but wrongly.
+    const Got wrong = Get(DecodeFromBase64, lf.data(), uint32_t(lf.size()));
+    EXPECT_EQ(wrong.rc, 0u);
+    EXPECT_NE(wrong.bytes, data);
     uint8_t guard[8];
     std::memset(guard, 0xAB, sizeof guard);
-    size = sizeof guard;
-    EXPECT_EQ(DecodeFromBase64("QUJD=X", 6, guard, &size), TV_OK);
+    uint32_t size = sizeof guard;
+    EXPECT_EQ(DecodeFromBase64("QUJD=X", 6, guard, &size), 0u);
     EXPECT_EQ(size, 2u);
     EXPECT_EQ(guard[2], 0xAB);
     for (const char* shortText : {"", "Q", "QU", "QU="}) {
         size = sizeof guard;
-        EXPECT_EQ(DecodeFromBase64(shortText, uint32_t(std::strlen(shortText)), guard, &size), TV_ERR_INVALID_ARGUMENT)
-            << shortText;
+        EXPECT_EQ(DecodeFromBase64(shortText, uint32_t(std::strlen(shortText)), guard, &size), 32u) << shortText;
     }
 }
 
-TEST(TextPem, TolerantReading) {
+TEST(Pem, TolerantReadingAndItsLimits) {
     const Bytes data = Pattern(100);
     const std::string crlf = Wrapped(data, 64, "\r\n"), lf = Wrapped(data, 64, "\n");
     std::string high = "QUJDRA==";  // bit 7 set on alphabet characters and '=' still decodes
@@ -168,75 +99,50 @@ TEST(TextPem, TolerantReading) {
         uint32_t rc;
         std::string out;  // empty: `data`
     } cases[] = {
-        {"LF-only breaks", "-----BEGIN CERTIFICATE-----\n" + lf + "\n-----END CERTIFICATE-----\n", TV_OK, ""},
-        {"spaced BEGIN, any label", "----- BEGIN whatever label, really -----\r\n" + crlf + "\r\n----- END X -----\r\n", TV_OK, ""},
-        {"text around the armour", "Subject: test\n-----BEGIN X-----\n" + lf + "\n-----END X-----\ntrailer", TV_OK, ""},
-        {"blank lines and spaces", "-----BEGIN X-----\r\n\r\n  " + Wrapped(data, 8, " \r\n ") + "  \r\n\r\n-----END X-----", TV_OK, ""},
-        {"76-character lines", "-----BEGIN X-----\n" + Wrapped(data, 76, "\n") + "\n-----END X-----\n", TV_OK, ""},
-        {"bare base64, LF-only", lf + "\n", TV_OK, ""},
-        {"no END marker", "-----BEGIN X-----\n" + lf + "\n", TV_OK, ""},
-        {"high-bit alphabet", "-----BEGIN X-----\n" + high + "\n-----END X-----\n", TV_OK, "ABCD"},
-        {"high-bit bare", "\xC1\xC1\xC1\xC1", TV_OK, std::string(3, '\0')},
-        {"high-bit padding", "QQ\xBD\xBD", TV_OK, "A"},
+        {"LF-only breaks", "-----BEGIN CERTIFICATE-----\n" + lf + "\n-----END CERTIFICATE-----\n", 0, ""},
+        {"spaced BEGIN, any label", "----- BEGIN whatever label, really -----\r\n" + crlf + "\r\n----- END X -----\r\n", 0, ""},
+        {"text around the armour", "Subject: test\n-----BEGIN X-----\n" + lf + "\n-----END X-----\ntrailer", 0, ""},
+        {"blank lines and spaces", "-----BEGIN X-----\r\n\r\n  " + Wrapped(data, 8, " \r\n ") + "  \r\n\r\n-----END X-----", 0, ""},
+        {"76-character lines", "-----BEGIN X-----\n" + Wrapped(data, 76, "\n") + "\n-----END X-----\n", 0, ""},
+        {"bare base64, LF-only", lf + "\n", 0, ""},
+        {"no END marker", "-----BEGIN X-----\n" + lf + "\n", 0, ""},
+        {"high-bit alphabet", "-----BEGIN X-----\n" + high + "\n-----END X-----\n", 0, "ABCD"},
+        {"high-bit bare", "\xC1\xC1\xC1\xC1", 0, std::string(3, '\0')},
+        {"high-bit padding", "QQ\xBD\xBD", 0, "A"},
         // The spaced END marker is compared over eight characters and needs more than nine
         // characters from its dash to the end of the text.
-        {"END quirk: ENDING", "-----BEGIN X-----\nQUJD\n----- ENDING SOON", TV_OK, "ABC"},
-        {"END quirk: END-", "-----BEGIN X-----\nQUJD\n----- END-", TV_OK, "ABC"},
-        {"END quirk: unspaced", "-----BEGIN X-----\nQUJD\n-----END", TV_OK, "ABC"},
-        {"END quirk: spaced, short", "-----BEGIN X-----\nQUJD\n----- END", TV_ERR_PEM, ""},
-        {"END quirk: EN", "-----BEGIN X-----\nQUJD\n----- EN", TV_ERR_PEM, ""},
-        {"65-character lines", "-----BEGIN X-----\n" + Wrapped(data, 65, "\n") + "\n-----END X-----\n", TV_ERR_PEM, ""},
-        {"a tab between lines", "-----BEGIN X-----\n" + Wrapped(data, 64, "\t\n") + "\n-----END X-----\n", TV_ERR_PEM, ""},
-        {"BEGIN without a line end", "-----BEGIN X-----" + Wrapped(data, 1000, ""), TV_ERR_PEM, ""},
-        {"only whitespace after BEGIN", "-----BEGIN X-----\r\n  \r\n", TV_ERR_PEM, ""},
-        {"nothing between the markers", "-----BEGIN X-----\n-----END X-----\n", TV_ERR_PEM, ""},
-        {"three characters", "-----BEGIN X-----\nQUJ\n-----END X-----\n", TV_ERR_PEM, ""},
-        {"trailing fragment", "-----BEGIN X-----\n" + lf + "\nQU\n", TV_ERR_PEM, ""},
-        {"a line that breaks a group", "-----BEGIN X-----\n" + lf + "QUJ\n-----END X-----\n", TV_ERR_PEM, ""},
-        {"padding before the end", "-----BEGIN X-----\nQQ==QUJD\n-----END X-----\n", TV_ERR_PEM, ""},
-        {"padding in the second position", "-----BEGIN X-----\nQ===\n-----END X-----\n", TV_ERR_PEM, ""},
-        {"pad then letter", "-----BEGIN X-----\nQU=D\n-----END X-----\n", TV_ERR_PEM, ""},
-        {"shorter than four", "QUJ", TV_ERR_PEM, ""},
+        {"END quirk: ENDING", "-----BEGIN X-----\nQUJD\n----- ENDING SOON", 0, "ABC"},
+        {"END quirk: END-", "-----BEGIN X-----\nQUJD\n----- END-", 0, "ABC"},
+        {"END quirk: unspaced", "-----BEGIN X-----\nQUJD\n-----END", 0, "ABC"},
+        {"END quirk: spaced, short", "-----BEGIN X-----\nQUJD\n----- END", 319, ""},
+        {"END quirk: EN", "-----BEGIN X-----\nQUJD\n----- EN", 319, ""},
+        {"65-character lines", "-----BEGIN X-----\n" + Wrapped(data, 65, "\n") + "\n-----END X-----\n", 319, ""},
+        {"a tab between lines", "-----BEGIN X-----\n" + Wrapped(data, 64, "\t\n") + "\n-----END X-----\n", 319, ""},
+        {"BEGIN without a line end", "-----BEGIN X-----" + Wrapped(data, 1000, ""), 319, ""},
+        {"only whitespace after BEGIN", "-----BEGIN X-----\r\n  \r\n", 319, ""},
+        {"nothing between the markers", "-----BEGIN X-----\n-----END X-----\n", 319, ""},
+        {"three characters", "-----BEGIN X-----\nQUJ\n-----END X-----\n", 319, ""},
+        {"trailing fragment", "-----BEGIN X-----\n" + lf + "\nQU\n", 319, ""},
+        {"a line that breaks a group", "-----BEGIN X-----\n" + lf + "QUJ\n-----END X-----\n", 319, ""},
+        {"padding before the end", "-----BEGIN X-----\nQQ==QUJD\n-----END X-----\n", 319, ""},
+        {"padding in the second position", "-----BEGIN X-----\nQ===\n-----END X-----\n", 319, ""},
+        {"pad then letter", "-----BEGIN X-----\nQU=D\n-----END X-----\n", 319, ""},
+        {"shorter than four", "QUJ", 319, ""},
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(c.name);
-        Bytes out;
-        ASSERT_EQ(FromPem(c.text, &out), c.rc);  // errors come from the size query
-        if (c.rc == TV_OK) {
-            EXPECT_EQ(out, c.out.empty() ? data : Bytes(c.out.begin(), c.out.end()));
-        }
+        const Got out = FromPem(c.text);
+        ASSERT_EQ(out.rc, c.rc);  // errors come from the size query
+        EXPECT_EQ(out.bytes, c.rc ? Bytes{} : c.out.empty() ? data : Text(c.out));
     }
-}
-
-TEST(TextPem, OpenSslFiles) {
-    // Written and decoded by OpenSSL (fixtures/pem/make_fixtures.sh); LF line ends, various labels.
-    for (const char* name : {"rsa_ca", "rsa_key", "rsa_pub", "request"}) {
-        SCOPED_TRACE(name);
-        const Bytes pem = tvtest::ReadFile(tvtest::Fixture(std::string("pem/") + name + ".pem"));
-        const Bytes der = tvtest::ReadFile(tvtest::Fixture(std::string("pem/") + name + ".der"));
-        ASSERT_FALSE(der.empty());
-        Bytes out;
-        ASSERT_EQ(FromPem(Text(pem), &out), TV_OK);
-        EXPECT_EQ(out, der);
-        // Ours is OpenSSL's text with CR LF line ends.
-        const std::string text = Text(pem);
-        EXPECT_EQ(Remove(ToPem(der, text.substr(11, text.find("-----", 11) - 11).c_str()), '\r'), text);
-        out = pem;
-        uint32_t length = uint32_t(out.size());
-        ASSERT_EQ(tv::DecodePemInPlace(out.data(), &length), 1);
-        EXPECT_EQ(Bytes(out.begin(), out.begin() + length), der);
-    }
-}
-
-TEST(TextPem, InPlaceFailureKeepsTheLength) {
     std::string text = "-----BEGIN X-----\nQU\tJD\n-----END X-----\n";
-    uint32_t length = Len(text), line = 0;
+    uint32_t length = uint32_t(text.size()), line = 0;
     EXPECT_EQ(tv::DecodePemInPlace(reinterpret_cast<uint8_t*>(text.data()), &length), 0);
-    EXPECT_EQ(length, text.size());
+    EXPECT_EQ(length, text.size());  // a failure keeps the length
     EXPECT_STREQ(GetLastFileErrorAsn(&line), "tarvelon/pem.cpp");
 }
 
-TEST(TextSha1, Vectors) {
+TEST(Sha1, VectorsAlignmentsAndBothPaths) {
     // Lengths around the padding boundaries and a long input; digests from Python's hashlib.
     const struct {
         Bytes data;
@@ -252,13 +158,10 @@ TEST(TextSha1, Vectors) {
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(c.data.size());
-        const uint8_t dummy = 0;
-        const uint8_t* in = c.data.empty() ? &dummy : c.data.data();
-        // Every output alignment; the bytes around the digest stay untouched.
-        for (size_t offset = 0; offset < 4; ++offset) {
-            Bytes buffer(32, 0x5C);
-            ASSERT_EQ(sha1(in, uint32_t(c.data.size()), buffer.data() + offset), TV_OK);
-            Bytes expected(32, 0x5C);
+        const uint8_t* in = c.data.empty() ? U8("") : c.data.data();
+        for (size_t offset = 0; offset < 4; ++offset) {  // the bytes around the digest stay untouched
+            Bytes buffer(32, 0x5C), expected(32, 0x5C);
+            ASSERT_EQ(sha1(in, Size(c.data), buffer.data() + offset), 0u);
             const Bytes digest = Hex(c.digest);
             std::copy(digest.begin(), digest.end(), expected.begin() + offset);
             EXPECT_EQ(buffer, expected) << offset;
@@ -266,16 +169,13 @@ TEST(TextSha1, Vectors) {
         for (auto path : {tv::Sha1Path::Portable, tv::Sha1Path::ShaNi}) {
             uint8_t digest[20];
             tv::Sha1Digest(in, c.data.size(), digest, path);
-            EXPECT_EQ(Bytes(digest, digest + 20), Hex(c.digest)) << "path " << static_cast<int>(path);
+            EXPECT_EQ(ToHex(digest, 20), H(c.digest)) << int(path);
         }
     }
     uint8_t digest[20];
-    EXPECT_EQ(sha1(nullptr, 0, digest), TV_ERR_INVALID_ARGUMENT);
-    EXPECT_EQ(sha1(digest, 0, nullptr), TV_ERR_INVALID_ARGUMENT);
-}
-
-TEST(TextSha1, PathsAgreeOnEveryLength) {
-    if (!tv::Sha1HasShaNi()) GTEST_SKIP() << "no SHA extensions on this processor";
+    EXPECT_EQ(sha1(nullptr, 0, digest), 32u);
+    EXPECT_EQ(sha1(digest, 0, nullptr), 32u);
+    if (!tv::Sha1HasShaNi()) return;
     const Bytes data = Pattern(1100, 91);
     for (size_t n = 0; n <= data.size(); ++n) {
         uint8_t portable[20], ni[20];
@@ -285,160 +185,367 @@ TEST(TextSha1, PathsAgreeOnEveryLength) {
     }
 }
 
-TEST(TextKestrune, Signatures) {
+TEST(Kestrune, SignaturesAndPublicKeys) {
     for (auto* convert : {ConvertX509SignatureToKestrune, ConvertKestruneSignatureToX509}) {
         for (uint32_t n : {64u, 128u}) {
             const Bytes in = Pattern(n);
-            Bytes out(n);
-            uint32_t size = n;
-            ASSERT_EQ(convert(in.data(), n, out.data(), &size), TV_OK);
-            EXPECT_TRUE(std::equal(in.rbegin(), in.rend(), out.begin())) << n;  // whole buffer, not per half
+            EXPECT_EQ(Get(convert, in.data(), n).bytes, Bytes(in.rbegin(), in.rend())) << n;  // whole, not per half
         }
         uint8_t buffer[256] = {};
         for (uint32_t bad : {0u, 32u, 63u, 65u, 96u, 127u, 129u, 256u}) {
             uint32_t size = sizeof buffer;
-            EXPECT_EQ(convert(buffer, bad, buffer, &size), TV_ERR_INVALID_ARGUMENT) << bad;
+            EXPECT_EQ(convert(buffer, bad, buffer, &size), 32u) << bad;
         }
     }
-}
-
-TEST(TextKestrune, PublicKeys) {
     const Bytes key64 = Pattern(64, 1), key128 = Pattern(128, 2);
-    Bytes record(256), key(128);
-    uint32_t size = 256;
-    auto back = [&](int kind) {
-        record[254] = static_cast<uint8_t>(kind);
-        size = 128;
-        return ConvertKestrunePublicKeyToX509(record.data(), 256, key.data(), &size);
-    };
-    ASSERT_EQ(ConvertX509PublicKeyToKestrune(key64.data(), 64, record.data(), &size), TV_OK);
+    Bytes record = Get(ConvertX509PublicKeyToKestrune, key64.data(), 64u).bytes;
     Bytes expected(256, 0);  // the halves in 32-octet slots 64 apart, the "v5" mark, kind 0
     std::copy(key64.begin(), key64.begin() + 32, expected.begin());
     std::copy(key64.begin() + 32, key64.end(), expected.begin() + 64);
-    expected[252] = 'v';
-    expected[253] = '5';
+    expected[252] = 'v', expected[253] = '5';
     EXPECT_EQ(record, expected);
-    EXPECT_EQ(back(0), TV_ERR_KEY_KIND);  // kind 0 as written does not convert back (kept)
-    for (int kind : {'A', 'B', 'C', 'D', 'X', 'Y', 'a', 'b', 'c', 'x', 'y'}) {
-        ASSERT_EQ(back(kind), TV_OK) << kind;
-        EXPECT_EQ(Bytes(key.begin(), key.begin() + size), key64) << kind;
-    }
-    size = 256;
-    ASSERT_EQ(ConvertX509PublicKeyToKestrune(key128.data(), 128, record.data(), &size), TV_OK);
+    auto back = [&](int kind) {
+        record[254] = static_cast<uint8_t>(kind);
+        return Get(ConvertKestrunePublicKeyToX509, record.data(), 256u);
+    };
+    EXPECT_EQ(back(0).rc, 317u);  // kind 0 as written does not convert back, as it never did
+    for (int kind : {'A', 'B', 'C', 'D', 'X', 'Y', 'a', 'b', 'c', 'x', 'y'}) EXPECT_EQ(back(kind).bytes, key64) << kind;
+    record = Get(ConvertX509PublicKeyToKestrune, key128.data(), 128u).bytes;
     EXPECT_EQ(Bytes(record.begin() + 128, record.begin() + 252), Bytes(124, 0));
-    for (int kind : {'1', '2', '3'}) {
-        ASSERT_EQ(back(kind), TV_OK) << kind;
-        EXPECT_EQ(key, key128) << kind;
-    }
-    for (int kind : {int{'0'}, int{'4'}, int{'E'}, int{'Z'}, int{'d'}, int{'z'}, int{'v'}, 0xFF}) {
-        EXPECT_EQ(back(kind), TV_ERR_KEY_KIND) << kind;
-    }
-    EXPECT_EQ(ConvertKestrunePublicKeyToX509(record.data(), 255, key.data(), &size), TV_ERR_INVALID_ARGUMENT);
-    EXPECT_EQ(ConvertX509PublicKeyToKestrune(key64.data(), 96, record.data(), &size), TV_ERR_INVALID_ARGUMENT);
-}
+    for (int kind : {'1', '2', '3'}) EXPECT_EQ(back(kind).bytes, key128) << kind;
+    for (int kind : {int{'0'}, int{'4'}, int{'E'}, int{'Z'}, int{'d'}, int{'z'}, int{'v'}, 0xFF})
+        EXPECT_EQ(back(kind).rc, 317u) << kind;
+    uint32_t size = 128;
+    EXPECT_EQ(ConvertKestrunePublicKeyToX509(record.data(), 255, expected.data(), &size), 32u);
+    EXPECT_EQ(ConvertX509PublicKeyToKestrune(key64.data(), 96, record.data(), &size), 32u);
 
-TEST(TextIsArrayEquals, Table) {
     const uint8_t a[] = {1, 2, 3}, b[] = {1, 2, 3}, c[] = {1, 2, 4};
-    const struct {
-        const uint8_t *x, *y;
-        uint32_t nx, ny, rc;
-    } cases[] = {{nullptr, nullptr, 0, 0, TV_OK}, {a, nullptr, 3, 0, TV_ERR_DIFFERENT}, {nullptr, a, 0, 0, TV_ERR_DIFFERENT},
-                 {a, b, 3, 3, TV_OK},           {a, c, 3, 3, TV_ERR_DIFFERENT},      {a, b, 2, 3, TV_ERR_DIFFERENT},
-                 {a, c, 0, 0, TV_OK}};
-    for (const auto& t : cases) EXPECT_EQ(IsArrayEquals(t.x, t.nx, t.y, t.ny), t.rc) << (&t - cases);
+    for (auto [x, nx, y, ny, rc] : {std::tuple{(const uint8_t*)nullptr, 0u, (const uint8_t*)nullptr, 0u, 0u},
+                                    {a, 3u, nullptr, 0u, 320u}, {nullptr, 0u, a, 0u, 320u}, {a, 3u, b, 3u, 0u},
+                                    {a, 3u, c, 3u, 320u}, {a, 2u, b, 3u, 320u}, {a, 0u, c, 0u, 0u}})
+        EXPECT_EQ(IsArrayEquals(x, nx, y, ny), rc);
 }
 
-TEST(TextAnsiToUtf8, CodePage1251Letters) {
-    // The letters and the listed signs agree with the C library's code page 1251 converter.
+std::string Iconv1251(uint8_t byte) {
+    iconv_t cd = iconv_open("UTF-8", "CP1251");
+    if (cd == reinterpret_cast<iconv_t>(-1)) return {};
+    char in[1] = {static_cast<char>(byte)}, out[8];
+    char *ip = in, *op = out;
+    size_t il = 1, ol = sizeof out;
+    const size_t r = iconv(cd, &ip, &il, &op, &ol);
+    iconv_close(cd);
+    return r == static_cast<size_t>(-1) ? std::string() : std::string(out, op);
+}
+
+// The converter's own capacity rules, checked for writes past the room it was given.
+uint32_t AnsiToUtf8(const std::string& in, uint32_t capacity, std::string* out, uint32_t* stored) {
+    std::string buffer(capacity + 4, '\x7E');
+    *stored = capacity;
+    const uint32_t rc = ConvertAnsiToUTF8(in.c_str(), buffer.data(), stored);
+    if (rc == 0) *out = buffer.substr(0, *stored);
+    EXPECT_EQ(rc == 0 ? buffer[*stored] : '\0', '\0');
+    EXPECT_EQ(buffer.substr(capacity), std::string(4, '\x7E')) << "written past the capacity";
+    return rc;
+}
+
+TEST(AnsiToUtf8, CodePage1251AndCapacityRules) {
+    // Letters and the listed signs agree with the C library's converter, where it has one.
     const std::string listed = "\xA8\xB8\xAA\xBA\xAF\xBF\xA1\xA2\xA4\xB0\xB7\x95\xB9";
-    if (Iconv1251(0xC0).empty()) GTEST_SKIP() << "no CP1251 converter in this C library";
-    for (int b = 0x80; b < 0x100; ++b) {
-        if (b < 0xC0 && listed.find(static_cast<char>(b)) == std::string::npos) continue;
-        SCOPED_TRACE(b);
-        std::string out;
-        uint32_t stored = 0;
-        ASSERT_EQ(AnsiToUtf8(std::string(1, static_cast<char>(b)), 64, &out, &stored), TV_OK);
-        EXPECT_EQ(out, Iconv1251(static_cast<uint8_t>(b)));
+    std::string out;
+    uint32_t stored = 0;
+    for (int b = 0x80; b < 0x100 && !Iconv1251(0xC0).empty(); ++b) {
+        if (b < 0xC0 && listed.find(char(b)) == std::string::npos) continue;
+        ASSERT_EQ(AnsiToUtf8(std::string(1, char(b)), 64, &out, &stored), 0u);
+        EXPECT_EQ(out, Iconv1251(uint8_t(b))) << b;
     }
-}
-
-TEST(TextAnsiToUtf8, Table) {
     const struct {
         const char* name;
         std::string in;
         uint32_t capacity, rc;
         std::string out;  // or the suggested size, as text, for 49
     } cases[] = {
-        {"ASCII and yo", "A\xA8z", 64, TV_OK, "A\xD0\x81z"},
-        {"unlisted high bytes follow the letter offset", "\x80\xBE", 64, TV_OK, "\xCF\x90\xD0\x8E"},
-        {"empty", "", 1, TV_OK, ""},
-        {"capacity 10 is short", "\xC0\xC1", 10, TV_ERR_BUFFER_TOO_SMALL, "24"},
-        {"capacity 9 leaves no work room", "A", 9, TV_ERR_BUFFER_TOO_SMALL, "22"},
-        {"limit reached before the end", "ABCDEFGH", 12, TV_ERR_BUFFER_TOO_SMALL, "36"},
-        {"last character may start just below the limit", "ABC\x95", 13, TV_OK, "ABC\xE2\x80\xA2"},
+        {"ASCII and yo", "A\xA8z", 64, 0, "A\xD0\x81z"},
+        {"unlisted high bytes follow the letter offset", "\x80\xBE", 64, 0, "\xCF\x90\xD0\x8E"},
+        {"empty", "", 1, 0, ""},
+        {"capacity 10 is short", "\xC0\xC1", 10, 49, "24"},
+        {"capacity 9 leaves no work room", "A", 9, 49, "22"},
+        {"limit reached before the end", "ABCDEFGH", 12, 49, "36"},
+        {"last character may start just below the limit", "ABC\x95", 13, 0, "ABC\xE2\x80\xA2"},
         // 40 three-byte signs: the suggestion (2 x 40 + 20) is itself too small.
-        {"suggestion too small", std::string(40, '\x95'), 100, TV_ERR_BUFFER_TOO_SMALL, "100"},
+        {"suggestion too small", std::string(40, '\x95'), 100, 49, "100"},
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(c.name);
-        std::string out;
-        uint32_t stored = 0;
         ASSERT_EQ(AnsiToUtf8(c.in, c.capacity, &out, &stored), c.rc);
-        EXPECT_EQ(c.rc == TV_OK ? out : std::to_string(stored), c.out);
+        EXPECT_EQ(c.rc == 0 ? out : std::to_string(stored), c.out);
     }
-    // A size query gives a capacity that works, where the suggestion above does not.
-    const std::string bullets(40, '\x95');
-    uint32_t need = 0, stored = 0;
-    std::string out;
-    ASSERT_EQ(ConvertAnsiToUTF8(bullets.c_str(), nullptr, &need), TV_OK);
-    ASSERT_EQ(AnsiToUtf8(bullets, need, &out, &stored), TV_OK);
+    uint32_t need = 0;  // a size query gives a capacity that works where the suggestion does not
+    ASSERT_EQ(ConvertAnsiToUTF8(std::string(40, '\x95').c_str(), nullptr, &need), 0u);
+    ASSERT_EQ(AnsiToUtf8(std::string(40, '\x95'), need, &out, &stored), 0u);
     EXPECT_EQ(stored, 120u);
-    EXPECT_EQ(ConvertAnsiToUTF8(nullptr, nullptr, &stored), TV_ERR_INVALID_ARGUMENT);
-    EXPECT_EQ(ConvertAnsiToUTF8("A", nullptr, nullptr), TV_ERR_INVALID_ARGUMENT);
+    EXPECT_EQ(ConvertAnsiToUTF8(nullptr, nullptr, &stored), 32u);
+    EXPECT_EQ(ConvertAnsiToUTF8("A", nullptr, nullptr), 32u);
 }
 
-TEST(TextSizeProtocol, EveryWriter) {
-    const Bytes data = Pattern(200);
-    const std::string base64 = ToBase64(data), pem = ToPem(data, "CERTIFICATE");
-    const Bytes sig = Pattern(64), key = Pattern(128);
-    Bytes record(256, 0);
-    record[254] = 'A';
+// ---- time ---------------------------------------------------------------------------------------
+
+struct Fields {
+    uint32_t year, month, day, hour, minute, second;
+};
+LibraryTime Make(Fields f) { return {f.year, f.month, f.day, f.hour, f.minute, f.second}; }
+std::string Show(const LibraryTime& t) {
+    char text[80];
+    std::snprintf(text, sizeof text, "%u-%02u-%02u %02u:%02u:%02u", t.year, t.month, t.day, t.hour, t.minute, t.second);
+    return text;
+}
+std::string Show(Fields f) { return Show(Make(f)); }
+// A primitive element of universal `tag` around text contents.
+Bytes Element(uint8_t tag, const std::string& contents) {
+    Bytes b(contents.size() + 2, tag);
+    b[1] = static_cast<uint8_t>(contents.size());
+    std::copy(contents.begin(), contents.end(), b.begin() + 2);
+    return b;
+}
+
+TEST(Time, EncodeSwitchesToGeneralizedTimeIn2050) {
+    // The 2049/2050 pair is byte for byte what `openssl ca -startdate 20491231235959Z
+    // -enddate 20500101000000Z` writes into a certificate's validity.
+    for (auto [time, element, roundTrips] :
+         {std::tuple{Fields{2049, 12, 31, 23, 59, 59}, Element(0x17, "491231235959Z"), true},
+          {Fields{2050, 1, 1, 0, 0, 0}, Element(0x18, "20500101000000Z"), true},
+          {Fields{1950, 1, 1, 0, 0, 0}, Element(0x17, "500101000000Z"), true},
+          {Fields{2100, 12, 31, 23, 59, 59}, Element(0x18, "21001231235959Z"), true},
+          // Every year before 2050 is a UTCTime, so 1900..1949 read back a century later.
+          {Fields{1949, 6, 1, 0, 0, 0}, Element(0x17, "490601000000Z"), false}}) {
+        SCOPED_TRACE(Show(time));
+        const LibraryTime t = Make(time);
+        EXPECT_EQ(Get(EncodeTime, &t).bytes, element);
+        LibraryTime back{};
+        ASSERT_EQ(DecodeTime(element.data(), Size(element), &back), 0u);
+        EXPECT_EQ(Show(back) == Show(time), roundTrips) << Show(back);
+    }
+    uint8_t out[17];
+    uint32_t n = sizeof out;
+    EXPECT_EQ(EncodeTime(nullptr, out, &n), 313u);
+    // A year too wide for its four places (a record filled without the setter) moves the "Z"; the
+    // value builder reports that as 1, as it always did.
+    const LibraryTime wide = Make({12050, 1, 1, 0, 0, 0});
+    EXPECT_EQ(EncodeTime(&wide, out, &n), 1u);
+}
+
+TEST(Time, DecodeTable) {
     const struct {
         const char* name;
-        Writer write;
-        uint32_t size;
+        Bytes in;
+        uint32_t rc;
+        Fields expected;
     } cases[] = {
-        {"EncodeToBase64", [&](uint8_t* o, uint32_t* n) { return EncodeToBase64(data.data(), 200, Chars(o), n); }, 276},
-        {"DecodeFromBase64", [&](uint8_t* o, uint32_t* n) { return DecodeFromBase64(base64.data(), Len(base64), o, n); }, 200},
-        {"EncodePem", [&](uint8_t* o, uint32_t* n) { return EncodePem(data.data(), 200, "CERTIFICATE", Chars(o), n); }, 276 + 36 + 22},
-        {"DecodePem", [&](uint8_t* o, uint32_t* n) { return DecodePem(pem.data(), Len(pem), o, n); }, 200},
-        {"X509SignatureToKestrune", [&](uint8_t* o, uint32_t* n) { return ConvertX509SignatureToKestrune(sig.data(), 64, o, n); }, 64},
-        {"KestruneSignatureToX509", [&](uint8_t* o, uint32_t* n) { return ConvertKestruneSignatureToX509(key.data(), 128, o, n); }, 128},
-        {"X509PublicKeyToKestrune", [&](uint8_t* o, uint32_t* n) { return ConvertX509PublicKeyToKestrune(key.data(), 128, o, n); }, 256},
-        {"KestrunePublicKeyToX509", [&](uint8_t* o, uint32_t* n) { return ConvertKestrunePublicKeyToX509(record.data(), 256, o, n); }, 64},
+        {"GeneralizedTime before 2050", Element(0x18, "19491231235959Z"), 0, {1949, 12, 31, 23, 59, 59}},
+        {"fraction ignored", Element(0x18, "20500101000000.999Z"), 0, {2050, 1, 1, 0, 0, 0}},
+        {"zone not examined", Element(0x17, "491231235959-0300"), 0, {2049, 12, 31, 23, 59, 59}},
+        {"UTCTime without seconds", Element(0x17, "4912312359Z"), 307, {}},
+        {"GeneralizedTime of 14 octets", Element(0x18, "205001010000Z0"), 307, {}},
+        {"empty UTCTime", Hex("17 00"), 302, {}},
+        {"month 13", Element(0x17, "491331235959Z"), 313, {}},
+        {"a letter among the digits", Element(0x17, "4912A1235959Z"), 313, {}},
+        {"not a time", Element(0x04, "491231235959Z"), 302, {}},
+        {"length beyond the input", Hex("17 0E 34 39"), 302, {}},
     };
     for (const auto& c : cases) {
-        SCOPED_TRACE(c.name);
-        uint32_t n = 12345;
-        ASSERT_EQ(c.write(nullptr, &n), TV_OK);
-        ASSERT_EQ(n, c.size);
-        uint8_t one[1];
-        EXPECT_EQ(c.write(one, nullptr), TV_ERR_INVALID_ARGUMENT);
-        // Group edges included: nothing lands past the room, and exact room gets what ample room does.
-        Bytes reference;
-        for (uint32_t room : {c.size + 8, c.size, 0u, 1u, 2u, 3u, 4u, 5u, 6u, 7u, c.size / 2, c.size - 3, c.size - 2,
-                              c.size - 1}) {
-            SCOPED_TRACE(room);
-            Bytes buffer(c.size + 8, 0xA5);
-            n = room;
-            ASSERT_EQ(c.write(buffer.data(), &n), room < c.size ? TV_ERR_BUFFER_TOO_SMALL : TV_OK);
-            EXPECT_EQ(n, c.size);
-            const uint32_t used = std::min(room, c.size);
-            EXPECT_EQ(Bytes(buffer.begin() + used, buffer.end()), Bytes(buffer.size() - used, 0xA5));
-            if (room >= c.size) {
-                if (reference.empty()) reference = buffer;
-                EXPECT_EQ(buffer, reference);
-            }
+        LibraryTime t{};
+        ASSERT_EQ(DecodeTime(c.in.data(), Size(c.in), &t), c.rc) << c.name;
+        EXPECT_EQ(c.rc ? Show(c.expected) : Show(t), Show(c.expected)) << c.name;
+    }
+    LibraryTime t{};
+    EXPECT_EQ(DecodeTime(U8("\x17"), 0, &t), 32u);
+}
+
+// "Nov 21 21:48:06 2026 GMT", as `openssl x509 -dates` prints it, against what the certificate gives.
+TEST(Time, CertificateValidityAgreesWithOpenSsl) {
+    for (const char* name : {"rsa_ca", "gost2001", "gost2012_256", "gost2012_512"}) {
+        SCOPED_TRACE(name);
+        auto cert = Decoded<FreeCertificate>(DecodeCertificate, FixtureFile(std::string("certs/") + name + ".der"));
+        std::ifstream txt(Fixture(std::string("certs/") + name + ".txt"));
+        LibraryTime t[2] = {};
+        ASSERT_EQ(GetCertificateValidNotBefore(cert, &t[0]), 0u);
+        ASSERT_EQ(GetCertificateValidNotAfter(cert, &t[1]), 0u);
+        int i = 0;
+        for (std::string line; std::getline(txt, line);) {
+            if (line.rfind("notBefore=", 0) != 0 && line.rfind("notAfter=", 0) != 0) continue;
+            char month[4] = {};
+            Fields f{};
+            std::sscanf(line.substr(line.find('=') + 1).c_str(), "%3s %u %u:%u:%u %u", month, &f.day, &f.hour,
+                        &f.minute, &f.second, &f.year);
+            f.month = uint32_t(std::string("JanFebMarAprMayJunJulAugSepOctNovDec").find(month) / 3 + 1);
+            EXPECT_EQ(Show(t[i++]), Show(f));
         }
+        EXPECT_EQ(i, 2);
     }
 }
+
+TEST(Time, SetterStoresFieldByFieldUntilOneFails) {
+    const Fields start{2000, 1, 2, 3, 4, 5};
+    const struct {
+        const char* name;
+        Fields args;
+        uint32_t rc;
+        Fields after;
+    } cases[] = {
+        {"month 13 leaves all", {2023, 13, 1, 0, 0, 0}, 313, start},
+        {"30 February stores the month", {2023, 2, 30, 0, 0, 0}, 313, {2000, 2, 2, 3, 4, 5}},
+        {"29 February 2023 passes", {2023, 2, 29, 0, 0, 0}, 0, {2023, 2, 29, 0, 0, 0}},
+        {"year 1899", {1899, 6, 7, 0, 0, 0}, 313, {2000, 6, 7, 3, 4, 5}},
+        {"hour 24", {2023, 6, 7, 24, 0, 0}, 313, {2023, 6, 7, 3, 4, 5}},
+        {"leap second", {2023, 6, 7, 8, 9, 60}, 313, {2023, 6, 7, 8, 9, 5}},
+        {"upper limits", {2100, 12, 31, 23, 59, 59}, 0, {2100, 12, 31, 23, 59, 59}},
+    };
+    for (const auto& c : cases) {
+        LibraryTime t = Make(start);
+        const Fields& a = c.args;
+        EXPECT_EQ(SetLibraryTime(&t, a.day, a.month, a.year, a.hour, a.minute, a.second), c.rc) << c.name;
+        EXPECT_EQ(Show(t), Show(c.after)) << c.name;
+    }
+    LibraryTime t = Make(start);
+    EXPECT_EQ(SetLibraryTimeToNull(&t), 313u);  // month 0 fails first, as it always did
+    EXPECT_EQ(Show(t), Show(start));
+    EXPECT_STREQ(GetLastFileErrorAsn(nullptr), "tarvelon/LibraryTime.cpp");
+    LibraryPreciseTime p{2000, 1, 2, 3, 4, 5, 6, 7};
+    EXPECT_EQ(SetLibraryPreciseTime(&p, 29, 2, 2024, 23, 59, 59, 999, 1000), 313u);
+    const LibraryPreciseTime partly{2024, 2, 29, 23, 59, 59, 999, 7};
+    EXPECT_EQ(std::memcmp(&p, &partly, sizeof p), 0);
+
+    uint32_t f[8];
+    std::fill(std::begin(f), std::end(f), 77u);  // a null record gives zeros
+    EXPECT_EQ(GetLibraryPreciseTime(nullptr, &f[0], &f[1], &f[2], &f[3], &f[4], &f[5], &f[6], &f[7]), 32u);
+    EXPECT_EQ(std::count(std::begin(f), std::end(f), 0u), 8);
+    const LibraryPreciseTime q{2024, 2, 29, 1, 2, 3, 4, 5};
+    ASSERT_EQ(GetLibraryLocalPreciseTime(&q, &f[0], &f[1], &f[2], &f[3], &f[4], &f[5], &f[6], &f[7]), 0u);
+    EXPECT_EQ(std::vector<uint32_t>(f, f + 8), std::vector<uint32_t>({29, 2, 2024, 1, 2, 3, 0, 0}));
+}
+
+TEST(Time, ArithmeticComparisonAndNow) {
+    // Expected dates from Python's datetime.date + timedelta.
+    for (auto [start, days, expected] :
+         {std::tuple{Fields{2024, 2, 28, 10, 20, 30}, 1u, Fields{2024, 2, 29, 10, 20, 30}},
+          {Fields{2023, 12, 31, 23, 59, 59}, 1u, Fields{2024, 1, 1, 23, 59, 59}},
+          {Fields{2023, 2, 28, 0, 0, 0}, 1u, Fields{2023, 3, 1, 0, 0, 0}},
+          {Fields{2100, 2, 28, 0, 0, 0}, 1u, Fields{2100, 3, 1, 0, 0, 0}},
+          {Fields{2000, 2, 28, 0, 0, 0}, 1u, Fields{2000, 2, 29, 0, 0, 0}},
+          {Fields{2023, 3, 1, 0, 0, 0}, 365u, Fields{2024, 2, 29, 0, 0, 0}},
+          {Fields{2023, 1, 15, 0, 0, 0}, 10000u, Fields{2050, 6, 2, 0, 0, 0}},
+          {Fields{2000, 1, 1, 0, 0, 0}, 292253u, Fields{2800, 2, 29, 0, 0, 0}}}) {
+        // After a call that went through a leap year: each call builds its own month table.
+        LibraryTime leap = Make({2024, 1, 1, 0, 0, 0}), t = Make(start);
+        ASSERT_EQ(AddDaysToLibTime(&leap, 400), 0u);
+        ASSERT_EQ(AddDaysToLibTime(&t, days), 0u);
+        EXPECT_EQ(Show(t), Show(expected)) << Show(start) << " + " << days;
+    }
+    LibraryPreciseTime p{2024, 2, 28, 1, 2, 3, 4, 5};
+    ASSERT_EQ(AddDaysToLibPreciseTime(&p, 2), 0u);
+    const LibraryPreciseTime expected{2024, 3, 1, 1, 2, 3, 4, 5};
+    EXPECT_EQ(std::memcmp(&p, &expected, sizeof p), 0);
+    LibraryTime null{};
+    EXPECT_EQ(AddDaysToLibTime(&null, 1), 313u);
+
+    const LibraryTime start = Make({2024, 1, 1, 0, 0, 0}), end = Make({2024, 12, 31, 23, 59, 59});
+    for (auto [time, vsStart, outside] :
+         {std::tuple{Fields{2024, 1, 1, 0, 0, 0}, 0, 0u}, {Fields{2024, 12, 31, 23, 59, 59}, 1, 0u},
+          {Fields{2023, 12, 31, 23, 59, 59}, -1, 1u}, {Fields{2025, 1, 1, 0, 0, 0}, 1, 1u},
+          {Fields{2023, 12, 31, 0, 0, 0}, -1, 1u}}) {  // the year decides before a later month and day
+        const LibraryTime t = Make(time);
+        EXPECT_EQ(CompareTime(&t, &start), vsStart) << Show(t);
+        EXPECT_EQ(CompareTime(&start, &t), -vsStart) << Show(t);
+        EXPECT_EQ(TestTimeValidity(&start, &t, &end), outside) << Show(t);
+    }
+    EXPECT_EQ(CompareTime(nullptr, &start), -1);  // a null record reads as all zero
+
+    auto utcNow = [] {
+        const std::time_t now = std::time(nullptr);
+        std::tm u{};
+        gmtime_r(&now, &u);
+        return Make({uint32_t(u.tm_year + 1900), uint32_t(u.tm_mon + 1), uint32_t(u.tm_mday), uint32_t(u.tm_hour),
+                     uint32_t(u.tm_min), uint32_t(u.tm_sec)});
+    };
+    const LibraryTime before = utcNow();
+    LibraryTime t{};
+    ASSERT_EQ(GetCurrentLibTime(&t), 0u);
+    const LibraryTime after = utcNow();
+    EXPECT_EQ(TestTimeValidity(&before, &t, &after), 0u) << Show(t);
+}
+
+TEST(Time, PrimitiveValueCodecs) {
+    for (auto [type, contents, element] :
+         {std::tuple{ASN1_INTEGER, "01 00", "02 02 01 00"}, {ASN1_OCTET_STRING, "", "04 00"},
+          {ASN1_OBJECT_IDENTIFIER, "2A 85 03 02 02 03", "06 06 2A 85 03 02 02 03"},
+          {ASN1_BIT_STRING, "07 80", "03 02 07 80"},  // the unused-bits count leads the contents
+          {ASN1_UTC_TIME, "34 39 5A", "17 03 34 39 5A"}}) {
+        const Bytes in = Hex(contents);
+        const Got out = Get(EncodeAsn1PrimitiveValue, uint32_t(type), in.empty() ? U8("") : in.data(), Size(in));
+        EXPECT_EQ(out.hex(), H(element));
+        EXPECT_EQ(Get(DecodeAsn1PrimitiveValue, uint32_t(type), out.bytes.data(), Size(out.bytes)).bytes, in);
+    }
+    uint32_t n = 0;
+    EXPECT_EQ(EncodeAsn1PrimitiveValue(ASN1_SEQUENCE, U8("\x05"), 1, nullptr, &n), 300u);
+    EXPECT_EQ(EncodeAsn1PrimitiveValue(ASN1_INTEGER, nullptr, 0, nullptr, &n), 32u);
+    EXPECT_EQ(DecodeAsn1PrimitiveValue(ASN1_OCTET_STRING, U8("\x02\x01\x05"), 3, nullptr, &n), 302u);
+}
+
+// Time readers and writers that no exported call reaches yet (the time-stamp and OCSP families
+// will); their names are internal and may change with them.
+TEST(TimeInternals, LeavesAwaitingTheirCallers) {
+    // The lone UTCTime reader wants 15 octets, so it refuses what the writer produces (kept as it is).
+    using Reader = uint32_t (*)(const void*, LibraryTime*) noexcept;
+    for (auto [reader, text, rc] : {std::tuple{Reader{tv::GetTimeFromUtcTimeLeaf}, "491231235959Z", 307u},
+                                    {tv::GetTimeFromUtcTimeLeaf, "491231235959-0300", 0u},
+                                    {tv::GetTimeFromUtcTimeLeaf, "", 302u},
+                                    {tv::GetTimeFromGeneralizedTimeLeaf, "20491231235959Z", 0u},
+                                    {tv::GetTimeFromGeneralizedTimeLeaf, "20491231235959", 307u}}) {
+        const std::string s = text;
+        Asn1Primitive leaf{ASN1_UTC_TIME, uint32_t(s.size()), s.empty() ? nullptr : const_cast<uint8_t*>(U8(text))};
+        LibraryTime t{};
+        EXPECT_EQ(reader(&leaf, &t), rc) << text;
+        EXPECT_EQ(reader(nullptr, &t), 311u);
+    }
+    for (auto [milli, micro, text] : {std::tuple{500u, 0u, "20240229120000.5Z"}, {0u, 1u, "20240229120000.000001Z"},
+                                      {0u, 0u, "20240229120000Z"}, {123u, 456u, "20240229120000.123456Z"},
+                                      {120u, 0u, "20240229120000.12Z"}}) {
+        const LibraryPreciseTime t{2024, 2, 29, 12, 0, 0, milli, micro};
+        void* leaf = nullptr;
+        ASSERT_EQ(tv::SetPreciseGeneralizedTimeLeaf(&leaf, &t), 0u);  // the shortest fraction
+        const auto* p = static_cast<const Asn1Primitive*>(leaf);
+        EXPECT_EQ(std::string(reinterpret_cast<char*>(p->content), p->length), text);
+        LibraryPreciseTime back{};
+        EXPECT_EQ(tv::GetPreciseTimeFromGeneralizedTimeLeaf(leaf, &back), 0u);
+        EXPECT_EQ(std::memcmp(&back, &t, sizeof t), 0);
+        FreeAsn1Object(&tv::desc::kGeneralizedTime, leaf);
+    }
+    for (auto [text, rc, milli, micro] :
+         {std::tuple{"20240229120000.1234Z", 0u, 123u, 400u}, {"20240229120000.123456789Z", 0u, 123u, 456u},
+          {"20240229120000,5Z", 307u, 0u, 0u}, {"20240229120000.5", 307u, 0u, 0u}, {"202402291200Z", 307u, 0u, 0u},
+          {"", 302u, 0u, 0u}, {"20241329120000.5Z", 313u, 0u, 0u}}) {
+        const std::string s = text;
+        Asn1Primitive leaf{ASN1_GENERALIZED_TIME, uint32_t(s.size()), s.empty() ? nullptr : const_cast<uint8_t*>(U8(text))};
+        LibraryPreciseTime t{};
+        EXPECT_EQ(tv::GetPreciseTimeFromGeneralizedTimeLeaf(&leaf, &t), rc) << text;
+        EXPECT_EQ(t.millisecond * 1000 + t.microsecond, milli * 1000 + micro) << text;
+    }
+    const LibraryPreciseTime wide{2024, 2, 29, 12, 0, 0, 1000, 0};
+    void* slot = nullptr;
+    EXPECT_EQ(tv::SetPreciseGeneralizedTimeLeaf(&slot, &wide), 313u);
+    EXPECT_EQ(slot, nullptr);
+    const LibraryTime t = Make({2049, 12, 31, 23, 59, 59}), wideYear = Make({12050, 1, 1, 0, 0, 0});
+    ASSERT_EQ(tv::SetUtcTimeLeaf(&slot, &t), 0u);
+    EXPECT_EQ(Get(GetAsn1EncodedValue, slot, &tv::desc::kUtcTime).bytes, Element(0x17, "491231235959Z"));
+    EXPECT_EQ(tv::SetGeneralizedTimeLeaf(&slot, &wideYear), 313u);
+    FreeAsn1Object(&tv::desc::kUtcTime, slot);
+    void* choice = nullptr;
+    ASSERT_EQ(tv::SetTimeChoice(&choice, &t), 0u);
+    EXPECT_EQ(tv::SetTimeChoice(&choice, nullptr), 313u);
+    static_cast<Asn1ChoiceValue*>(choice)->index = 2;  // an alternative Time does not have
+    LibraryTime back{};
+    EXPECT_EQ(tv::GetTimeFromTimeChoice(choice, &back), 307u);
+    static_cast<Asn1ChoiceValue*>(choice)->index = 0;
+    FreeAsn1Object(&tv::desc::kTime, choice);
+}
+
+}  // namespace
