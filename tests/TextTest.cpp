@@ -461,6 +461,9 @@ TEST(Time, PrimitiveValueCodecs) {
 // Time readers and writers that no exported call reaches yet (the time-stamp and OCSP families
 // will); their names are internal and may change with them.
 TEST(TimeInternals, LeavesAwaitingTheirCallers) {
+    auto leaf = [](uint32_t type, const char* text) {
+        return Asn1Primitive{type, uint32_t(std::strlen(text)), *text ? const_cast<uint8_t*>(U8(text)) : nullptr};
+    };
     // The lone UTCTime reader wants 15 octets, so it refuses what the writer produces (kept as it is).
     using Reader = uint32_t (*)(const void*, LibraryTime*) noexcept;
     for (auto [reader, text, rc] : {std::tuple{Reader{tv::GetTimeFromUtcTimeLeaf}, "491231235959Z", 307u},
@@ -468,33 +471,31 @@ TEST(TimeInternals, LeavesAwaitingTheirCallers) {
                                     {tv::GetTimeFromUtcTimeLeaf, "", 302u},
                                     {tv::GetTimeFromGeneralizedTimeLeaf, "20491231235959Z", 0u},
                                     {tv::GetTimeFromGeneralizedTimeLeaf, "20491231235959", 307u}}) {
-        const std::string s = text;
-        Asn1Primitive leaf{ASN1_UTC_TIME, uint32_t(s.size()), s.empty() ? nullptr : const_cast<uint8_t*>(U8(text))};
+        const Asn1Primitive utc = leaf(ASN1_UTC_TIME, text);
         LibraryTime t{};
-        EXPECT_EQ(reader(&leaf, &t), rc) << text;
+        EXPECT_EQ(reader(&utc, &t), rc) << text;
         EXPECT_EQ(reader(nullptr, &t), 311u);
     }
     for (auto [milli, micro, text] : {std::tuple{500u, 0u, "20240229120000.5Z"}, {0u, 1u, "20240229120000.000001Z"},
                                       {0u, 0u, "20240229120000Z"}, {123u, 456u, "20240229120000.123456Z"},
                                       {120u, 0u, "20240229120000.12Z"}}) {
         const LibraryPreciseTime t{2024, 2, 29, 12, 0, 0, milli, micro};
-        void* leaf = nullptr;
-        ASSERT_EQ(tv::SetPreciseGeneralizedTimeLeaf(&leaf, &t), 0u);  // the shortest fraction
-        const auto* p = static_cast<const Asn1Primitive*>(leaf);
+        void* written = nullptr;
+        ASSERT_EQ(tv::SetPreciseGeneralizedTimeLeaf(&written, &t), 0u);  // the shortest fraction
+        const auto* p = static_cast<const Asn1Primitive*>(written);
         EXPECT_EQ(std::string(reinterpret_cast<char*>(p->content), p->length), text);
         LibraryPreciseTime back{};
-        EXPECT_EQ(tv::GetPreciseTimeFromGeneralizedTimeLeaf(leaf, &back), 0u);
+        EXPECT_EQ(tv::GetPreciseTimeFromGeneralizedTimeLeaf(written, &back), 0u);
         EXPECT_EQ(std::memcmp(&back, &t, sizeof t), 0);
-        FreeAsn1Object(&tv::desc::kGeneralizedTime, leaf);
+        FreeAsn1Object(&tv::desc::kGeneralizedTime, written);
     }
     for (auto [text, rc, milli, micro] :
          {std::tuple{"20240229120000.1234Z", 0u, 123u, 400u}, {"20240229120000.123456789Z", 0u, 123u, 456u},
           {"20240229120000,5Z", 307u, 0u, 0u}, {"20240229120000.5", 307u, 0u, 0u}, {"202402291200Z", 307u, 0u, 0u},
           {"", 302u, 0u, 0u}, {"20241329120000.5Z", 313u, 0u, 0u}}) {
-        const std::string s = text;
-        Asn1Primitive leaf{ASN1_GENERALIZED_TIME, uint32_t(s.size()), s.empty() ? nullptr : const_cast<uint8_t*>(U8(text))};
+        const Asn1Primitive generalized = leaf(ASN1_GENERALIZED_TIME, text);
         LibraryPreciseTime t{};
-        EXPECT_EQ(tv::GetPreciseTimeFromGeneralizedTimeLeaf(&leaf, &t), rc) << text;
+        EXPECT_EQ(tv::GetPreciseTimeFromGeneralizedTimeLeaf(&generalized, &t), rc) << text;
         EXPECT_EQ(t.millisecond * 1000 + t.microsecond, milli * 1000 + micro) << text;
     }
     const LibraryPreciseTime wide{2024, 2, 29, 12, 0, 0, 1000, 0};
