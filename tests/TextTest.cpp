@@ -282,8 +282,9 @@ std::string Show(const LibraryTime& t) {
 }
 // A primitive element of universal `tag` around text contents.
 Bytes Element(uint8_t tag, const std::string& contents) {
-    Bytes b{tag, uint8_t(contents.size())};
-    b.insert(b.end(), contents.begin(), contents.end());
+    Bytes b(contents.size() + 2, tag);
+    b[1] = static_cast<uint8_t>(contents.size());
+    std::copy(contents.begin(), contents.end(), b.begin() + 2);
     return b;
 }
 
