@@ -69,13 +69,9 @@ struct Tree {
     void* v = nullptr;
     explicit Tree(const Asn1Descriptor* desc) : d(desc) {}
     ~Tree() { FreeAsn1Object(d, v); }
+    uint32_t consumed = 0;
     void* slot(int i) const { return static_cast<void**>(v)[i]; }
-    uint32_t Decode(const Bytes& in, uint32_t* consumed = nullptr) {
-        uint32_t used = 0;
-        const uint32_t rc = Asn1DecodeItem(in.data(), Size(in), d, &v, &used);
-        if (consumed) *consumed = used;
-        return rc;
-    }
+    uint32_t Decode(const Bytes& in) { return Asn1DecodeItem(in.data(), Size(in), d, &v, &consumed); }
     Got Encode(const Asn1Descriptor* as = nullptr) const { return Get(GetAsn1EncodedValue, v, as ? as : d); }
 };
 
@@ -125,6 +121,7 @@ TEST(Decoder, Table) {
         {"primitive indefinite", &kOctets, "04 80 AA 00 00", 335, 0, nullptr},
         // Structures: OPTIONAL and DEFAULT components.
         {"only required", &kSample, "30 03 02 01 05", 0, 5, nullptr},
+        {"empty note, no text", &kSample, "30 05 02 01 05 81 00", 0, 7, nullptr},
         {"all present", &kSample, "30 12 A0 03 02 01 02 01 01 FF 02 01 05 81 01 AA 0C 02 68 69", 0, 20, nullptr},
         {"defaults written", &kSample, "30 0B A0 03 02 01 00 01 01 00 02 01 05", 0, 13, "30 03 02 01 05"},
         {"optional skipped", &kSample, "30 07 02 01 05 0C 02 68 69", 0, 9, nullptr},
@@ -145,6 +142,9 @@ TEST(Decoder, Table) {
         {"any past input", &kAny, "30 05 02 01 05", 302, 0, nullptr},
         // Lists: a SET OF is written in DER order, a SEQUENCE OF as it came.
         {"set of", &kIntSetOf, "31 06 02 01 05 02 01 03", 0, 8, "31 06 02 01 03 02 01 05"},
+        {"set of, a prefix first", &kIntSetOf, "31 07 02 02 05 00 02 01 05", 0, 9, "31 07 02 01 05 02 02 05 00"},
+        {"set of, by octets not length", &kIntSetOf, "31 07 02 01 7F 02 02 00 80", 0, 9, nullptr},
+        {"set of, equal ones kept", &kIntSetOf, "31 09 02 01 01 02 01 01 02 01 00", 0, 11, "31 09 02 01 00 02 01 01 02 01 01"},
         {"set of empty", &kIntSetOf, "31 00", 0, 2, nullptr},
         {"set of indefinite", &kIntSetOf, "31 80 02 01 05 00 00", 0, 7, "31 03 02 01 05"},
         {"set of stray octet", &kIntSetOf, "31 04 02 01 05 00", 302, 0, nullptr},
@@ -165,15 +165,16 @@ TEST(Decoder, Table) {
     for (const auto& c : cases) {
         SCOPED_TRACE(c.name);
         Tree tree(c.d);
-        uint32_t consumed = 0;
-        ASSERT_EQ(tree.Decode(Hex(c.in), &consumed), c.code);
-        if (c.code != 0) {
-            EXPECT_EQ(tree.v, nullptr);
-            continue;
+        ASSERT_EQ(tree.Decode(Hex(c.in)), c.code);
+        EXPECT_EQ(tree.v == nullptr, c.code != 0);
+        if (c.code == 0) {
+            EXPECT_EQ(tree.consumed, c.consumed);
+            EXPECT_EQ(tree.Encode().hex(), H(c.reencoded ? c.reencoded : c.in));
         }
-        EXPECT_EQ(consumed, c.consumed);
-        EXPECT_EQ(tree.Encode().hex(), H(c.reencoded ? c.reencoded : c.in));
     }
+    uint32_t line = 0;  // the last failure stays on record through the successes after it
+    EXPECT_STREQ(GetLastFileErrorAsn(&line), "tarvelon/Asn1Codec.cpp");
+    EXPECT_GT(line, 0u);
     // An absent OPTIONAL is no error even without input; a required component is.
     void* v = reinterpret_cast<void*>(1);
     uint32_t consumed = 7;
@@ -201,20 +202,8 @@ TEST(Decoder, NestingIsBoundedAndAnyCostsNoStack) {
     }
     // An ANY measures its indefinite end iteratively, however deep the nesting.
     Tree any(&kAny);
-    uint32_t consumed = 0;
-    ASSERT_EQ(any.Decode(nested(200000, 1), &consumed), 0u);
-    EXPECT_EQ(consumed, 800000u);
-}
-
-TEST(Decoder, DefaultsAreCopiesAndAbsentOptionalsStayNull) {
-    Tree t(&kSample);
-    ASSERT_EQ(t.Decode(Hex("30 05 02 01 05 81 00")), 0u);
-    ASSERT_NE(t.slot(kVersion), nullptr);
-    EXPECT_EQ(Leaf(t.slot(kVersion))->content[0], 0);
-    EXPECT_NE(t.slot(kFlag), &kFalse);
-    EXPECT_EQ(Leaf(t.slot(kNote))->length, 0u);
-    EXPECT_EQ(Leaf(t.slot(kNote))->word, uint32_t{ASN1_OCTET_STRING});
-    EXPECT_EQ(t.slot(kText), nullptr);
+    ASSERT_EQ(any.Decode(nested(200000, 1)), 0u);
+    EXPECT_EQ(any.consumed, 800000u);
 }
 
 TEST(HeaderInfo, Table) {
@@ -231,9 +220,6 @@ TEST(HeaderInfo, Table) {
         {"5F 81 00 00", 0, 0x40, 0x00, 128, 0, 0, 4},
         {"04 82 01 00", 0, 0x00, 0x00, 4, 256, 0, 4},
         {"04 82 01 00", 302, 0, 0, 0, 0, 0, 0, false},
-        {"04", 302, 0, 0, 0, 0, 0, 0},
-        {"1F 80", 302, 0, 0, 0, 0, 0, 0},
-        {"04 85 00 00 00 00 01", 304, 0, 0, 0, 0, 0, 0},
         {"9F 8F FF FF FF 7F 00", 0, 0x80, 0x00, 0xFFFFFFFF, 0, 0, 7},
         {"9F 80 80 80 80 80 01 00", 0, 0x80, 0x00, 1, 0, 0, 8},  // leading zero groups
         {"9F 90 80 80 80 00 00", 302, 0, 0, 0, 0, 0, 0},           // 2^32
@@ -309,27 +295,6 @@ TEST(Encoder, LengthFormsAndHighTags) {
     }
 }
 
-TEST(Encoder, SetOfOrderIsBytewiseAndOnlyInTheOutput) {
-    const struct {
-        const char *in, *out;
-        bool sorted;
-    } cases[] = {
-        {"31 06 02 01 05 02 01 03", "31 06 02 01 05 02 01 03", false},
-        {"31 07 02 02 05 00 02 01 05", "31 07 02 01 05 02 02 05 00", true},        // a prefix first
-        {"31 07 02 01 7F 02 02 00 80", "31 07 02 01 7F 02 02 00 80", true},        // by octets, not length
-        {"31 09 02 01 01 02 01 01 02 01 00", "31 09 02 01 00 02 01 01 02 01 01", true},  // equal ones kept
-    };
-    for (const auto& c : cases) {
-        SCOPED_TRACE(c.in);
-        Tree list(&kIntSetOf);
-        ASSERT_EQ(list.Decode(Hex(c.in)), 0u);
-        auto* l = static_cast<Asn1List*>(list.v);
-        ASSERT_EQ(SetAsn1ListSorted(l, c.sorted), 0u);
-        EXPECT_EQ(list.Encode().hex(), H(c.out));
-        EXPECT_EQ(Leaf(l->items[0])->content[0], Hex(c.in)[4]);
-    }
-}
-
 TEST(Encoder, Refusals) {
     Tree unset(&kSample);
     ASSERT_EQ(CreateAsn1Object(&kSample, &unset.v, 0), 0u);
@@ -345,24 +310,12 @@ TEST(Encoder, Refusals) {
     EXPECT_EQ(Get(GetAsn1EncodedValue, slots, &kSetStruct).rc, 300u);
     uint32_t size = 0;
     EXPECT_EQ(Asn1Encode(nullptr, &kInt, nullptr, &size), 32u);
-}
-
-// A context-tagged ANY rewrites the stored identifier and keeps its constructed bit.
-TEST(Encoder, TaggedAny) {
+    // A context-tagged ANY rewrites the stored identifier and keeps its constructed bit.
     Tree any(&kAny);
     ASSERT_EQ(any.Decode(Hex("30 03 02 01 05")), 0u);
     constexpr Asn1Descriptor kImplicitAny = Tagged(4, kAny), kExplicitAny = Tagged(4, kAny, ASN1_FLAG_EXPLICIT);
     EXPECT_EQ(any.Encode(&kImplicitAny).hex(), H("A4 03 02 01 05"));
     EXPECT_EQ(any.Encode(&kExplicitAny).hex(), H("A4 05 30 03 02 01 05"));
-}
-
-TEST(LastError, RecordsTheFailureSiteAndSurvivesSuccess) {
-    Tree bad(&kSample), ok(&kInt);
-    ASSERT_EQ(bad.Decode(Hex("30 05 02 02 00 05 00")), 307u);
-    ASSERT_EQ(ok.Decode(Hex("02 01 05")), 0u);
-    uint32_t line = 0;
-    EXPECT_STREQ(GetLastFileErrorAsn(&line), "tarvelon/Asn1Codec.cpp");
-    EXPECT_GT(line, 0u);
 }
 
 // Holder ::= SEQUENCE { v INTEGER DEFAULT 0, n INTEGER, c Alt, a ANY, l SEQUENCE OF INTEGER, o OCTET STRING OPTIONAL }
@@ -459,18 +412,15 @@ TEST(Leaves, IntegersBooleansAndTheSizeProtocol) {
     }
     FreeAsn1Object(&kInt, raw);
 
-    const struct {
-        const char* content;
-        uint32_t word, get, check, flag;
-    } booleans[] = {{"00", 1, 0, 0, 0}, {"FF", 1, 0, 0, 1}, {"01", 1, 307, 307, 0}, {"00 00", 1, 307, 307, 0},
-                    {"FF", 4, 0, 307, 1}};
-    for (const auto& c : booleans) {
-        Bytes content = Hex(c.content);
-        Asn1Primitive p{c.word, Size(content), content.data()};
-        uint32_t flag = 0;
-        EXPECT_EQ(GetAsn1Boolean(&p, &flag), c.get) << c.content;
-        EXPECT_EQ(flag, c.flag) << c.content;
-        EXPECT_EQ(CheckAsn1Boolean(&p), c.check) << c.content;
+    // content, word, then what GetAsn1Boolean returns and gives and what CheckAsn1Boolean returns
+    for (auto [content, word, get, flag, check] : {std::tuple{"00", 1u, 0u, 0u, 0u}, {"FF", 1u, 0u, 1u, 0u}, {"01", 1u, 307u, 0u, 307u},
+                                                   {"00 00", 1u, 307u, 0u, 307u}, {"FF", 4u, 0u, 1u, 307u}}) {
+        Bytes octets = Hex(content);
+        Asn1Primitive p{word, Size(octets), octets.data()};
+        uint32_t got = 0;
+        EXPECT_EQ(GetAsn1Boolean(&p, &got), get) << content;
+        EXPECT_EQ(got, flag) << content;
+        EXPECT_EQ(CheckAsn1Boolean(&p), check) << content;
     }
     Asn1Primitive* t = AllocAsn1Boolean(7);
     EXPECT_EQ(ToHex(t->content, 1), "FF");
@@ -561,15 +511,19 @@ TEST(Oids, ElementsAndEquality) {
 }
 
 TEST(Lists, ItemsOctetStringsChoicesAndAny) {
-    Tree list(&kIntSeqOf);
-    ASSERT_EQ(list.Decode(Hex("30 06 02 01 05 02 01 03")), 0u);
+    // A SET OF is put in DER order in the output only, and not at all with sorting off.
+    Tree list(&kIntSetOf);
+    ASSERT_EQ(list.Decode(Hex("31 06 02 01 05 02 01 03")), 0u);
     auto* l = static_cast<Asn1List*>(list.v);
+    EXPECT_EQ(list.Encode().hex(), H("31 06 02 01 03 02 01 05"));
     void* item = nullptr;
+    ASSERT_EQ(GetAsn1ListItem(l, 0, &item), 0u);
+    EXPECT_EQ(Leaf(item)->content[0], 5);
+    ASSERT_EQ(SetAsn1ListSorted(l, 0), 0u);
+    EXPECT_EQ(list.Encode().hex(), H("31 06 02 01 05 02 01 03"));
     EXPECT_EQ(GetAsn1ListLength(l), 2u);
     EXPECT_EQ(GetAsn1ListItem(l, -1, &item), 32u);
     EXPECT_EQ(GetAsn1ListItem(l, 2, &item), 32u);
-    ASSERT_EQ(GetAsn1ListItem(l, 1, &item), 0u);
-    EXPECT_EQ(Leaf(item)->content[0], 3);
 
     Own<FreeOctetStrings> strings;
     uint32_t n = 0;
@@ -592,19 +546,13 @@ TEST(Lists, ItemsOctetStringsChoicesAndAny) {
     v = &bad, d = &kAlt;
     EXPECT_EQ(GetAsn1ChoiceUnderlyingType(&v, &d), 306u);
 
-    for (auto [element, cls, cons, tag, length, header] :
-         {std::tuple{"30 03 02 01 05", 0x00, 0x20, 16u, 3u, 2u}, {"A1 80 02 01 05 00 00", 0x80, 0x20, 1u, 5u, 2u}}) {
-        SCOPED_TRACE(element);
-        Tree any(&kAny);
-        ASSERT_EQ(any.Decode(Hex(element)), 0u);
-        const auto* p = Leaf(any.v);
-        EXPECT_EQ(p->word, tag);
-        uint8_t c, k;
-        uint32_t t, len, hdr;
-        ASSERT_EQ(GetAsn1AnyInfo(p, &c, &k, &t, &len, &hdr), 0u);
-        EXPECT_EQ(std::vector<uint32_t>({c, k, t, len, hdr}), std::vector<uint32_t>({uint32_t(cls), uint32_t(cons), tag, length, header}));
-        EXPECT_EQ(Get(GetAsn1AnyValue, p).hex(), H(element));
-    }
+    Tree any(&kAny);  // an indefinite ANY is measured to its end-of-contents
+    ASSERT_EQ(any.Decode(Hex("A1 80 02 01 05 00 00")), 0u);
+    uint8_t cls, cons;
+    uint32_t tag, len, header;
+    ASSERT_EQ(GetAsn1AnyInfo(Leaf(any.v), &cls, &cons, &tag, &len, &header), 0u);
+    EXPECT_EQ(std::vector<uint32_t>({Leaf(any.v)->word, cls, cons, tag, len, header}), std::vector<uint32_t>({1, 0x80, 0x20, 1, 5, 2}));
+    EXPECT_EQ(Get(GetAsn1AnyValue, Leaf(any.v)).hex(), H("A1 80 02 01 05 00 00"));
 }
 
 // Engine helpers that no exported call reaches yet; the message families will. Their names are
@@ -617,7 +565,6 @@ TEST(EngineInternals, HelpersAwaitingTheirCallers) {
 
     Asn1List* list = tv::ListCreate();
     for (int i = 0; i < 11; ++i) ASSERT_EQ(tv::ListAppend(list, AllocAsn1Integer(i)), 0u);
-    EXPECT_EQ(list->capacity, 215u);
     Asn1Primitive* dup = AllocAsn1Integer(4);
     EXPECT_EQ(tv::ListAppendUnique(list, &kInt, dup), 344u);  // equal encodings are refused
     EXPECT_EQ(tv::ListAppendUnique(nullptr, &kInt, dup), 32u);
