@@ -69,13 +69,9 @@ struct Tree {
     void* v = nullptr;
     explicit Tree(const Asn1Descriptor* desc) : d(desc) {}
     ~Tree() { FreeAsn1Object(d, v); }
+    uint32_t consumed = 0;
     void* slot(int i) const { return static_cast<void**>(v)[i]; }
-    uint32_t Decode(const Bytes& in, uint32_t* consumed = nullptr) {
-        uint32_t used = 0;
-        const uint32_t rc = Asn1DecodeItem(in.data(), Size(in), d, &v, &used);
-        if (consumed) *consumed = used;
-        return rc;
-    }
+    uint32_t Decode(const Bytes& in) { return Asn1DecodeItem(in.data(), Size(in), d, &v, &consumed); }
     Got Encode(const Asn1Descriptor* as = nullptr) const { return Get(GetAsn1EncodedValue, v, as ? as : d); }
 };
 
@@ -125,6 +121,7 @@ TEST(Decoder, Table) {
         {"primitive indefinite", &kOctets, "04 80 AA 00 00", 335, 0, nullptr},
         // Structures: OPTIONAL and DEFAULT components.
         {"only required", &kSample, "30 03 02 01 05", 0, 5, nullptr},
+        {"empty note, no text", &kSample, "30 05 02 01 05 81 00", 0, 7, nullptr},
         {"all present", &kSample, "30 12 A0 03 02 01 02 01 01 FF 02 01 05 81 01 AA 0C 02 68 69", 0, 20, nullptr},
         {"defaults written", &kSample, "30 0B A0 03 02 01 00 01 01 00 02 01 05", 0, 13, "30 03 02 01 05"},
         {"optional skipped", &kSample, "30 07 02 01 05 0C 02 68 69", 0, 9, nullptr},
@@ -145,6 +142,9 @@ TEST(Decoder, Table) {
         {"any past input", &kAny, "30 05 02 01 05", 302, 0, nullptr},
         // Lists: a SET OF is written in DER order, a SEQUENCE OF as it came.
         {"set of", &kIntSetOf, "31 06 02 01 05 02 01 03", 0, 8, "31 06 02 01 03 02 01 05"},
+        {"set of, a prefix first", &kIntSetOf, "31 07 02 02 05 00 02 01 05", 0, 9, "31 07 02 01 05 02 02 05 00"},
+        {"set of, by octets not length", &kIntSetOf, "31 07 02 01 7F 02 02 00 80", 0, 9, nullptr},
+        {"set of, equal ones kept", &kIntSetOf, "31 09 02 01 01 02 01 01 02 01 00", 0, 11, "31 09 02 01 00 02 01 01 02 01 01"},
         {"set of empty", &kIntSetOf, "31 00", 0, 2, nullptr},
         {"set of indefinite", &kIntSetOf, "31 80 02 01 05 00 00", 0, 7, "31 03 02 01 05"},
         {"set of stray octet", &kIntSetOf, "31 04 02 01 05 00", 302, 0, nullptr},
@@ -165,15 +165,16 @@ TEST(Decoder, Table) {
     for (const auto& c : cases) {
         SCOPED_TRACE(c.name);
         Tree tree(c.d);
-        uint32_t consumed = 0;
-        ASSERT_EQ(tree.Decode(Hex(c.in), &consumed), c.code);
-        if (c.code != 0) {
-            EXPECT_EQ(tree.v, nullptr);
-            continue;
+        ASSERT_EQ(tree.Decode(Hex(c.in)), c.code);
+        EXPECT_EQ(tree.v == nullptr, c.code != 0);
+        if (c.code == 0) {
+            EXPECT_EQ(tree.consumed, c.consumed);
+            EXPECT_EQ(tree.Encode().hex(), H(c.reencoded ? c.reencoded : c.in));
         }
-        EXPECT_EQ(consumed, c.consumed);
-        EXPECT_EQ(tree.Encode().hex(), H(c.reencoded ? c.reencoded : c.in));
     }
+    uint32_t line = 0;  // the last failure stays on record through the successes after it
+    EXPECT_STREQ(GetLastFileErrorAsn(&line), "tarvelon/Asn1Codec.cpp");
+    EXPECT_GT(line, 0u);
     // An absent OPTIONAL is no error even without input; a required component is.
     void* v = reinterpret_cast<void*>(1);
     uint32_t consumed = 7;
@@ -201,20 +202,8 @@ TEST(Decoder, NestingIsBoundedAndAnyCostsNoStack) {
     }
     // An ANY measures its indefinite end iteratively, however deep the nesting.
     Tree any(&kAny);
-    uint32_t consumed = 0;
-    ASSERT_EQ(any.Decode(nested(200000, 1), &consumed), 0u);
-    EXPECT_EQ(consumed, 800000u);
-}
-
-TEST(Decoder, DefaultsAreCopiesAndAbsentOptionalsStayNull) {
-    Tree t(&kSample);
-    ASSERT_EQ(t.Decode(Hex("30 05 02 01 05 81 00")), 0u);
-    ASSERT_NE(t.slot(kVersion), nullptr);
-    EXPECT_EQ(Leaf(t.slot(kVersion))->content[0], 0);
-    EXPECT_NE(t.slot(kFlag), &kFalse);
-    EXPECT_EQ(Leaf(t.slot(kNote))->length, 0u);
-    EXPECT_EQ(Leaf(t.slot(kNote))->word, uint32_t{ASN1_OCTET_STRING});
-    EXPECT_EQ(t.slot(kText), nullptr);
+    ASSERT_EQ(any.Decode(nested(200000, 1)), 0u);
+    EXPECT_EQ(any.consumed, 800000u);
 }
 
 TEST(HeaderInfo, Table) {
@@ -223,35 +212,29 @@ TEST(HeaderInfo, Table) {
         uint32_t code;
         uint8_t cls, cons;
         uint32_t tag, length, indefinite, header;
+        bool askForm = true;  // without the form asked for, the content length is checked against the input
     } cases[] = {
         {"30 03 02 01 05", 0, 0x00, 0x20, 16, 3, 0, 2},
         {"A0 80 02 01 05 00 00", 0, 0x80, 0x20, 0, 5, 1, 2},
         {"9F 1F 01 05", 0, 0x80, 0x00, 31, 1, 0, 3},
         {"5F 81 00 00", 0, 0x40, 0x00, 128, 0, 0, 4},
-        {"04 82 01 00", 0, 0x00, 0x00, 4, 256, 0, 4},  // length not checked when the form is asked for
-        {"04", 302, 0, 0, 0, 0, 0, 0},
-        {"1F 80", 302, 0, 0, 0, 0, 0, 0},
-        {"04 85 00 00 00 00 01", 304, 0, 0, 0, 0, 0, 0},
+        {"04 82 01 00", 0, 0x00, 0x00, 4, 256, 0, 4},
+        {"04 82 01 00", 302, 0, 0, 0, 0, 0, 0, false},
         {"9F 8F FF FF FF 7F 00", 0, 0x80, 0x00, 0xFFFFFFFF, 0, 0, 7},
         {"9F 80 80 80 80 80 01 00", 0, 0x80, 0x00, 1, 0, 0, 8},  // leading zero groups
         {"9F 90 80 80 80 00 00", 302, 0, 0, 0, 0, 0, 0},           // 2^32
     };
+    uint8_t cls = 9, cons = 9;
+    uint32_t tag = 0, len = 0, indef = 0, header = 0;
     for (const auto& c : cases) {
         SCOPED_TRACE(c.in);
         const Bytes in = Hex(c.in);
-        uint8_t cls = 9, cons = 9;
-        uint32_t tag = 0, len = 0, indef = 0, header = 0;
-        ASSERT_EQ(GetAsn1ObjectInfo(in.data(), Size(in), &cls, &cons, &tag, &len, &indef, &header), c.code);
+        ASSERT_EQ(GetAsn1ObjectInfo(in.data(), Size(in), &cls, &cons, &tag, &len, c.askForm ? &indef : nullptr, &header), c.code);
         if (c.code == 0) {
             EXPECT_EQ(std::vector<uint32_t>({cls, cons, tag, len, indef, header}),
                       std::vector<uint32_t>({c.cls, c.cons, c.tag, c.length, c.indefinite, c.header}));
         }
     }
-    // Without the form asked for, the content length is checked against the input.
-    const Bytes shortInput = Hex("04 82 01 00");
-    uint8_t cls, cons;
-    uint32_t tag, len, header;
-    EXPECT_EQ(GetAsn1ObjectInfo(shortInput.data(), 4, &cls, &cons, &tag, &len, nullptr, &header), 302u);
     // A stored ANY is read with the same bound, so a hand-made record cannot send its readers past it.
     Bytes cut = Hex("30 05 02 01 05");
     const Asn1Primitive any{0x30, 5, cut.data()};
@@ -290,78 +273,36 @@ TEST(AnyValues, EveryEntryPointTakesOneWholeElement) {
         {"9F 90 80 80 80 1F 00", 32},  {"30", 32},
     };
     for (const auto& [entry, call] : entries)
-        for (const auto& [in, code] : inputs) {
-            SCOPED_TRACE(std::string(entry) + ": " + in);
-            EXPECT_EQ(call(Hex(in)), code);
-        }
+        for (const auto& [in, code] : inputs) EXPECT_EQ(call(Hex(in)), code) << entry << ": " << in;
 }
 
 TEST(Encoder, LengthFormsAndHighTags) {
     for (auto [n, header] : {std::pair{0u, "04 00"}, {127u, "04 7F"}, {128u, "04 81 80"}, {255u, "04 81 FF"},
                              {256u, "04 82 01 00"}, {65535u, "04 82 FF FF"}, {65536u, "04 83 01 00 00"},
                              {16777216u, "04 84 01 00 00 00"}}) {
-        SCOPED_TRACE(n);
         Bytes content(n, 0xAB);
         Asn1Primitive p{ASN1_OCTET_STRING, n, content.data()};
         const Got out = Get(GetAsn1EncodedValue, &p, &kOctets);
-        ASSERT_EQ(out.bytes.size(), Hex(header).size() + n);
-        EXPECT_EQ(ToHex(out.bytes.data(), Hex(header).size()), H(header));
+        ASSERT_EQ(out.bytes.size(), Hex(header).size() + n) << n;
+        EXPECT_EQ(ToHex(out.bytes.data(), Hex(header).size()), H(header)) << n;
     }
-    for (auto [tag, constructed, header] : {std::tuple{30, false, "9E"}, {31, false, "9F 1F"}, {31, true, "BF 1F"},
-                                            {127, false, "9F 7F"}, {128, false, "9F 81 00"}, {16384, false, "9F 81 80 00"}}) {
-        SCOPED_TRACE(tag);
+    for (auto [tag, constructed, der] : {std::tuple{30, 0, "9E 00"}, {31, 0, "9F 1F 00"}, {31, ASN1_CONSTRUCTED_FORM, "BF 1F 00"},
+                                         {127, 0, "9F 7F 00"}, {128, 0, "9F 81 00 00"}, {16384, 0, "9F 81 80 00 00"}}) {
         Asn1Descriptor d = Tagged(tag, kNull);
-        if (constructed) d.constructed = ASN1_CONSTRUCTED_FORM;
+        d.constructed = uint8_t(constructed);
         Asn1Primitive null{ASN1_NULL, 0, nullptr};
-        const Got out = Get(GetAsn1EncodedValue, &null, &d);
-        EXPECT_EQ(out.hex(), H(header + std::string("00")));
-        Tree back(&d);
-        if (!constructed) {
-            EXPECT_EQ(back.Decode(out.bytes), 0u);
-        }
+        EXPECT_EQ(Get(GetAsn1EncodedValue, &null, &d).hex(), H(der)) << tag;
     }
 }
 
-TEST(Encoder, SetOfOrderIsBytewiseAndOnlyInTheOutput) {
-    const struct {
-        const char* name;
-        const char* in;
-        bool sorted;
-        const char* out;
-    } cases[] = {
-        {"sorted", "31 06 02 01 05 02 01 03", true, "31 06 02 01 03 02 01 05"},
-        {"unsorted keeps order", "31 06 02 01 05 02 01 03", false, "31 06 02 01 05 02 01 03"},
-        {"prefix first", "31 07 02 02 05 00 02 01 05", true, "31 07 02 01 05 02 02 05 00"},
-        {"by octets, not length", "31 07 02 01 7F 02 02 00 80", true, "31 07 02 01 7F 02 02 00 80"},
-        {"equal kept", "31 09 02 01 01 02 01 01 02 01 00", true, "31 09 02 01 00 02 01 01 02 01 01"},
-    };
-    for (const auto& c : cases) {
-        SCOPED_TRACE(c.name);
-        Tree list(&kIntSetOf);
-        ASSERT_EQ(list.Decode(Hex(c.in)), 0u);
-        auto* l = static_cast<Asn1List*>(list.v);
-        ASSERT_EQ(SetAsn1ListSorted(l, c.sorted), 0u);
-        EXPECT_EQ(list.Encode().hex(), H(c.out));
-        void* first = nullptr;
-        ASSERT_EQ(GetAsn1ListItem(l, 0, &first), 0u);
-        EXPECT_EQ(Leaf(first)->content[0], Hex(c.in)[4]);
-    }
-}
-
-TEST(Encoder, DefaultsOmittedAndRefusals) {
-    Tree t(&kSample);
-    ASSERT_EQ(CreateAsn1Object(&kSample, &t.v, 1), 0u);
-    ASSERT_EQ(SetAsn1Int32(static_cast<Asn1Primitive*>(t.slot(kNumber)), 5), 0u);
-    EXPECT_EQ(t.Encode().hex(), H("30 03 02 01 05"));  // version 0 and FALSE omitted
+TEST(Encoder, Refusals) {
     Tree unset(&kSample);
     ASSERT_EQ(CreateAsn1Object(&kSample, &unset.v, 0), 0u);
     EXPECT_EQ(unset.Encode().rc, 311u);  // a required component never set
-
     // A DEFAULT of a kind that cannot be compared makes a present component unencodable.
     static constinit const Asn1Primitive kNullDefault{ASN1_NULL, 0, nullptr};
     constexpr Asn1Descriptor kNullWithDefault = Opt(kNull, &kNullDefault);
-    Asn1Primitive null{ASN1_NULL, 0, nullptr};
-    EXPECT_EQ(Get(GetAsn1EncodedValue, &null, &kNullWithDefault).rc, 300u);
+    EXPECT_EQ(Get(GetAsn1EncodedValue, &kNullDefault, &kNullWithDefault).rc, 300u);
     Asn1ChoiceValue choice{5, nullptr};
     EXPECT_EQ(Get(GetAsn1EncodedValue, &choice, &kAlt).rc, 306u);
     constexpr Asn1Descriptor kSetStruct = Of(ASN1_SET, kAltParts);  // SET as a structure cannot be written
@@ -369,38 +310,19 @@ TEST(Encoder, DefaultsOmittedAndRefusals) {
     EXPECT_EQ(Get(GetAsn1EncodedValue, slots, &kSetStruct).rc, 300u);
     uint32_t size = 0;
     EXPECT_EQ(Asn1Encode(nullptr, &kInt, nullptr, &size), 32u);
-
     // A context-tagged ANY rewrites the stored identifier and keeps its constructed bit.
     Tree any(&kAny);
     ASSERT_EQ(any.Decode(Hex("30 03 02 01 05")), 0u);
     constexpr Asn1Descriptor kImplicitAny = Tagged(4, kAny), kExplicitAny = Tagged(4, kAny, ASN1_FLAG_EXPLICIT);
     EXPECT_EQ(any.Encode(&kImplicitAny).hex(), H("A4 03 02 01 05"));
     EXPECT_EQ(any.Encode(&kExplicitAny).hex(), H("A4 05 30 03 02 01 05"));
-    uint8_t* buffer = nullptr;
-    ASSERT_EQ(Asn1Encode(any.v, &kAny, &buffer, &size), 0u);
-    EXPECT_EQ(ToHex(buffer, size), H("30 03 02 01 05"));
-    std::free(buffer);
-}
-
-TEST(LastError, RecordsTheInnermostSite) {
-    Tree t(&kSample);
-    ASSERT_EQ(t.Decode(Hex("30 05 02 02 00 05 00")), 307u);
-    uint32_t line = 0;
-    EXPECT_STREQ(GetLastFileErrorAsn(&line), "tarvelon/Asn1Codec.cpp");
-    EXPECT_GT(line, 0u);
-    Tree ok(&kInt);  // success does not clear it; a null line address is allowed
-    ASSERT_EQ(ok.Decode(Hex("02 01 05")), 0u);
-    EXPECT_STREQ(GetLastFileErrorAsn(nullptr), "tarvelon/Asn1Codec.cpp");
-    uint32_t size = 0;
-    EXPECT_EQ(ConvertStringToOid("1..2", nullptr, &size), 32u);
-    EXPECT_STREQ(GetLastFileErrorAsn(&line), "tarvelon/Asn1ObjectIdentifier.cpp");
 }
 
 // Holder ::= SEQUENCE { v INTEGER DEFAULT 0, n INTEGER, c Alt, a ANY, l SEQUENCE OF INTEGER, o OCTET STRING OPTIONAL }
 enum { kV, kN, kC, kA, kL, kO };
 constexpr Asn1Descriptor kDefaultInt = Opt(kInt, &kZero), kOptOctets = Opt(kOctets);
 constexpr const Asn1Descriptor* kHolderParts[] = {&kDefaultInt, &kInt, &kAlt, &kAny, &kIntSeqOf, &kOptOctets};
-constexpr Asn1Descriptor kHolder = Of(ASN1_SEQUENCE, kHolderParts);
+constexpr Asn1Descriptor kHolder = Of(ASN1_SEQUENCE, kHolderParts), kOptHolder = Opt(kHolder), kBogus = Prim(7);
 
 TEST(Values, CreateFillsWhatTheLeavesFlagAsks) {
     for (uint32_t leaves : {0u, 1u}) {
@@ -418,10 +340,7 @@ TEST(Values, CreateFillsWhatTheLeavesFlagAsks) {
     EXPECT_EQ(CreateAsn1Object(&kOptOctets, &v, 1), 0u);
     EXPECT_EQ(v, nullptr);
     EXPECT_EQ(CreateAsn1Object(nullptr, &v, 1), 32u);
-    Asn1Descriptor bogus = kInt;
-    bogus.typeCode = 7;
-    EXPECT_EQ(CreateAsn1Object(&bogus, &v, 1), 300u);
-    constexpr Asn1Descriptor kOptHolder = Opt(kHolder);
+    EXPECT_EQ(CreateAsn1Object(&kBogus, &v, 1), 300u);
     Tree opt(&kOptHolder);
     ASSERT_EQ(CreateOptionalAsn1Sequence(&kOptHolder, &opt.v, 1), 0u);
     EXPECT_NE(opt.slot(kN), nullptr);
@@ -432,37 +351,35 @@ TEST(Values, CreateFillsWhatTheLeavesFlagAsks) {
 
 TEST(Values, CompareKindsAndTheDeliberateRefusals) {
     Asn1Primitive a{ASN1_INTEGER, 1, Mutable("\x05")}, b{99, 1, Mutable("\x05")}, c{ASN1_INTEGER, 2, Mutable("\x05\x00")};
+    Asn1BitStringValue x{0, 1, a.content}, y{1, 1, a.content};
+    Tree h(&kHolder), l1(&kIntSeqOf), l2(&kIntSeqOf);
+    ASSERT_EQ(CreateAsn1Object(&kHolder, &h.v, 1), 0u);
+    ASSERT_EQ(l1.Decode(Hex("30 06 02 01 01 02 01 02")), 0u);
+    ASSERT_EQ(l2.Decode(Hex("30 06 02 01 02 02 01 01")), 0u);
     const struct {
         const Asn1Descriptor* d;
         const void *x, *y;
         uint32_t rc, equal;
     } cases[] = {
-        {&kInt, &a, &b, 0, 1},  // the word is not compared
+        {&kInt, &a, &b, 0, 1},  // the word is not compared...
+        {&kBits, &x, &y, 0, 0},  // ...but the unused bits are
         {&kInt, &a, &c, 0, 0},
         {&kInt, nullptr, nullptr, 0, 1},
         {&kInt, &a, nullptr, 0, 0},
-        {&kNull, &a, &a, 300, 9},  // NULL, ENUMERATED, CHOICE and ANY cannot be compared...
+        {&kIntSeqOf, l1.v, l2.v, 0, 0},  // order matters
+        {&kIntSeqOf, l1.v, l1.v, 0, 1},
+        {&kNull, &a, &a, 300, 9},  // NULL, ENUMERATED, CHOICE and ANY cannot be compared, nor what holds them...
         {&kAlt, &a, &a, 300, 9},
+        {&kHolder, h.v, h.v, 300, 9},
         {&kAny, nullptr, nullptr, 0, 1},  // ...but two absent values are equal
     };
     for (const auto& k : cases) {
         uint32_t eq = 9;
         EXPECT_EQ(CompareAsn1Objects(k.d, k.x, k.y, &eq), k.rc) << (&k - cases);
-        EXPECT_EQ(eq, k.equal) << (&k - cases);
+        if (k.rc == 0) {
+            EXPECT_EQ(eq, k.equal) << (&k - cases);
+        }
     }
-    Asn1BitStringValue x{0, 1, a.content}, y{1, 1, a.content};
-    uint32_t eq = 9;
-    EXPECT_EQ(CompareAsn1Objects(&kBits, &x, &y, &eq), 0u);
-    EXPECT_EQ(eq, 0u);  // unused bits take part
-    Tree h(&kHolder), l1(&kIntSeqOf), l2(&kIntSeqOf);
-    ASSERT_EQ(CreateAsn1Object(&kHolder, &h.v, 1), 0u);
-    EXPECT_EQ(CompareAsn1Objects(&kHolder, h.v, h.v, &eq), 300u);  // it holds a CHOICE
-    ASSERT_EQ(l1.Decode(Hex("30 06 02 01 01 02 01 02")), 0u);
-    ASSERT_EQ(l2.Decode(Hex("30 06 02 01 02 02 01 01")), 0u);
-    EXPECT_EQ(CompareAsn1Objects(&kIntSeqOf, l1.v, l2.v, &eq), 0u);
-    EXPECT_EQ(eq, 0u);  // order matters
-    EXPECT_EQ(CompareAsn1Objects(&kIntSeqOf, l1.v, l1.v, &eq), 0u);
-    EXPECT_EQ(eq, 1u);
 }
 
 TEST(Leaves, IntegersBooleansAndTheSizeProtocol) {
@@ -470,16 +387,16 @@ TEST(Leaves, IntegersBooleansAndTheSizeProtocol) {
                              {0x7FFFFFFF, "7F FF FF FF"}, {INT32_MIN, "80 00 00 00"}, {256, "01 00"}}) {
         SCOPED_TRACE(n);
         Asn1Primitive* p = AllocAsn1Integer(n);
-        EXPECT_EQ(ToHex(p->content, p->length), H(stored));
+        const Bytes bigEndian(p->content, p->content + p->length);
+        EXPECT_EQ(ToHex(bigEndian), H(stored));
         EXPECT_EQ(CheckAsn1Integer(p), 0u);
-        int32_t back = 0, decoded = 0;
-        ASSERT_EQ(GetAsn1Int32(p, reinterpret_cast<uint8_t*>(&back)), 0u);
-        EXPECT_EQ(back, n);
-        const Got le = Get(GetAsn1Integer, p);  // little-endian
-        EXPECT_EQ(le.bytes, Bytes(std::make_reverse_iterator(p->content + p->length), std::make_reverse_iterator(p->content)));
-        const Got der = Get(EncodeAsn1Int32, n);
-        ASSERT_EQ(DecodeAsn1Int32(der.bytes.data(), Size(der.bytes), reinterpret_cast<uint8_t*>(&decoded)), 0u);
-        EXPECT_EQ(decoded, n);
+        EXPECT_EQ(Get(GetAsn1Integer, p).bytes, Bytes(bigEndian.rbegin(), bigEndian.rend()));
+        int32_t back[2] = {};
+        const Bytes der = Get(EncodeAsn1Int32, n).bytes;
+        ASSERT_EQ(GetAsn1Int32(p, reinterpret_cast<uint8_t*>(&back[0])), 0u);
+        ASSERT_EQ(DecodeAsn1Int32(der.data(), Size(der), reinterpret_cast<uint8_t*>(&back[1])), 0u);
+        EXPECT_EQ(back[0], n);
+        EXPECT_EQ(back[1], n);
         FreeAsn1Object(&kInt, p);
     }
     Asn1Primitive* raw = AllocAsn1Integer_s(U8("\x01\x00\x00\x00\x00"), 5);  // kept as given, even when too long...
@@ -495,18 +412,15 @@ TEST(Leaves, IntegersBooleansAndTheSizeProtocol) {
     }
     FreeAsn1Object(&kInt, raw);
 
-    const struct {
-        const char* content;
-        uint32_t word, get, check, flag;
-    } booleans[] = {{"00", 1, 0, 0, 0}, {"FF", 1, 0, 0, 1}, {"01", 1, 307, 307, 0}, {"00 00", 1, 307, 307, 0},
-                    {"FF", 4, 0, 307, 1}};
-    for (const auto& c : booleans) {
-        Bytes content = Hex(c.content);
-        Asn1Primitive p{c.word, Size(content), content.data()};
-        uint32_t flag = 0;
-        EXPECT_EQ(GetAsn1Boolean(&p, &flag), c.get) << c.content;
-        EXPECT_EQ(flag, c.flag) << c.content;
-        EXPECT_EQ(CheckAsn1Boolean(&p), c.check) << c.content;
+    // content, word, then what GetAsn1Boolean returns and gives and what CheckAsn1Boolean returns
+    for (auto [content, word, get, flag, check] : {std::tuple{"00", 1u, 0u, 0u, 0u}, {"FF", 1u, 0u, 1u, 0u}, {"01", 1u, 307u, 0u, 307u},
+                                                   {"00 00", 1u, 307u, 0u, 307u}, {"FF", 4u, 0u, 1u, 307u}}) {
+        Bytes octets = Hex(content);
+        Asn1Primitive p{word, Size(octets), octets.data()};
+        uint32_t got = 0;
+        EXPECT_EQ(GetAsn1Boolean(&p, &got), get) << content;
+        EXPECT_EQ(got, flag) << content;
+        EXPECT_EQ(CheckAsn1Boolean(&p), check) << content;
     }
     Asn1Primitive* t = AllocAsn1Boolean(7);
     EXPECT_EQ(ToHex(t->content, 1), "FF");
@@ -516,7 +430,6 @@ TEST(Leaves, IntegersBooleansAndTheSizeProtocol) {
     Asn1Primitive octets{ASN1_OCTET_STRING, 3, content.data()}, empty{ASN1_OCTET_STRING, 0, nullptr},
         broken{ASN1_OCTET_STRING, 2, nullptr};
     uint32_t word = 0, n = 0;
-    EXPECT_EQ(Get(GetAsn1Value, &octets).hex(), "01 02 03");
     EXPECT_EQ(Get(GetAsn1ValueAndType, &octets, &word).hex(), "01 02 03");
     EXPECT_EQ(word, uint32_t{ASN1_OCTET_STRING});
     EXPECT_EQ(GetAsn1ValueLength(&octets), 3u);
@@ -530,6 +443,9 @@ TEST(Leaves, IntegersBooleansAndTheSizeProtocol) {
 }
 
 TEST(Oids, TextConversions) {
+    std::string arcs42 = "1.2";  // the most arcs a text may have
+    for (int i = 3; i <= 42; ++i) arcs42.append(".").append(std::to_string(i));
+    const std::string arcs43 = arcs42 + ".43";
     const struct {
         const char* text;
         uint32_t code;
@@ -537,7 +453,6 @@ TEST(Oids, TextConversions) {
         const char* back;    // text converted back; null: same as the input
     } cases[] = {
         {"1.2.840.113549.1.1.11", 0, "09 2A 86 48 86 F7 0D 01 01 0B", nullptr},
-        {"2.5.4.3", 0, "03 55 04 03", nullptr},
         {"5", 0, "02 81 48", "5.0"},        // a lone arc gains arc 0; 200 takes two octets
         {"2.999", 0, "02 88 37", "26.39"},  // the first number is always split by 40
         {"1.2x.3", 0, "02 2A 03", "1.2.3"},  // text after the digits of a piece is ignored
@@ -546,17 +461,17 @@ TEST(Oids, TextConversions) {
         {"1..2", 32, nullptr, nullptr},
         {".1", 32, nullptr, nullptr},
         {"a.b", 32, nullptr, nullptr},
-        {"1.2.3.4.5.6.7.8.9.10.11.12.13.14.15.16.17.18.19.20.21.22.23.24.25.26.27.28.29.30.31.32.33.34.35.36."
-         "37.38.39.40.41.42", 0, nullptr, nullptr},
-        {"1.2.3.4.5.6.7.8.9.10.11.12.13.14.15.16.17.18.19.20.21.22.23.24.25.26.27.28.29.30.31.32.33.34.35.36."
-         "37.38.39.40.41.42.43", 32, nullptr, nullptr},
+        {arcs42.c_str(), 0, nullptr, nullptr},
+        {arcs43.c_str(), 32, nullptr, nullptr},
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(c.text);
         const Got packed = Get(ConvertStringToOid, c.text);
         ASSERT_EQ(packed.rc, c.code);
         if (c.code) continue;
-        EXPECT_EQ(packed.hex(), c.packed ? H(c.packed) : packed.hex());
+        if (c.packed) {
+            EXPECT_EQ(packed.hex(), H(c.packed));
+        }
         char text[512];
         uint32_t size = sizeof text;
         ASSERT_EQ(ConvertOidToString(packed.bytes.data(), text, &size), 0u);
@@ -596,22 +511,25 @@ TEST(Oids, ElementsAndEquality) {
 }
 
 TEST(Lists, ItemsOctetStringsChoicesAndAny) {
-    Tree list(&kIntSeqOf);
-    ASSERT_EQ(list.Decode(Hex("30 06 02 01 05 02 01 03")), 0u);
+    // A SET OF is put in DER order in the output only, and not at all with sorting off.
+    Tree list(&kIntSetOf);
+    ASSERT_EQ(list.Decode(Hex("31 06 02 01 05 02 01 03")), 0u);
     auto* l = static_cast<Asn1List*>(list.v);
+    EXPECT_EQ(list.Encode().hex(), H("31 06 02 01 03 02 01 05"));
     void* item = nullptr;
+    ASSERT_EQ(GetAsn1ListItem(l, 0, &item), 0u);
+    EXPECT_EQ(Leaf(item)->content[0], 5);
+    ASSERT_EQ(SetAsn1ListSorted(l, 0), 0u);
+    EXPECT_EQ(list.Encode().hex(), H("31 06 02 01 05 02 01 03"));
     EXPECT_EQ(GetAsn1ListLength(l), 2u);
     EXPECT_EQ(GetAsn1ListItem(l, -1, &item), 32u);
     EXPECT_EQ(GetAsn1ListItem(l, 2, &item), 32u);
 
     Own<FreeOctetStrings> strings;
-    uint32_t count = 0, n = 0;
+    uint32_t n = 0;
     ASSERT_EQ(CreateOctetStrings(&strings.p), 0u);
     ASSERT_EQ(AddOctetStringsValue(strings, U8("\xAA\xBB"), 2), 0u);
     ASSERT_EQ(AddOctetStringsValue(strings, nullptr, 0), 0u);
-    ASSERT_EQ(GetOctetStringsCount(strings, &count), 0u);
-    EXPECT_EQ(count, 2u);
-    EXPECT_EQ(Get(GetOctetStringsValue, strings.p, 0u).hex(), "AA BB");
     EXPECT_EQ(GetOctetStringsValue(strings, 2, nullptr, &n), 32u);
     static constexpr const Asn1Descriptor* kOctetsElement[] = {&kOctets};
     static constexpr Asn1Descriptor kOctetStrings = Of(ASN1_SEQUENCE_OF, kOctetsElement);
@@ -628,20 +546,13 @@ TEST(Lists, ItemsOctetStringsChoicesAndAny) {
     v = &bad, d = &kAlt;
     EXPECT_EQ(GetAsn1ChoiceUnderlyingType(&v, &d), 306u);
 
-    for (auto [element, cls, cons, tag, length, header] :
-         {std::tuple{"30 03 02 01 05", 0x00, 0x20, 16u, 3u, 2u}, {"A1 80 02 01 05 00 00", 0x80, 0x20, 1u, 5u, 2u},
-          {"9F 81 00 01 AA", 0x80, 0x00, 128u, 1u, 4u}}) {
-        SCOPED_TRACE(element);
-        Tree any(&kAny);
-        ASSERT_EQ(any.Decode(Hex(element)), 0u);
-        const auto* p = Leaf(any.v);
-        EXPECT_EQ(p->word, tag);
-        uint8_t c, k;
-        uint32_t t, len, hdr;
-        ASSERT_EQ(GetAsn1AnyInfo(p, &c, &k, &t, &len, &hdr), 0u);
-        EXPECT_EQ(std::vector<uint32_t>({c, k, t, len, hdr}), std::vector<uint32_t>({uint32_t(cls), uint32_t(cons), tag, length, header}));
-        EXPECT_EQ(Get(GetAsn1AnyValue, p).hex(), H(element));
-    }
+    Tree any(&kAny);  // an indefinite ANY is measured to its end-of-contents
+    ASSERT_EQ(any.Decode(Hex("A1 80 02 01 05 00 00")), 0u);
+    uint8_t cls, cons;
+    uint32_t tag, len, header;
+    ASSERT_EQ(GetAsn1AnyInfo(Leaf(any.v), &cls, &cons, &tag, &len, &header), 0u);
+    EXPECT_EQ(std::vector<uint32_t>({Leaf(any.v)->word, cls, cons, tag, len, header}), std::vector<uint32_t>({1, 0x80, 0x20, 1, 5, 2}));
+    EXPECT_EQ(Get(GetAsn1AnyValue, Leaf(any.v)).hex(), H("A1 80 02 01 05 00 00"));
 }
 
 // Engine helpers that no exported call reaches yet; the message families will. Their names are
@@ -654,7 +565,6 @@ TEST(EngineInternals, HelpersAwaitingTheirCallers) {
 
     Asn1List* list = tv::ListCreate();
     for (int i = 0; i < 11; ++i) ASSERT_EQ(tv::ListAppend(list, AllocAsn1Integer(i)), 0u);
-    EXPECT_EQ(list->capacity, 215u);
     Asn1Primitive* dup = AllocAsn1Integer(4);
     EXPECT_EQ(tv::ListAppendUnique(list, &kInt, dup), 344u);  // equal encodings are refused
     EXPECT_EQ(tv::ListAppendUnique(nullptr, &kInt, dup), 32u);
@@ -679,8 +589,7 @@ TEST(EngineInternals, HelpersAwaitingTheirCallers) {
     EXPECT_EQ(oid.content, nullptr);
 
     static constexpr const Asn1Descriptor* kNullElement[] = {&kNull};
-    static constexpr Asn1Descriptor kNulls = Of(ASN1_SEQUENCE_OF, kNullElement);
-    static constexpr Asn1Descriptor kSeqNull = Of(ASN1_SEQUENCE, kNullElement);
+    static constexpr Asn1Descriptor kNulls = Of(ASN1_SEQUENCE_OF, kNullElement), kSeqNull = Of(ASN1_SEQUENCE, kNullElement);
     for (const Asn1Descriptor* d : {&kNulls, &kSeqNull}) {
         Tree nulls(d);
         ASSERT_EQ(nulls.Decode(Hex("30 02 05 00")), 0u);

@@ -1,33 +1,19 @@
 #include "TestUtil.h"
 
-#include <cstdio>
-#include <cstdlib>
-#include <filesystem>
+#include <cctype>
 #include <fstream>
 #include <iterator>
-
-#include <gtest/gtest.h>
 
 #include "tarvelon/engine/Mem.h"
 
 namespace tvtest {
 
 Bytes Hex(const std::string& text) {
+    std::string digits;
+    for (char c : text)
+        if (std::isxdigit(static_cast<unsigned char>(c))) digits += c;
     Bytes out;
-    int nibble = -1;
-    for (char c : text) {
-        int v;
-        if (c >= '0' && c <= '9') v = c - '0';
-        else if (c >= 'a' && c <= 'f') v = c - 'a' + 10;
-        else if (c >= 'A' && c <= 'F') v = c - 'A' + 10;
-        else continue;
-        if (nibble < 0) {
-            nibble = v;
-        } else {
-            out.push_back(static_cast<uint8_t>(nibble << 4 | v));
-            nibble = -1;
-        }
-    }
+    for (size_t i = 0; i + 1 < digits.size(); i += 2) out.push_back(static_cast<uint8_t>(std::stoul(digits.substr(i, 2), nullptr, 16)));
     return out;
 }
 

@@ -74,15 +74,11 @@ Got Get(Fn fn, A... args) {
 }
 
 // Owns a library object and frees it with the family's Free: Own<FreeCertificate> c; CreateCertificate(&c.p).
-template <typename F>
-struct HandleOf;
 template <typename T>
-struct HandleOf<uint32_t (*)(T*)> {
-    using type = T;
-};
+T HandleOf(uint32_t (*)(T*));
 template <auto Free>
 struct Own {
-    using T = typename HandleOf<decltype(Free)>::type;
+    using T = decltype(HandleOf(Free));
     T* p = nullptr;
     Own() = default;
     explicit Own(T* taken) : p(taken) {}
