@@ -454,16 +454,6 @@ std::vector<Entry> ManifestEntries() {
     return entries;
 }
 
-// The first element inside the outer SEQUENCE, cut from the input as it came.
-Bytes FirstInner(const Bytes& der) {
-    uint8_t cls, cons;
-    uint32_t tag, len, hdr, innerLen, innerHdr;
-    if (GetAsn1ObjectInfo(der.data(), Size(der), &cls, &cons, &tag, &len, nullptr, &hdr) != TV_OK ||
-        GetAsn1ObjectInfo(der.data() + hdr, len, &cls, &cons, &tag, &innerLen, nullptr, &innerHdr) != TV_OK)
-        return {};
-    return Bytes(der.begin() + hdr, der.begin() + hdr + innerHdr + innerLen);
-}
-
 // DER of every PEM certificate in /etc/ssl/certs, with the to-be-signed element cut from it.
 std::vector<Entry> SystemStoreEntries() {
     std::vector<Entry> entries;
@@ -472,7 +462,7 @@ std::vector<Entry> SystemStoreEntries() {
         if (f.path().extension() != ".pem") continue;
         const Bytes text = ReadFile(f.path().string());
         const Got der = Get(DecodePem, reinterpret_cast<const char*>(text.data()), Size(text));
-        if (der.rc == TV_OK) entries.push_back({f.path().string(), "certificate", der.bytes, FirstInner(der.bytes), false});
+        if (der.rc == TV_OK) entries.push_back({f.path().string(), "certificate", der.bytes, Child(der.bytes, {0}), false});
     }
     return entries;
 }
@@ -487,9 +477,7 @@ void Check(const Entry& e) {
         EXPECT_EQ(rebuilt.hex(), e.strict ? ToHex(e.der) : f.rebuild(rebuilt.bytes).hex()) << "rebuilt";
     }
     if (!f.decode) {
-        if (!e.derived.empty()) {
-            EXPECT_EQ(f.derived(nullptr, e.der).hex(), ToHex(e.derived));
-        }
+        if (!e.derived.empty()) EXPECT_EQ(f.derived(nullptr, e.der).hex(), ToHex(e.derived));
         return;
     }
     Handle h, copy;
@@ -498,18 +486,13 @@ void Check(const Entry& e) {
     if (f.copy) {
         ASSERT_EQ(f.copy(h.get(), copy), TV_OK);
         EXPECT_EQ(f.encode(copy.get()).hex(), ToHex(e.der)) << "copy";
-        if (f.compare) {
-            EXPECT_EQ(f.compare(h.get(), copy.get()), TV_OK);
-        }
+        if (f.compare) EXPECT_EQ(f.compare(h.get(), copy.get()), TV_OK);
     }
-    if (!e.derived.empty()) {
-        EXPECT_EQ(f.derived(h.get(), e.der).hex(), ToHex(e.derived)) << "derived";
-    }
-    if (f.parts) {
-        for (Entry& part : f.parts(h.get(), e.label)) {
-            part.strict = e.strict;
-            Check(part);
-        }
+    if (!e.derived.empty()) EXPECT_EQ(f.derived(h.get(), e.der).hex(), ToHex(e.derived)) << "derived";
+    if (!f.parts) return;
+    for (Entry& part : f.parts(h.get(), e.label)) {
+        part.strict = e.strict;
+        Check(part);
     }
 }
 
