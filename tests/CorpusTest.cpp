@@ -51,8 +51,10 @@ Handle Hold(T* p, uint32_t (*free)(T*)) {
 template <typename T>
 Family Codec(uint32_t (*decode)(const uint8_t*, uint32_t, T**), uint32_t (*encode)(const T*, uint8_t*, uint32_t*),
              uint32_t (*free)(T*), uint32_t (*copy)(const T*, T**) = nullptr,
-             uint32_t (*tbs)(const T*, uint8_t*, uint32_t*) = nullptr) {
+             uint32_t (*tbs)(const T*, uint8_t*, uint32_t*) = nullptr,
+             std::vector<Entry> (*parts)(void*, const std::string&) = nullptr) {
     Family f;
+    if (parts) f.parts = parts;
     f.decode = [=](const Bytes& in, Handle& h) {
         T* p = nullptr;
         const uint32_t rc = decode(in.data(), Size(in), &p);
@@ -83,10 +85,10 @@ Family Rebuilt(std::function<Got(const Bytes&)> rebuild) {
 // ---- values rebuilt from what their typed decoders hand out ---------------------------------------
 
 template <auto Decode, auto Encode>
-Got Flags(const Bytes& in) {
-    uint32_t bits = 0;
-    TRY(Decode(in.data(), Size(in), &bits));
-    return Get(Encode, bits);
+Got Number(const Bytes& in) {
+    uint32_t number = 0;
+    TRY(Decode(in.data(), Size(in), &number));
+    return Get(Encode, number);
 }
 
 template <auto Decode, auto Encode>
@@ -110,12 +112,6 @@ Got AuthorityKeyId(const Bytes& in) {
     TRY(DecodeExtensionAuthorityKeyIdentifier(in.data(), Size(in), key, &keyLen, &issuer.p, serial, &serialLen));
     return Get(EncodeExtensionAuthorityKeyIdentifier, keyLen ? key : nullptr, keyLen, issuer.p,
                serialLen ? serial : nullptr, serialLen);
-}
-
-Got ReasonCode(const Bytes& in) {
-    uint32_t reason = 0;
-    TRY(DecodeExtensionReasonCode(in.data(), Size(in), &reason));
-    return Get(EncodeExtensionReasonCode, reason);
 }
 
 Got InvalidityDate(const Bytes& in) {
@@ -365,13 +361,10 @@ const std::map<std::string, Family>& Families() {
     static const std::map<std::string, Family> families = [] {
         std::map<std::string, Family> m;
         m["certificate"] = Codec(DecodeCertificate, EncodeCertificate, FreeCertificate, CreateCertificateCopy,
-                                 GetCertificateToBeSignedPart);
-        m["certificate"].parts = CertificateParts;
-        m["crl"] = Codec(DecodeX509Crl, EncodeX509Crl, FreeX509Crl, CreateX509CrlCopy, GetX509CrlToBeSignedPart);
-        m["crl"].parts = CrlParts;
+                                 GetCertificateToBeSignedPart, CertificateParts);
+        m["crl"] = Codec(DecodeX509Crl, EncodeX509Crl, FreeX509Crl, CreateX509CrlCopy, GetX509CrlToBeSignedPart, CrlParts);
         m["request"] = Codec(DecodePKCS10CertReq, EncodePKCS10CertReq, FreePKCS10CertReq, CreatePKCS10CertReqCopy,
-                             GetPKCS10CertReqToBeSignedPart);
-        m["request"].parts = RequestParts;
+                             GetPKCS10CertReqToBeSignedPart, RequestParts);
         m["name"] = Codec(DecodeX509Name, EncodeX509Name, FreeX509Name, CopyX509Name);
         m["name"].compare = [](const void* a, const void* b) {
             return CompareX509Names(static_cast<const X509Name*>(a), static_cast<const X509Name*>(b));
@@ -399,8 +392,8 @@ const std::map<std::string, Family>& Families() {
         m["certificatePolicies"] = Codec(DecodeExtensionCertificatePolicies, EncodeExtensionCertificatePolicies,
                                          FreeExtensionCertificatePolicies);
         m["certificatePolicies"].rebuild = CertificatePolicies;
-        m["keyUsage"] = Rebuilt(Flags<DecodeExtensionKeyUsage, EncodeExtensionKeyUsage>);
-        m["netscapeCertType"] = Rebuilt(Flags<DecodeExtensionNetscapeCertificateType, EncodeExtensionNetscapeCertificateType>);
+        m["keyUsage"] = Rebuilt(Number<DecodeExtensionKeyUsage, EncodeExtensionKeyUsage>);
+        m["netscapeCertType"] = Rebuilt(Number<DecodeExtensionNetscapeCertificateType, EncodeExtensionNetscapeCertificateType>);
         m["basicConstraints"] = Rebuilt(BasicConstraints);
         m["authorityKeyIdentifier"] = Rebuilt(AuthorityKeyId);
         m["subjectKeyIdentifier"] = Rebuilt(Scalar<DecodeExtensionSubjectKeyIdentifier, EncodeExtensionSubjectKeyIdentifier>);
@@ -410,7 +403,7 @@ const std::map<std::string, Family>& Families() {
         m["subjectSignTool"] = Rebuilt(Scalar<DecodeExtensionSubjectSignTool, EncodeExtensionSubjectSignTool>);
         m["kestruneKeyIdentifier"] =
             Rebuilt(Scalar<DecodeExtensionKestruneKeyIdentifier, EncodeExtensionKestruneKeyIdentifier>);
-        m["reasonCode"] = Rebuilt(ReasonCode);
+        m["reasonCode"] = Rebuilt(Number<DecodeExtensionReasonCode, EncodeExtensionReasonCode>);
         m["invalidityDate"] = Rebuilt(InvalidityDate);
         m["privateKeyUsagePeriod"] = Rebuilt(PrivateKeyUsagePeriod);
         m["issuerSignTool"] = Rebuilt(IssuerSignTool);

@@ -100,18 +100,9 @@ TEST(ExtensionList, EmptyReleasedAndOrderedLists) {
     EXPECT_EQ(decoded, nullptr);
 }
 
+// What the corpus cannot tell from a round trip: the order of the texts, and the partial results of a
+// decode that runs out of room.
 TEST(ExtensionValues, DecodedContentMatchesOpenSsl) {
-    uint32_t bits = 0, reason = 0, pathLen = 0;
-    uint8_t ca = 0x55;
-    LibraryTime t{};
-    ASSERT_EQ(DecodeExtensionKeyUsage(Ext("key_usage_ee").data(), Size(Ext("key_usage_ee")), &bits), 0u);
-    EXPECT_EQ(bits, 0x80u | 0x40u | 0x20u | 0x8000u);  // digitalSignature, nonRepudiation, keyEncipherment, decipherOnly
-    ASSERT_EQ(DecodeExtensionBasicConstraints(Ext("basic_constraints_ee").data(), 2, &ca, &pathLen), 0u);
-    EXPECT_EQ(ca * 0x100000000ull + pathLen, 0xFFFFFFFFull);  // absent: the defaults filled in
-    ASSERT_EQ(DecodeExtensionReasonCode(Ext("reason_code").data(), Size(Ext("reason_code")), &reason), 0u);
-    EXPECT_EQ(reason, 1u);  // keyCompromise
-    ASSERT_EQ(DecodeExtensionInvalidityDate(Ext("invalidity_date").data(), Size(Ext("invalidity_date")), &t), 0u);
-    EXPECT_TRUE(SameTime(t, {2024, 2, 29, 23, 59, 59}));
     // The texts of the fixture's ASN1: configuration, Cyrillic included.
     const Bytes texts[4] = {Text("СКЗИ «Тарвелон-КС2» версии 4.0"), Text("ПАК «Удостоверяющий центр Тарвелон»"),
                             Text("Сертификат соответствия № СФ/124-3966 от 15.01.2021"),
