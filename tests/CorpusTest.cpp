@@ -470,7 +470,7 @@ void Check(const Entry& e) {
         EXPECT_EQ(rebuilt.hex(), e.strict ? ToHex(e.der) : f.rebuild(rebuilt.bytes).hex()) << "rebuilt";
     }
     if (!f.decode) {
-        if (!e.derived.empty()) EXPECT_EQ(f.derived(nullptr, e.der).hex(), ToHex(e.derived));
+        EXPECT_EQ(e.derived.empty() ? "" : f.derived(nullptr, e.der).hex(), ToHex(e.derived));
         return;
     }
     Handle h, copy;
@@ -479,9 +479,9 @@ void Check(const Entry& e) {
     if (f.copy) {
         ASSERT_EQ(f.copy(h.get(), copy), TV_OK);
         EXPECT_EQ(f.encode(copy.get()).hex(), ToHex(e.der)) << "copy";
-        if (f.compare) EXPECT_EQ(f.compare(h.get(), copy.get()), TV_OK);
+        EXPECT_EQ(f.compare ? f.compare(h.get(), copy.get()) : uint32_t{TV_OK}, TV_OK);
     }
-    if (!e.derived.empty()) EXPECT_EQ(f.derived(h.get(), e.der).hex(), ToHex(e.derived)) << "derived";
+    EXPECT_EQ(e.derived.empty() ? "" : f.derived(h.get(), e.der).hex(), ToHex(e.derived)) << "derived";
     if (!f.parts) return;
     for (Entry& part : f.parts(h.get(), e.label)) {
         part.strict = e.strict;

@@ -50,40 +50,30 @@ check ok '-----END X509 CRL-----' pem "X509 CRL" "$pem"
 check fail 'status 319' der "$tmp/broken.pem"
 "$tool" pem 2>/dev/null && fail "pem without arguments accepted"
 # show: one summary per kind, decoded through the typed codecs.
-check ok 'Subject: emailAddress=ivanov@example.ru,OGRN=1027700132195,INN=007712345678,SNILS=12345678901,GN=Иван Иванович,SN=Иванов,CN=Иванов Иван Иванович,O=ООО \"Тарвелон\",L=Москва,ST=77 г. Москва,C=RU' show "$ee"
-check ok 'Parameter set: id-GostR3410-2001-CryptoPro-A-ParamSet' show "$ee"
-check ok 'Digest parameter set: id-tc26-gost3411-12-256' show "$ee"
-check ok 'keyUsage (critical): digitalSignature, nonRepudiation, keyEncipherment, dataEncipherment' show "$ee"
-check ok 'basicConstraints: CA:FALSE' show "$ee"
-check ok 'reasons: keyCompromise, cACompromise, superseded' show "$ee"
-check ok 'CRL issuer: DirName:CN=CRL Service,O=Tarvelon,C=RU' show "$ee"
-check ok 'extKeyUsage: clientAuth, emailProtection, 1.2.643.2.2.34.6' show "$ee"
-check ok 'OCSP - URI:http://ocsp.example.ru/' show "$ee"
-check ok 'Explicit text: "Сертификат квалифицированной подписи"' show "$ee"
-check ok 'subjectSignTool: СКЗИ «Тарвелон-CSP» версия 5.0' show "$ee"
-check ok 'cAToolCert: Заключение № 149/3/2/1/24 от 15.01.2024' show "$ee"
-check ok 'serial: 7E:57:CA:00:00:00:00:03' show "$ee"
-check ok 'Kestrune key identifier: ключ-7f3a-19c2' show "$ee"
-check ok 'Signature algorithm: GOST R 34.11-2012 256 with GOST R 34.10-2012 256 (1.2.643.7.1.1.3.2)' show "$ee"
+summary() {  # FILE WANT...: show FILE succeeds and its output holds each WANT
+  local file=$1 want; shift
+  for want; do check ok "$want" show "$file"; done
+}
+summary "$ee" 'Subject: emailAddress=ivanov@example.ru,OGRN=1027700132195,INN=007712345678,SNILS=12345678901,GN=Иван Иванович,SN=Иванов,CN=Иванов Иван Иванович,O=ООО \"Тарвелон\",L=Москва,ST=77 г. Москва,C=RU' \
+  'Parameter set: id-GostR3410-2001-CryptoPro-A-ParamSet' 'Digest parameter set: id-tc26-gost3411-12-256' \
+  'keyUsage (critical): digitalSignature, nonRepudiation, keyEncipherment, dataEncipherment' 'basicConstraints: CA:FALSE' \
+  'reasons: keyCompromise, cACompromise, superseded' 'CRL issuer: DirName:CN=CRL Service,O=Tarvelon,C=RU' \
+  'extKeyUsage: clientAuth, emailProtection, 1.2.643.2.2.34.6' 'OCSP - URI:http://ocsp.example.ru/' \
+  'Explicit text: "Сертификат квалифицированной подписи"' 'subjectSignTool: СКЗИ «Тарвелон-CSP» версия 5.0' \
+  'cAToolCert: Заключение № 149/3/2/1/24 от 15.01.2024' 'serial: 7E:57:CA:00:00:00:00:03' \
+  'Kestrune key identifier: ключ-7f3a-19c2' \
+  'Signature algorithm: GOST R 34.11-2012 256 with GOST R 34.10-2012 256 (1.2.643.7.1.1.3.2)'
 check same "$tmp/ee.txt" show "$tmp/ee.pem"
-check ok 'Parameter set: id-tc26-gost-3410-2012-512-paramSetA' show "$pki/ca_gost2012_512.der"
-check ok 'Public key: GOST R 34.10-2001 (1.2.643.2.2.19)' show "$pki/ca_gost2001.der"
-check ok 'RSA key: 2048 bits, exponent 65537' show "$pki/ee_rsa.der"
-check ok 'Signature: 256 bytes' show "$pki/ee_rsa.der"
-check ok 'This update: 2025-04-01 00:00:00 UTC' show "$crl"
-check ok 'Revoked certificates: 9' show "$crl"
-check ok 'cRLNumber: 19 (0x13)' show "$crl"
-check ok 'invalidityDate: 2025-01-20 08:15:00 UTC' show "$crl"
-check ok 'reasonCode: certificateHold' show "$crl"
-check ok 'certificateIssuer (critical): DirName:CN=Issuer B,O=Tarvelon B,C=RU' show "$pki/crl_indirect.der"
-check ok 'indirectCRL' show "$pki/crl_indirect.der"
-check ok 'Revoked certificates: 10000' show "$pki/crl_10000.der"
-check ok '... and 9980 more' show "$pki/crl_10000.der"
+summary "$pki/ca_gost2012_512.der" 'Parameter set: id-tc26-gost-3410-2012-512-paramSetA'
+summary "$pki/ca_gost2001.der" 'Public key: GOST R 34.10-2001 (1.2.643.2.2.19)'
+summary "$pki/ee_rsa.der" 'RSA key: 2048 bits, exponent 65537' 'Signature: 256 bytes'
+summary "$crl" 'This update: 2025-04-01 00:00:00 UTC' 'Revoked certificates: 9' 'cRLNumber: 19 (0x13)' \
+  'invalidityDate: 2025-01-20 08:15:00 UTC' 'reasonCode: certificateHold'
+summary "$pki/crl_indirect.der" 'certificateIssuer (critical): DirName:CN=Issuer B,O=Tarvelon B,C=RU' 'indirectCRL'
+summary "$pki/crl_10000.der" 'Revoked certificates: 10000' '... and 9980 more'
 [ "$(grep -c '^    Serial ' "$tmp/out")" -eq 20 ] || fail "huge CRL not cut at 20 entries"
-check ok 'Certification request:' show "$req"
-check ok 'challengePassword: "пароль-1234"' show "$req"
-check ok 'Requested extensions (4):' show "$req"
-check ok 'extKeyUsage: clientAuth, emailProtection' show "$pki/req_ms_extensions.der"
+summary "$req" 'Certification request:' 'challengePassword: "пароль-1234"' 'Requested extensions (4):'
+summary "$pki/req_ms_extensions.der" 'extKeyUsage: clientAuth, emailProtection'
 # Broken input: one message naming the file, and the library status once it got that far.
 check fail 'empty\.der' show "$tmp/empty.der"
 check fail 'absent\.der' show "$tmp/absent.der"
