@@ -317,47 +317,37 @@ TEST(PrivateExtensions, StructuresAndScalarsReadBack) {
 }
 
 // The three store lists are one implementation behind three name sets.
+template <auto Create, auto Add, auto GetItem, auto Remove, auto Free, auto Count, auto Encode, auto Decode>
+void CheckStoreList() {
+    StoreItems* list = nullptr;
+    ASSERT_EQ(Create(&list), 0u);
+    ASSERT_EQ(Add(list, 1, U8("\xAA\xBB"), 2), 0u);
+    ASSERT_EQ(Add(list, 2, U8("\xCC"), 1), 0u);
+    EXPECT_EQ(Add(nullptr, 1, U8("x"), 1), 32u);
+    EXPECT_EQ(Add(list, 1, nullptr, 0), 32u);
+    const Got der = Get(Encode, list);
+    EXPECT_EQ(der.hex(), H("30 11 30 07 0A 01 01 04 02 AA BB 30 06 0A 01 02 04 01 CC"));
+    Free(list);
+    ASSERT_EQ(Decode(der.bytes.data(), Size(der.bytes), &list), 0u);
+    uint32_t count = 0, kind = 0, len = 0;
+    EXPECT_EQ(Count(list, &count), 0u);
+    EXPECT_EQ(Remove(list, 2), 32u);
+    EXPECT_EQ(Remove(list, 0), 0u);
+    EXPECT_EQ(Get(GetItem, list, 0u, &kind).hex(), "CC");
+    EXPECT_EQ(count * 10 + kind, 22u);
+    EXPECT_EQ(GetItem(list, 1, &kind, nullptr, &len), 32u);
+    EXPECT_EQ(Decode(der.bytes.data(), 0, &list), 32u);
+    EXPECT_EQ(Free(list), 0u);
+    EXPECT_EQ(Free(nullptr), 0u);
+}
+
 TEST(PrivateExtensions, StoreListsBuildEncodeDecodeRemove) {
-    struct Api {
-        const char* name;
-        uint32_t (*create)(StoreItems**);
-        uint32_t (*add)(StoreItems*, uint32_t, const uint8_t*, uint32_t);
-        uint32_t (*get)(const StoreItems*, uint32_t, uint32_t*, uint8_t*, uint32_t*);
-        uint32_t (*remove)(StoreItems*, uint32_t);
-        uint32_t (*free)(StoreItems*);
-        uint32_t (*count)(const StoreItems*, uint32_t*);
-        uint32_t (*encode)(const StoreItems*, uint8_t*, uint32_t*);
-        uint32_t (*decode)(const uint8_t*, uint32_t, StoreItems**);
-    };
-#define STORE_API(Name)                                                                                        \
-    Api{#Name, CreateExtension##Name, AddExtension##Name, GetExtension##Name, RemoveExtension##Name,           \
-        FreeExtension##Name, GetExtension##Name##Count, EncodeExtension##Name, DecodeExtension##Name}
-    for (const Api& api : {STORE_API(StoreCertificates), STORE_API(StorePrivateKeyContexts),
-                           STORE_API(StoreOcspRequestDocuments)}) {
-        SCOPED_TRACE(api.name);
-        StoreItems* list = nullptr;
-        ASSERT_EQ(api.create(&list), 0u);
-        ASSERT_EQ(api.add(list, 1, U8("\xAA\xBB"), 2), 0u);
-        ASSERT_EQ(api.add(list, 2, U8("\xCC"), 1), 0u);
-        EXPECT_EQ(api.add(nullptr, 1, U8("x"), 1), 32u);
-        EXPECT_EQ(api.add(list, 1, nullptr, 0), 32u);
-        const Got der = Get(api.encode, list);
-        EXPECT_EQ(der.hex(), H("30 11 30 07 0A 01 01 04 02 AA BB 30 06 0A 01 02 04 01 CC"));
-        api.free(list);
-        ASSERT_EQ(api.decode(der.bytes.data(), Size(der.bytes), &list), 0u);
-        uint32_t count = 0, kind = 0, len = 0;
-        EXPECT_EQ(api.count(list, &count), 0u);
-        EXPECT_EQ(count, 2u);
-        EXPECT_EQ(api.remove(list, 2), 32u);
-        EXPECT_EQ(api.remove(list, 0), 0u);
-        EXPECT_EQ(Get(api.get, list, 0u, &kind).hex(), "CC");
-        EXPECT_EQ(kind, 2u);
-        EXPECT_EQ(api.get(list, 1, &kind, nullptr, &len), 32u);
-        EXPECT_EQ(api.decode(der.bytes.data(), 0, &list), 32u);
-        EXPECT_EQ(api.free(list), 0u);
-        EXPECT_EQ(api.free(nullptr), 0u);
-    }
-#undef STORE_API
+#define STORE_LIST(Name)                                                                                       \
+    CheckStoreList<CreateExtension##Name, AddExtension##Name, GetExtension##Name, RemoveExtension##Name,       \
+                   FreeExtension##Name, GetExtension##Name##Count, EncodeExtension##Name, DecodeExtension##Name>
+    for (auto check : {STORE_LIST(StoreCertificates), STORE_LIST(StorePrivateKeyContexts), STORE_LIST(StoreOcspRequestDocuments)})
+        check();
+#undef STORE_LIST
 }
 
 // Two check results, written and read back: one with a text, a time, store items and names (under
