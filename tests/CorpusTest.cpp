@@ -276,45 +276,39 @@ void AddExtensions(std::vector<Entry>& parts, const std::string& label, const X5
         Add(parts, label, "extensions", Get(EncodeX509Extensions, list));
 }
 
+// What a getter hands out by reference, or null: Ref<X509Name>(GetCertificateIssuer, c).
+template <typename T, typename Fn, typename... A>
+T* Ref(Fn fn, A... args) {
+    T* out = nullptr;
+    return fn(args..., &out) == TV_OK ? out : nullptr;
+}
+
 std::vector<Entry> CertificateParts(void* h, const std::string& label) {
     auto* c = static_cast<Certificate*>(h);
-    X509Name *issuer = nullptr, *subject = nullptr;
-    X509Extensions* extensions = nullptr;
     std::vector<Entry> parts;
-    EXPECT_EQ(GetCertificateIssuer(c, &issuer), TV_OK);
-    EXPECT_EQ(GetCertificateSubject(c, &subject), TV_OK);
-    Add(parts, label + "/issuer", "name", Get(EncodeX509Name, issuer));
-    Add(parts, label + "/subject", "name", Get(EncodeX509Name, subject));
-    if (GetCertificateExtensions(c, &extensions) == TV_OK) AddExtensions(parts, label + "/extensions", extensions);
+    Add(parts, label + "/issuer", "name", Get(EncodeX509Name, Ref<X509Name>(GetCertificateIssuer, c)));
+    Add(parts, label + "/subject", "name", Get(EncodeX509Name, Ref<X509Name>(GetCertificateSubject, c)));
+    AddExtensions(parts, label + "/extensions", Ref<X509Extensions>(GetCertificateExtensions, c));
     return parts;
 }
 
 std::vector<Entry> CrlParts(void* h, const std::string& label) {
     auto* crl = static_cast<X509Crl*>(h);
-    X509Name* issuer = nullptr;
-    X509Extensions* extensions = nullptr;
     uint32_t count = 0;
     std::vector<Entry> parts;
-    EXPECT_EQ(GetX509CrlIssuer(crl, &issuer), TV_OK);
-    Add(parts, label + "/issuer", "name", Get(EncodeX509Name, issuer));
-    if (GetX509CrlExtensions(crl, &extensions) == TV_OK) AddExtensions(parts, label + "/extensions", extensions);
+    Add(parts, label + "/issuer", "name", Get(EncodeX509Name, Ref<X509Name>(GetX509CrlIssuer, crl)));
+    AddExtensions(parts, label + "/extensions", Ref<X509Extensions>(GetX509CrlExtensions, crl));
     EXPECT_EQ(GetX509CrlRevokedCertificateCount(crl, &count), TV_OK);
-    for (uint32_t i = 0; i < std::min(count, 20u); ++i) {
-        if (GetX509CrlRevokedCertificateExtensions(crl, i, &extensions) == TV_OK)
-            AddExtensions(parts, label + "/entry " + std::to_string(i), extensions);
-    }
+    for (uint32_t i = 0; i < std::min(count, 20u); ++i)
+        AddExtensions(parts, label + "/entry " + std::to_string(i), Ref<X509Extensions>(GetX509CrlRevokedCertificateExtensions, crl, i));
     return parts;
 }
 
 std::vector<Entry> RequestParts(void* h, const std::string& label) {
     auto* request = static_cast<PKCS10CertReq*>(h);
-    X509Name* subject = nullptr;
-    RsaAttributes* attributes = nullptr;
     std::vector<Entry> parts;
-    EXPECT_EQ(GetPKCS10CertReqSubject(request, &subject), TV_OK);
-    EXPECT_EQ(GetPKCS10CertReqAttributes(request, &attributes), TV_OK);
-    Add(parts, label + "/subject", "name", Get(EncodeX509Name, subject));
-    Add(parts, label + "/attributes", "attributes", Get(EncodeRsaAttributes, attributes));
+    Add(parts, label + "/subject", "name", Get(EncodeX509Name, Ref<X509Name>(GetPKCS10CertReqSubject, request)));
+    Add(parts, label + "/attributes", "attributes", Get(EncodeRsaAttributes, Ref<RsaAttributes>(GetPKCS10CertReqAttributes, request)));
     return parts;
 }
 
