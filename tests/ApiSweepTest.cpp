@@ -221,34 +221,6 @@ uint32_t BuildExtensionValues() {
                0u, 0u, 0u, 0u).rc;
 }
 
-uint32_t BuildPrivateValues() {
-    const LibraryTime march5{2024, 3, 5, 6, 7, 8};
-    Own<FreeExtensionOcspCheckFileExtResults> list, back;
-    Own<FreeExtensionStoreCertificates> items;
-    Own<FreeX509GeneralNames> names;
-    TRY(CreateExtensionOcspCheckFileExtResults(&list.p));
-    TRY(CreateExtensionStoreCertificates(&items.p));
-    TRY(AddExtensionStoreCertificates(items, 1, U8("\xAA"), 1));
-    TRY(CreateX509GeneralNames(&names.p));
-    TRY(AddX509GeneralName(names, 2, U8("a"), 1));
-    TRY(AddExtensionOcspCheckFileExtResults(list, 1, U8("t"), 1, 2, &march5, items, names));
-    items.release(), names.release();
-    const Got der = Get(EncodeExtensionOcspCheckFileExtResults, list.p);
-    TRY(der.rc);
-    TRY(DecodeExtensionOcspCheckFileExtResults(der.bytes.data(), Size(der.bytes), &back.p));
-    const Got file = Get(EncodeExtensionOcspCheckFile, U8("\xAA"), 1u, U8("\xBB"), 1u, U8("\xCC"), 1u, 1u, 1u, U8("A"),
-                         1u, U8("B"), 1u, 1u, 2u);
-    TRY(file.rc);
-    uint8_t b[8];
-    uint32_t n[5] = {8, 8, 8, 8, 8}, p1, k1, p2, k2;
-    TRY(DecodeExtensionOcspCheckFile(file.bytes.data(), Size(file.bytes), b, &n[0], b, &n[1], b, &n[2], &p1, &k1, b,
-                                     &n[3], b, &n[4], &p2, &k2));
-    const Got time2 = Get(EncodeExtensionOcspCheckTime2, 2u, &march5);
-    TRY(time2.rc);
-    LibraryTime t;
-    return DecodeExtensionOcspCheckTime2(time2.bytes.data(), Size(time2.bytes), &k1, &t);
-}
-
 // The engine on its own: a SET OF, decoded and written in DER order into a buffer it allocates.
 uint32_t EncodeSetOf() {
     static constexpr Asn1Descriptor kInt{0, 0, 0, ASN1_INTEGER, -1, 0, nullptr, 0, nullptr};
@@ -328,7 +300,6 @@ TEST(Allocation, EveryBuildFailsCleanly) {
         {"request", BuildRequest},
         {"request extensions", [&] { return UpdateRequestExtensions(request); }},
         {"extension values", BuildExtensionValues},
-        {"private values", BuildPrivateValues},
         {"lists and time", BuildLists},
         {"SET OF", EncodeSetOf},
         {"name entry", [&] { return Unchanged(entries, [&] { return AddX509NameEntry(name, U8("x"), 1, ASN1_UTF8_STRING, cn.data(), 0); }); }},

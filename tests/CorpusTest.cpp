@@ -51,8 +51,10 @@ Handle Hold(T* p, uint32_t (*free)(T*)) {
 template <typename T>
 Family Codec(uint32_t (*decode)(const uint8_t*, uint32_t, T**), uint32_t (*encode)(const T*, uint8_t*, uint32_t*),
              uint32_t (*free)(T*), uint32_t (*copy)(const T*, T**) = nullptr,
-             uint32_t (*tbs)(const T*, uint8_t*, uint32_t*) = nullptr) {
+             uint32_t (*tbs)(const T*, uint8_t*, uint32_t*) = nullptr,
+             std::vector<Entry> (*parts)(void*, const std::string&) = nullptr) {
     Family f;
+    if (parts) f.parts = parts;
     f.decode = [=](const Bytes& in, Handle& h) {
         T* p = nullptr;
         const uint32_t rc = decode(in.data(), Size(in), &p);
@@ -83,10 +85,10 @@ Family Rebuilt(std::function<Got(const Bytes&)> rebuild) {
 // ---- values rebuilt from what their typed decoders hand out ---------------------------------------
 
 template <auto Decode, auto Encode>
-Got Flags(const Bytes& in) {
-    uint32_t bits = 0;
-    TRY(Decode(in.data(), Size(in), &bits));
-    return Get(Encode, bits);
+Got Number(const Bytes& in) {
+    uint32_t number = 0;
+    TRY(Decode(in.data(), Size(in), &number));
+    return Get(Encode, number);
 }
 
 template <auto Decode, auto Encode>
@@ -110,12 +112,6 @@ Got AuthorityKeyId(const Bytes& in) {
     TRY(DecodeExtensionAuthorityKeyIdentifier(in.data(), Size(in), key, &keyLen, &issuer.p, serial, &serialLen));
     return Get(EncodeExtensionAuthorityKeyIdentifier, keyLen ? key : nullptr, keyLen, issuer.p,
                serialLen ? serial : nullptr, serialLen);
-}
-
-Got ReasonCode(const Bytes& in) {
-    uint32_t reason = 0;
-    TRY(DecodeExtensionReasonCode(in.data(), Size(in), &reason));
-    return Get(EncodeExtensionReasonCode, reason);
 }
 
 Got InvalidityDate(const Bytes& in) {
@@ -280,45 +276,39 @@ void AddExtensions(std::vector<Entry>& parts, const std::string& label, const X5
         Add(parts, label, "extensions", Get(EncodeX509Extensions, list));
 }
 
+// What a getter hands out by reference, or null: Ref<X509Name>(GetCertificateIssuer, c).
+template <typename T, typename Fn, typename... A>
+T* Ref(Fn fn, A... args) {
+    T* out = nullptr;
+    return fn(args..., &out) == TV_OK ? out : nullptr;
+}
+
 std::vector<Entry> CertificateParts(void* h, const std::string& label) {
     auto* c = static_cast<Certificate*>(h);
-    X509Name *issuer = nullptr, *subject = nullptr;
-    X509Extensions* extensions = nullptr;
     std::vector<Entry> parts;
-    EXPECT_EQ(GetCertificateIssuer(c, &issuer), TV_OK);
-    EXPECT_EQ(GetCertificateSubject(c, &subject), TV_OK);
-    Add(parts, label + "/issuer", "name", Get(EncodeX509Name, issuer));
-    Add(parts, label + "/subject", "name", Get(EncodeX509Name, subject));
-    if (GetCertificateExtensions(c, &extensions) == TV_OK) AddExtensions(parts, label + "/extensions", extensions);
+    Add(parts, label + "/issuer", "name", Get(EncodeX509Name, Ref<X509Name>(GetCertificateIssuer, c)));
+    Add(parts, label + "/subject", "name", Get(EncodeX509Name, Ref<X509Name>(GetCertificateSubject, c)));
+    AddExtensions(parts, label + "/extensions", Ref<X509Extensions>(GetCertificateExtensions, c));
     return parts;
 }
 
 std::vector<Entry> CrlParts(void* h, const std::string& label) {
     auto* crl = static_cast<X509Crl*>(h);
-    X509Name* issuer = nullptr;
-    X509Extensions* extensions = nullptr;
     uint32_t count = 0;
     std::vector<Entry> parts;
-    EXPECT_EQ(GetX509CrlIssuer(crl, &issuer), TV_OK);
-    Add(parts, label + "/issuer", "name", Get(EncodeX509Name, issuer));
-    if (GetX509CrlExtensions(crl, &extensions) == TV_OK) AddExtensions(parts, label + "/extensions", extensions);
+    Add(parts, label + "/issuer", "name", Get(EncodeX509Name, Ref<X509Name>(GetX509CrlIssuer, crl)));
+    AddExtensions(parts, label + "/extensions", Ref<X509Extensions>(GetX509CrlExtensions, crl));
     EXPECT_EQ(GetX509CrlRevokedCertificateCount(crl, &count), TV_OK);
-    for (uint32_t i = 0; i < std::min(count, 20u); ++i) {
-        if (GetX509CrlRevokedCertificateExtensions(crl, i, &extensions) == TV_OK)
-            AddExtensions(parts, label + "/entry " + std::to_string(i), extensions);
-    }
+    for (uint32_t i = 0; i < std::min(count, 20u); ++i)
+        AddExtensions(parts, label + "/entry " + std::to_string(i), Ref<X509Extensions>(GetX509CrlRevokedCertificateExtensions, crl, i));
     return parts;
 }
 
 std::vector<Entry> RequestParts(void* h, const std::string& label) {
     auto* request = static_cast<PKCS10CertReq*>(h);
-    X509Name* subject = nullptr;
-    RsaAttributes* attributes = nullptr;
     std::vector<Entry> parts;
-    EXPECT_EQ(GetPKCS10CertReqSubject(request, &subject), TV_OK);
-    EXPECT_EQ(GetPKCS10CertReqAttributes(request, &attributes), TV_OK);
-    Add(parts, label + "/subject", "name", Get(EncodeX509Name, subject));
-    Add(parts, label + "/attributes", "attributes", Get(EncodeRsaAttributes, attributes));
+    Add(parts, label + "/subject", "name", Get(EncodeX509Name, Ref<X509Name>(GetPKCS10CertReqSubject, request)));
+    Add(parts, label + "/attributes", "attributes", Get(EncodeRsaAttributes, Ref<RsaAttributes>(GetPKCS10CertReqAttributes, request)));
     return parts;
 }
 
@@ -365,13 +355,10 @@ const std::map<std::string, Family>& Families() {
     static const std::map<std::string, Family> families = [] {
         std::map<std::string, Family> m;
         m["certificate"] = Codec(DecodeCertificate, EncodeCertificate, FreeCertificate, CreateCertificateCopy,
-                                 GetCertificateToBeSignedPart);
-        m["certificate"].parts = CertificateParts;
-        m["crl"] = Codec(DecodeX509Crl, EncodeX509Crl, FreeX509Crl, CreateX509CrlCopy, GetX509CrlToBeSignedPart);
-        m["crl"].parts = CrlParts;
+                                 GetCertificateToBeSignedPart, CertificateParts);
+        m["crl"] = Codec(DecodeX509Crl, EncodeX509Crl, FreeX509Crl, CreateX509CrlCopy, GetX509CrlToBeSignedPart, CrlParts);
         m["request"] = Codec(DecodePKCS10CertReq, EncodePKCS10CertReq, FreePKCS10CertReq, CreatePKCS10CertReqCopy,
-                             GetPKCS10CertReqToBeSignedPart);
-        m["request"].parts = RequestParts;
+                             GetPKCS10CertReqToBeSignedPart, RequestParts);
         m["name"] = Codec(DecodeX509Name, EncodeX509Name, FreeX509Name, CopyX509Name);
         m["name"].compare = [](const void* a, const void* b) {
             return CompareX509Names(static_cast<const X509Name*>(a), static_cast<const X509Name*>(b));
@@ -399,8 +386,8 @@ const std::map<std::string, Family>& Families() {
         m["certificatePolicies"] = Codec(DecodeExtensionCertificatePolicies, EncodeExtensionCertificatePolicies,
                                          FreeExtensionCertificatePolicies);
         m["certificatePolicies"].rebuild = CertificatePolicies;
-        m["keyUsage"] = Rebuilt(Flags<DecodeExtensionKeyUsage, EncodeExtensionKeyUsage>);
-        m["netscapeCertType"] = Rebuilt(Flags<DecodeExtensionNetscapeCertificateType, EncodeExtensionNetscapeCertificateType>);
+        m["keyUsage"] = Rebuilt(Number<DecodeExtensionKeyUsage, EncodeExtensionKeyUsage>);
+        m["netscapeCertType"] = Rebuilt(Number<DecodeExtensionNetscapeCertificateType, EncodeExtensionNetscapeCertificateType>);
         m["basicConstraints"] = Rebuilt(BasicConstraints);
         m["authorityKeyIdentifier"] = Rebuilt(AuthorityKeyId);
         m["subjectKeyIdentifier"] = Rebuilt(Scalar<DecodeExtensionSubjectKeyIdentifier, EncodeExtensionSubjectKeyIdentifier>);
@@ -410,7 +397,7 @@ const std::map<std::string, Family>& Families() {
         m["subjectSignTool"] = Rebuilt(Scalar<DecodeExtensionSubjectSignTool, EncodeExtensionSubjectSignTool>);
         m["kestruneKeyIdentifier"] =
             Rebuilt(Scalar<DecodeExtensionKestruneKeyIdentifier, EncodeExtensionKestruneKeyIdentifier>);
-        m["reasonCode"] = Rebuilt(ReasonCode);
+        m["reasonCode"] = Rebuilt(Number<DecodeExtensionReasonCode, EncodeExtensionReasonCode>);
         m["invalidityDate"] = Rebuilt(InvalidityDate);
         m["privateKeyUsagePeriod"] = Rebuilt(PrivateKeyUsagePeriod);
         m["issuerSignTool"] = Rebuilt(IssuerSignTool);
@@ -454,16 +441,6 @@ std::vector<Entry> ManifestEntries() {
     return entries;
 }
 
-// The first element inside the outer SEQUENCE, cut from the input as it came.
-Bytes FirstInner(const Bytes& der) {
-    uint8_t cls, cons;
-    uint32_t tag, len, hdr, innerLen, innerHdr;
-    if (GetAsn1ObjectInfo(der.data(), Size(der), &cls, &cons, &tag, &len, nullptr, &hdr) != TV_OK ||
-        GetAsn1ObjectInfo(der.data() + hdr, len, &cls, &cons, &tag, &innerLen, nullptr, &innerHdr) != TV_OK)
-        return {};
-    return Bytes(der.begin() + hdr, der.begin() + hdr + innerHdr + innerLen);
-}
-
 // DER of every PEM certificate in /etc/ssl/certs, with the to-be-signed element cut from it.
 std::vector<Entry> SystemStoreEntries() {
     std::vector<Entry> entries;
@@ -472,7 +449,7 @@ std::vector<Entry> SystemStoreEntries() {
         if (f.path().extension() != ".pem") continue;
         const Bytes text = ReadFile(f.path().string());
         const Got der = Get(DecodePem, reinterpret_cast<const char*>(text.data()), Size(text));
-        if (der.rc == TV_OK) entries.push_back({f.path().string(), "certificate", der.bytes, FirstInner(der.bytes), false});
+        if (der.rc == TV_OK) entries.push_back({f.path().string(), "certificate", der.bytes, Child(der.bytes, {0}), false});
     }
     return entries;
 }
@@ -487,9 +464,7 @@ void Check(const Entry& e) {
         EXPECT_EQ(rebuilt.hex(), e.strict ? ToHex(e.der) : f.rebuild(rebuilt.bytes).hex()) << "rebuilt";
     }
     if (!f.decode) {
-        if (!e.derived.empty()) {
-            EXPECT_EQ(f.derived(nullptr, e.der).hex(), ToHex(e.derived));
-        }
+        EXPECT_EQ(e.derived.empty() ? "" : f.derived(nullptr, e.der).hex(), ToHex(e.derived));
         return;
     }
     Handle h, copy;
@@ -498,18 +473,13 @@ void Check(const Entry& e) {
     if (f.copy) {
         ASSERT_EQ(f.copy(h.get(), copy), TV_OK);
         EXPECT_EQ(f.encode(copy.get()).hex(), ToHex(e.der)) << "copy";
-        if (f.compare) {
-            EXPECT_EQ(f.compare(h.get(), copy.get()), TV_OK);
-        }
+        EXPECT_EQ(f.compare ? f.compare(h.get(), copy.get()) : uint32_t{TV_OK}, TV_OK);
     }
-    if (!e.derived.empty()) {
-        EXPECT_EQ(f.derived(h.get(), e.der).hex(), ToHex(e.derived)) << "derived";
-    }
-    if (f.parts) {
-        for (Entry& part : f.parts(h.get(), e.label)) {
-            part.strict = e.strict;
-            Check(part);
-        }
+    EXPECT_EQ(e.derived.empty() ? "" : f.derived(h.get(), e.der).hex(), ToHex(e.derived)) << "derived";
+    if (!f.parts) return;
+    for (Entry& part : f.parts(h.get(), e.label)) {
+        part.strict = e.strict;
+        Check(part);
     }
 }
 
