@@ -235,23 +235,19 @@ void Add(std::vector<Entry>& parts, const std::string& label, const char* family
 
 // The family of an extension value, by its OID; extensions without one are not looked into.
 const char* FamilyOfExtension(const Bytes& oid) {
-    static const std::map<Bytes, const char*> families = [] {
-        std::map<Bytes, const char*> m;
-        for (auto [dotted, family] : std::initializer_list<std::pair<const char*, const char*>>{
-                 {"2.5.29.15", "keyUsage"}, {"2.5.29.19", "basicConstraints"}, {"2.5.29.14", "subjectKeyIdentifier"},
-                 {"2.5.29.35", "authorityKeyIdentifier"}, {"2.5.29.31", "crlDistributionPoints"},
-                 {"2.5.29.37", "extendedKeyUsage"}, {"1.3.6.1.5.5.7.1.1", "authorityInfoAccess"},
-                 {"2.5.29.32", "certificatePolicies"}, {"2.5.29.17", "generalNames"}, {"2.5.29.18", "generalNames"},
-                 {"2.5.29.29", "generalNames"}, {"2.5.29.20", "crlNumber"}, {"2.5.29.27", "deltaCrlIndicator"},
-                 {"2.5.29.21", "reasonCode"}, {"2.5.29.24", "invalidityDate"}, {"2.5.29.16", "privateKeyUsagePeriod"},
-                 {"2.5.29.28", "issuingDistributionPoint"}, {"1.2.643.100.111", "subjectSignTool"},
-                 {"1.2.643.100.112", "issuerSignTool"}, {"1.2.643.3.901.3.1", "kestruneKeyIdentifier"},
-                 {"2.16.840.1.113730.1.1", "netscapeCertType"}, {"1.3.6.1.5.5.7.48.1.2", "ocspNonce"}})
-            m[Packed(dotted)] = family;
-        return m;
-    }();
-    const auto it = families.find(oid);
-    return it == families.end() ? nullptr : it->second;
+    static const std::pair<const char*, const char*> families[] = {
+        {"2.5.29.15", "keyUsage"}, {"2.5.29.19", "basicConstraints"}, {"2.5.29.14", "subjectKeyIdentifier"},
+        {"2.5.29.35", "authorityKeyIdentifier"}, {"2.5.29.31", "crlDistributionPoints"},
+        {"2.5.29.37", "extendedKeyUsage"}, {"1.3.6.1.5.5.7.1.1", "authorityInfoAccess"},
+        {"2.5.29.32", "certificatePolicies"}, {"2.5.29.17", "generalNames"}, {"2.5.29.18", "generalNames"},
+        {"2.5.29.29", "generalNames"}, {"2.5.29.20", "crlNumber"}, {"2.5.29.27", "deltaCrlIndicator"},
+        {"2.5.29.21", "reasonCode"}, {"2.5.29.24", "invalidityDate"}, {"2.5.29.16", "privateKeyUsagePeriod"},
+        {"2.5.29.28", "issuingDistributionPoint"}, {"1.2.643.100.111", "subjectSignTool"},
+        {"1.2.643.100.112", "issuerSignTool"}, {"1.2.643.3.901.3.1", "kestruneKeyIdentifier"},
+        {"2.16.840.1.113730.1.1", "netscapeCertType"}, {"1.3.6.1.5.5.7.48.1.2", "ocspNonce"}};
+    for (const auto& [dotted, family] : families)
+        if (Packed(dotted) == oid) return family;
+    return nullptr;
 }
 
 std::vector<Entry> ExtensionParts(void* h, const std::string& label) {
