@@ -15,5 +15,6 @@
 #include "tarvelon/certificate.h"
 #include "tarvelon/crl.h"
 #include "tarvelon/request.h"
+#include "tarvelon/ocsp.h"
 
 #endif
