@@ -190,4 +190,9 @@ inline constinit const Asn1Primitive kFalseValue{ASN1_BOOLEAN, 1, const_cast<uin
 // BOOLEAN DEFAULT FALSE
 inline constexpr Asn1Descriptor kBooleanDefaultFalse = Optional(kBoolean, &kFalseValue);
 
+// The INTEGER 0 as a DEFAULT (Version DEFAULT v1 of certificates and OCSP messages).
+inline constinit const Asn1Primitive kZeroValue{ASN1_INTEGER, 1, const_cast<uint8_t*>(kFalseOctet)};
+// [0] EXPLICIT Version DEFAULT v1, Version ::= INTEGER { v1(0), ... }
+inline constexpr Asn1Descriptor kExplicitVersion = Optional(Explicit(0, kInteger), &kZeroValue);
+
 }  // namespace tv::desc

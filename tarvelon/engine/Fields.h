@@ -205,4 +205,27 @@ void* ChoiceValue(const void* choice, E alternative) noexcept {
     return TV_OK;
 }
 
+// Appends an element the caller made and hands over as a handle (a certificate, a single response),
+// making the list on first use. The list owns it only on success; after a failure the caller still
+// does, so the element leaves the guard before it would free it.
+[[nodiscard]] inline uint32_t AdoptIntoSlotList(const Family& f, void** slot, void* element) noexcept {
+    OwnedValue held(ElementOf(f), element);
+    const uint32_t rc = AppendToSlotList(f, slot, held);
+    if (rc != TV_OK) held.Release();
+    return rc;
+}
+
+// Count and element of a list held in an optional slot, for readers: no list is 311 (at `site`).
+[[nodiscard]] inline uint32_t SlotListCount(Site site, const Family& f, const void* list, uint32_t* outCount) noexcept {
+    if (!outCount) return Fail(site, TV_ERR_INVALID_ARGUMENT);
+    if (!list) return Fail(site, TV_ERR_ABSENT);
+    return ListCountT(f, static_cast<const Asn1List*>(list), outCount);
+}
+template <typename T>
+[[nodiscard]] uint32_t SlotListElement(Site site, const Family& f, const void* list, uint32_t index, T** out) noexcept {
+    if (!out) return Fail(site, TV_ERR_INVALID_ARGUMENT);
+    if (!list) return Fail(site, TV_ERR_ABSENT);
+    return ListElementT(f, static_cast<const Asn1List*>(list), index, out);
+}
+
 }  // namespace tv

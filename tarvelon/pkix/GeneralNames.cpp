@@ -28,8 +28,10 @@ constexpr Asn1Descriptor kUriAlt = Implicit(6, kIa5String);
 constexpr Asn1Descriptor kIpAddressAlt = Implicit(7, kOctetString);
 constexpr Asn1Descriptor kRegisteredIdAlt = Implicit(8, kOid);
 
+}  // namespace
+
 // GeneralName ::= CHOICE {   -- RFC 5280 4.2.1.6, IMPLICIT TAGS module
-constexpr auto kGeneralNameAlternatives = Slots<GeneralNameKind>({
+constinit const Components<SlotCount<GeneralNameKind>> kGeneralNameAlternatives = Slots<GeneralNameKind>({
     {GeneralNameKind::kOtherName, &kOtherNameAlt},            // otherName                  [0] OtherName (a SEQUENCE)
     {GeneralNameKind::kRfc822Name, &kRfc822NameAlt},          // rfc822Name                 [1] IA5String
     {GeneralNameKind::kDnsName, &kDnsNameAlt},                // dNSName                    [2] IA5String
@@ -40,8 +42,6 @@ constexpr auto kGeneralNameAlternatives = Slots<GeneralNameKind>({
     {GeneralNameKind::kIpAddress, &kIpAddressAlt},            // iPAddress                  [7] OCTET STRING
     {GeneralNameKind::kRegisteredId, &kRegisteredIdAlt},      // registeredID               [8] OBJECT IDENTIFIER
 });
-
-}  // namespace
 
 constinit const Asn1Descriptor kGeneralName = Choice(kGeneralNameAlternatives);
 // GeneralNames ::= SEQUENCE SIZE (1..MAX) OF GeneralName  -- the lower bound is not enforced

@@ -22,6 +22,9 @@ enum class GeneralNameKind : uint32_t {
 
 // GeneralName ::= CHOICE { ... nine context-tagged alternatives ... }
 extern const Asn1Descriptor kGeneralName;
+// Its alternatives, for fields that carry a GeneralName under a tag of their own (an OCSP
+// requestorName [1], a time stamp's tsa [0]): Explicit(1, Optional(Choice(kGeneralNameAlternatives))).
+extern const Components<SlotCount<GeneralNameKind>> kGeneralNameAlternatives;
 // GeneralNames ::= SEQUENCE SIZE (1..MAX) OF GeneralName
 extern const Asn1Descriptor kGeneralNames;
 

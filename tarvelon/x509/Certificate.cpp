@@ -14,11 +14,6 @@ TV_MODULE(Certificate)
 namespace tv::desc {
 namespace {
 
-// Version ::= INTEGER { v1(0), v2(1), v3(2) }, DEFAULT v1: one content octet 00.
-constexpr uint8_t kZeroOctet[1] = {0x00};
-constinit const Asn1Primitive kVersionV1{ASN1_INTEGER, 1, const_cast<uint8_t*>(kZeroOctet)};
-
-constexpr Asn1Descriptor kVersion = Optional(Explicit(0, kInteger), &kVersionV1);
 // UniqueIdentifier ::= BIT STRING
 constexpr Asn1Descriptor kIssuerUniqueId = Optional(Implicit(1, kBitString));
 constexpr Asn1Descriptor kSubjectUniqueId = Optional(Implicit(2, kBitString));
@@ -35,7 +30,7 @@ constexpr auto kValidityParts = Slots<ValiditySlot>({
 // its slot directly: the encoding is the same, and the name getters hand out the list itself.
 using Tbs = TbsCertificateSlot;
 constexpr auto kTbsCertificateParts = Slots<Tbs>({
-        {Tbs::kVersion, &kVersion},                            // version          [0] EXPLICIT Version DEFAULT v1
+        {Tbs::kVersion, &kExplicitVersion},                    // version          [0] EXPLICIT Version DEFAULT v1
         {Tbs::kSerialNumber, &kInteger},                       // serialNumber         CertificateSerialNumber
         {Tbs::kSignature, &kAlgorithmIdentifier},              // signature            AlgorithmIdentifier
         {Tbs::kIssuer, &kX509Name},                            // issuer               Name

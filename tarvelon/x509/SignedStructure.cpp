@@ -4,17 +4,36 @@
 
 #include "tarvelon/engine/Fields.h"
 #include "tarvelon/pkix/X509Algorithm.h"
+#include "tarvelon/x509/Certificate.h"
 
 namespace tv {
 namespace {
 
 void*& Part(void* value, size_t slot) { return static_cast<void**>(value)[slot]; }
 
+// The structure holding the algorithm, the signature and the certificates: the value itself, or
+// its optional block, made here for writers (`make`) and absent (311) for readers.
+uint32_t Holder(Site site, const SignedParts& s, const void* value, bool make, void** out) {
+    if (!value) return Fail(site, TV_ERR_INVALID_ARGUMENT);
+    if (s.block < 0) {
+        *out = const_cast<void*>(value);
+        return TV_OK;
+    }
+    void*& block = Part(const_cast<void*>(value), size_t(s.block));
+    if (!block) {
+        if (!make) return Fail(site, TV_ERR_ABSENT);
+        TV_TRY(CreateOptionalAsn1Sequence(s.blockDescriptor, &block, 0));
+    }
+    *out = block;
+    return TV_OK;
+}
+
 // The AlgorithmIdentifier slot that reads and writes go to, and the outer one it mirrors into.
-uint32_t AlgorithmSlots(Site site, const SignedParts& s, void* value, void*** slot, void*** mirror) {
+uint32_t AlgorithmSlots(Site site, const SignedParts& s, void* value, bool make, void*** slot, void*** mirror) {
     if (s.innerAlgorithm < 0) {
-        if (!value) return Fail(site, TV_ERR_INVALID_ARGUMENT);
-        *slot = &Part(value, s.algorithm);
+        void* holder = nullptr;
+        TV_TRY(Holder(site, s, value, make, &holder));
+        *slot = &Part(holder, s.algorithm);
         *mirror = nullptr;
         return TV_OK;
     }
@@ -43,14 +62,18 @@ uint32_t GetToBeSigned(Site site, const SignedParts& s, const void* value, uint8
 
 uint32_t GetSignature(Site site, const SignedParts& s, const void* value, uint8_t* out, uint32_t* outLen) noexcept {
     if (!value || !outLen) return Fail(site, TV_ERR_INVALID_ARGUMENT);
-    auto* bits = static_cast<const Asn1BitStringValue*>(Part(const_cast<void*>(value), s.signature));
+    void* holder = nullptr;
+    TV_TRY(Holder(site, s, value, false, &holder));
+    auto* bits = static_cast<const Asn1BitStringValue*>(Part(holder, s.signature));
     if (bits && s.signatureNeedsContent && !bits->content && bits->length) return Fail(site, TV_ERR_ABSENT);
     return GetBits(site, bits, out, outLen);
 }
 
 uint32_t SetSignature(Site site, const SignedParts& s, void* value, const uint8_t* in, uint32_t inLen) noexcept {
     if (!value || !in) return Fail(site, TV_ERR_INVALID_ARGUMENT);
-    void*& slot = Part(value, s.signature);
+    void* holder = nullptr;
+    TV_TRY(Holder(site, s, value, true, &holder));
+    void*& slot = Part(holder, s.signature);
     return s.freshSignature ? ReplaceBits(site, &slot, in, inLen) : SetBits(site, &slot, in, inLen);
 }
 
@@ -58,7 +81,7 @@ uint32_t GetSignatureAlgorithm(Site site, const SignedParts& s, const void* valu
                                uint8_t* params, uint32_t* paramsLen) noexcept {
     void** slot = nullptr;
     void** mirror = nullptr;
-    TV_TRY(AlgorithmSlots(site, s, const_cast<void*>(value), &slot, &mirror));
+    TV_TRY(AlgorithmSlots(site, s, const_cast<void*>(value), false, &slot, &mirror));
     return GetAlgorithmOidAndParameters(*slot, oid, oidLen, params, paramsLen);
 }
 
@@ -66,7 +89,7 @@ uint32_t SetSignatureAlgorithm(Site site, const SignedParts& s, void* value, con
                                uint32_t paramsLen) noexcept {
     void** slot = nullptr;
     void** mirror = nullptr;
-    TV_TRY(AlgorithmSlots(site, s, value, &slot, &mirror));
+    TV_TRY(AlgorithmSlots(site, s, value, true, &slot, &mirror));
     return SetAlgorithmOidAndParameters(slot, oid, params, paramsLen, mirror);
 }
 
@@ -75,9 +98,68 @@ uint32_t SetGostSignatureAlgorithm(Site site, const SignedParts& s, void* value,
                                    uint32_t encryptionParamId) noexcept {
     void** slot = nullptr;
     void** mirror = nullptr;
-    TV_TRY(AlgorithmSlots(site, s, value, &slot, &mirror));
+    TV_TRY(AlgorithmSlots(site, s, value, true, &slot, &mirror));
     return SetAlgorithmGostR34102001AndParameters(slot, algId, mode, publicKeyParamId, digestParamId,
                                                   encryptionParamId, mirror);
+}
+
+// ---- certificates -----------------------------------------------------------------------------------
+
+namespace {
+
+// The certificate list is recorded under the caller's module like everything else here.
+Family CertificatesOf(Site site) { return Family{&desc::kCertificates, site.module, 0}; }
+
+uint32_t CertificateList(Site site, const SignedParts& s, const void* value, const void** out) {
+    void* holder = nullptr;
+    TV_TRY(Holder(site, s, value, false, &holder));
+    *out = Part(holder, size_t(s.certificates));
+    return TV_OK;
+}
+
+}  // namespace
+
+uint32_t AddCertificate(Site site, const SignedParts& s, void* value, Certificate* cert) noexcept {
+    if (!cert) return Fail(site, TV_ERR_INVALID_ARGUMENT);
+    void* holder = nullptr;
+    TV_TRY(Holder(site, s, value, true, &holder));
+    return AdoptIntoSlotList(CertificatesOf(site), &Part(holder, size_t(s.certificates)), cert);
+}
+
+uint32_t GetCertificateCount(Site site, const SignedParts& s, const void* value, uint32_t* outCount) noexcept {
+    const void* list = nullptr;
+    TV_TRY(CertificateList(site, s, value, &list));
+    return SlotListCount(site, CertificatesOf(site), list, outCount);
+}
+
+uint32_t GetCertificateAt(Site site, const SignedParts& s, const void* value, uint32_t index,
+                          Certificate** out) noexcept {
+    const void* list = nullptr;
+    TV_TRY(CertificateList(site, s, value, &list));
+    return SlotListElement(site, CertificatesOf(site), list, index, out);
+}
+
+uint32_t RemoveCertificates(Site site, const SignedParts& s, void* value) noexcept {
+    if (!value) return Fail(site, TV_ERR_INVALID_ARGUMENT);
+    void* holder = s.block < 0 ? value : Part(value, size_t(s.block));
+    if (!holder) return TV_OK;
+    void*& list = Part(holder, size_t(s.certificates));
+    FreeAsn1Object(&desc::kCertificates, list);
+    list = nullptr;
+    return TV_OK;
+}
+
+uint32_t HasSignatureBlock(Site site, const SignedParts& s, const void* value) noexcept {
+    void* holder = nullptr;
+    return Holder(site, s, value, false, &holder);
+}
+
+uint32_t RemoveSignatureBlock(Site site, const SignedParts& s, void* value) noexcept {
+    if (!value) return Fail(site, TV_ERR_INVALID_ARGUMENT);
+    void*& block = Part(value, size_t(s.block));
+    FreeAsn1Object(s.blockDescriptor, block);
+    block = nullptr;
+    return TV_OK;
 }
 
 uint32_t GetVersion(Site site, const void* leaf, VersionForm form, uint32_t* out) noexcept {

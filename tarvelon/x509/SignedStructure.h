@@ -12,6 +12,7 @@
 
 #include "tarvelon/engine/Descriptor.h"
 #include "tarvelon/engine/Error.h"
+#include "tarvelon/certificate.h"
 
 namespace tv {
 
@@ -24,6 +25,14 @@ struct SignedParts {
     // Kept differences between the families:
     bool signatureNeedsContent;  // a signature with a length but no octets reads as absent (requests)
     bool freshSignature;         // a new signature value replaces the old one instead of being written into it
+    // Where the algorithm, the signature and the certificates sit: -1 in the outer SEQUENCE itself;
+    // otherwise the outer slot of an optional block holding them (an OCSP request's
+    // optionalSignature), which readers find absent (311) and writers make on demand.
+    ptrdiff_t block = -1;
+    const Asn1Descriptor* blockDescriptor = nullptr;
+    // The slot (of the block when there is one) of certs [0] EXPLICIT SEQUENCE OF Certificate
+    // OPTIONAL, -1 when the family carries none.
+    ptrdiff_t certificates = -1;
 
     template <SlotEnum Outer, SlotEnum Inner>
     static constexpr SignedParts Mirrored(const Asn1Descriptor& tbsDescriptor, Outer tbs, Outer algorithm,
@@ -35,6 +44,23 @@ struct SignedParts {
                                         Outer signature, bool signatureNeedsContent, bool freshSignature) noexcept {
         return {&tbsDescriptor, size_t(tbs), size_t(algorithm), size_t(signature), -1, signatureNeedsContent,
                 freshSignature};
+    }
+    // BasicOCSPResponse ::= SEQUENCE { tbsResponseData, signatureAlgorithm, signature, certs }
+    template <SlotEnum Outer>
+    static constexpr SignedParts WithCertificates(const Asn1Descriptor& tbsDescriptor, Outer tbs, Outer algorithm,
+                                                  Outer signature, Outer certs) noexcept {
+        SignedParts s = Single(tbsDescriptor, tbs, algorithm, signature, false, true);
+        s.certificates = ptrdiff_t(certs);
+        return s;
+    }
+    // OCSPRequest ::= SEQUENCE { tbsRequest, optionalSignature [0] EXPLICIT Signature OPTIONAL },
+    // Signature ::= SEQUENCE { signatureAlgorithm, signature, certs }
+    template <SlotEnum Outer, SlotEnum Block>
+    static constexpr SignedParts Nested(const Asn1Descriptor& tbsDescriptor, Outer tbs, Outer block,
+                                        const Asn1Descriptor& blockDescriptor, Block algorithm, Block signature,
+                                        Block certs) noexcept {
+        return {&tbsDescriptor, size_t(tbs), size_t(algorithm), size_t(signature), -1, false, true,
+                ptrdiff_t(block), &blockDescriptor, ptrdiff_t(certs)};
     }
 };
 
@@ -62,6 +88,22 @@ struct SignedParts {
 [[nodiscard]] uint32_t SetGostSignatureAlgorithm(Site site, const SignedParts& s, void* value, uint32_t algId,
                                                  uint8_t mode, uint32_t publicKeyParamId, uint32_t digestParamId,
                                                  uint32_t encryptionParamId) noexcept;
+
+// The certificates of a family that carries them, held as full certificate trees. Add appends the
+// certificate itself (on failure the caller keeps it), making the block and the list on demand;
+// Get hands out a borrowed pointer (no block or no list: 311, index beyond the end: 32); Remove
+// frees the list and is content when there is none.
+[[nodiscard]] uint32_t AddCertificate(Site site, const SignedParts& s, void* value, Certificate* cert) noexcept;
+[[nodiscard]] uint32_t GetCertificateCount(Site site, const SignedParts& s, const void* value,
+                                           uint32_t* outCount) noexcept;
+[[nodiscard]] uint32_t GetCertificateAt(Site site, const SignedParts& s, const void* value, uint32_t index,
+                                        Certificate** out) noexcept;
+[[nodiscard]] uint32_t RemoveCertificates(Site site, const SignedParts& s, void* value) noexcept;
+
+// The optional block of a family that has one: 0 when present, 311 when not; Remove frees it with
+// everything in it and is content when it is absent.
+[[nodiscard]] uint32_t HasSignatureBlock(Site site, const SignedParts& s, const void* value) noexcept;
+[[nodiscard]] uint32_t RemoveSignatureBlock(Site site, const SignedParts& s, void* value) noexcept;
 
 // How a family reads its version INTEGER. Both refuse negative contents and values beyond 32 bits
 // (307) and report an absent version as 311.
