@@ -13,6 +13,7 @@
 #include "tarvelon/x509/X509Crl.h"
 #include "tarvelon/extensions/X509Extension.h"
 #include "tarvelon/x509/pkcs10.h"
+#include "tarvelon/messages/Ocsp.h"
 #include "tarvelon/tarvelon.h"
 #include "tarvelon/engine/Descriptor.h"
 #include "tarvelon/engine/Engine.h"
@@ -83,6 +84,9 @@ const Shape kShapes[] = {
     {"CRLDistributionPoints", &kCrlDistributionPoints},
     {"CertificatePolicies", &kCertificatePolicies},
     {"OcspCheckFileExtResults", &kExtResults},
+    {"OCSPRequest", &kOcspRequest},
+    {"OCSPResponse", &kOcspResponse},
+    {"BasicOCSPResponse", &kBasicOcspResponse},
     {"INTEGER", &kInteger},
     {"OCTET STRING", &kOctetString},
     {"SET OF INTEGER", &kSetOfInteger},

@@ -21,6 +21,7 @@
 #include "tarvelon/x509/Certificate.h"
 #include "tarvelon/x509/X509Crl.h"
 #include "tarvelon/x509/pkcs10.h"
+#include "tarvelon/messages/Ocsp.h"
 
 namespace {
 
@@ -110,7 +111,8 @@ TEST(DescriptorLint, EveryRootIsClean) {
         ROOT(AuthorityInformationAccess), ROOT(CertificatePolicies), ROOT(ExtendedKeyUsage), ROOT(StoreItems),
         ROOT(OcspCheckFile), ROOT(ExtResults), ROOT(CryptoNetRegistry), ROOT(OcspCheckTime2), ROOT(CodedText),
         ROOT(RequestBlockingDate), ROOT(Certificate), ROOT(Certificates), ROOT(CertificateList), ROOT(X509Crls),
-        ROOT(RevokedCertificates), ROOT(CertificationRequest),
+        ROOT(RevokedCertificates), ROOT(CertificationRequest), ROOT(OcspRequest), ROOT(OcspResponse),
+        ROOT(BasicOcspResponse), ROOT(BasicOcspResponses), ROOT(SingleResponse),
     };
 #undef ROOT
     // What the peers' layouts make the lint report: reasons under [1], the tag of onlyContainsUserCerts,
