@@ -6,6 +6,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <vector>
 
 #include "tarvelon/x509/Certificate.h"
 #include "tarvelon/extensions/GeneralObjects.h"
@@ -201,6 +202,48 @@ void PublicReaders(const uint8_t* data, uint32_t size) {
     }
 }
 
+// The OCSP readers over whatever tree a hostile message decodes to: the responder's path through a
+// request, and a client's through a response and the basic response it carries.
+void OcspReaders(const uint8_t* data, uint32_t size) {
+    uint8_t buf[5][64];
+    uint32_t n[5], count = 0, kind = 0, status = 0;
+    OcspRequest* request = nullptr;
+    if (DecodeOcspRequest(data, size, &request) == TV_OK) {
+        if (GetOcspRequestCertRequestsCount(request, &count) == TV_OK)
+            for (uint32_t i = 0; i < count; ++i) {
+                for (uint32_t& len : n) len = sizeof buf[0];
+                X509Extensions* extensions = nullptr;
+                GetOcspRequestCertRequest(request, i, buf[0], &n[0], buf[1], &n[1], buf[2], &n[2], buf[3], &n[3],
+                                          buf[4], &n[4], &extensions);
+            }
+        n[0] = sizeof buf[0];
+        GetOcspRequestRequestorNameValue(request, &kind, buf[0], &n[0]);
+        FreeOcspRequest(request);
+    }
+    OcspResponse* response = nullptr;
+    if (DecodeOcspResponse(data, size, &response) != TV_OK) return;
+    uint32_t typeLen = sizeof buf[0], len = 0;
+    OcspBasicResponse* basic = nullptr;
+    if (GetOcspResponseBytes(response, buf[0], &typeLen, nullptr, &len) == TV_OK) {
+        std::vector<uint8_t> octets(len);
+        if (GetOcspResponseBytes(response, buf[0], &typeLen, octets.data(), &len) == TV_OK &&
+            DecodeOcspBasicResponse(octets.data(), len, &basic) == TV_OK) {
+            n[0] = sizeof buf[0];
+            GetOcspBasicResponseResponderID(basic, &kind, buf[0], &n[0]);
+            OcspSingleResponse* single = nullptr;
+            LibraryTime t;
+            int32_t reason = 0;
+            if (GetOcspBasicResponseSingleResponsesCount(basic, &count) == TV_OK)
+                for (uint32_t i = 0; i < count; ++i)
+                    if (GetOcspBasicResponseSingleResponse(basic, i, &single) == TV_OK &&
+                        GetOcspSingleResponseCertStatus(single, &status) == TV_OK)
+                        GetOcspSingleResponseCertStatusRevokedInfo(single, &t, &reason);
+            FreeOcspBasicResponse(basic);
+        }
+    }
+    FreeOcspResponse(response);
+}
+
 // Caller bytes stored as an ANY: what is accepted must be one whole element, so the stored header
 // spans exactly the stored octets and the ANY decoder takes all of them.
 void CallerAny(const uint8_t* data, uint32_t size) {
@@ -222,6 +265,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     if (size > UINT32_MAX) return 0;
     for (const Shape& s : kShapes) RoundTrip(s, data, static_cast<uint32_t>(size));
     PublicReaders(data, static_cast<uint32_t>(size));
+    OcspReaders(data, static_cast<uint32_t>(size));
     CallerAny(data, static_cast<uint32_t>(size));
     return 0;
 }
