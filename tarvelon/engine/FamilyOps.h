@@ -1,11 +1,10 @@
 // The life cycle every structure family shares, written once: a family is a descriptor plus the
 // module its failures are recorded under, and its exported Create/Decode/Encode/Copy/Free are
-// one-line calls of these templates.
+// one-line calls of these templates; where the handle type carries the family's exported name, one
+// line makes the four of them:
 //
 //   constinit const Family kNameFamily{&kX509NameDescriptor, Module::X509Name, 1};
-//   extern "C" TV_API uint32_t DecodeX509Name(const uint8_t* in, uint32_t inLen, X509Name** outName) {
-//       return DecodeT(kNameFamily, in, inLen, outName);
-//   }
+//   TV_FAMILY_LIFE_CYCLE(X509Name, kNameFamily)   // CreateX509Name, FreeX509Name, EncodeX509Name, DecodeX509Name
 #pragma once
 
 #include "tarvelon/engine/Engine.h"
@@ -60,6 +59,19 @@ uint32_t FreeT(const Family& f, T* value) noexcept {
     FreeAsn1Object(f.descriptor, value);
     return TV_OK;
 }
+
+// The exported Create, Free, Encode and Decode of a family whose handle type is `Name`; the public
+// header declares them (CreateName(Name**), FreeName(Name*), EncodeName(const Name*, out, outLen),
+// DecodeName(in, inLen, Name**)).
+#define TV_FAMILY_LIFE_CYCLE(Name, family)                                                                \
+    extern "C" TV_API uint32_t Create##Name(Name** out) { return ::tv::CreateT(family, out); }           \
+    extern "C" TV_API uint32_t Free##Name(Name* value) { return ::tv::FreeT(family, value); }            \
+    extern "C" TV_API uint32_t Encode##Name(const Name* value, uint8_t* out, uint32_t* outLen) {          \
+        return ::tv::EncodeT(family, value, out, outLen);                                                  \
+    }                                                                                                     \
+    extern "C" TV_API uint32_t Decode##Name(const uint8_t* in, uint32_t inLen, Name** out) {             \
+        return ::tv::DecodeT(family, in, inLen, out);                                                      \
+    }
 
 // ---- lists of element trees ----------------------------------------------------------------------
 // The members that list-valued families (extension values, store lists, certificate and CRL lists)

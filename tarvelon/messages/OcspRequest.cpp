@@ -171,17 +171,7 @@ using namespace tv::desc;
 
 // ---- life cycle and coding ------------------------------------------------------------------------
 
-extern "C" TV_API uint32_t CreateOcspRequest(OcspRequest** outRequest) { return CreateT(kRequestFamily, outRequest); }
-
-extern "C" TV_API uint32_t FreeOcspRequest(OcspRequest* request) { return FreeT(kRequestFamily, request); }
-
-extern "C" TV_API uint32_t EncodeOcspRequest(const OcspRequest* request, uint8_t* out, uint32_t* outLen) {
-    return EncodeT(kRequestFamily, request, out, outLen);
-}
-
-extern "C" TV_API uint32_t DecodeOcspRequest(const uint8_t* in, uint32_t inLen, OcspRequest** outRequest) {
-    return DecodeT(kRequestFamily, in, inLen, outRequest);
-}
+TV_FAMILY_LIFE_CYCLE(OcspRequest, kRequestFamily)
 
 // ---- version and requestor name --------------------------------------------------------------------
 

@@ -173,69 +173,13 @@ using namespace tv::desc;
 
 // ---- life cycle and coding ------------------------------------------------------------------------
 
-extern "C" TV_API uint32_t CreateOcspResponse(OcspResponse** outResponse) {
-    return CreateT(kResponseFamily, outResponse);
-}
+TV_FAMILY_LIFE_CYCLE(OcspResponse, kResponseFamily)
 
-extern "C" TV_API uint32_t FreeOcspResponse(OcspResponse* response) { return FreeT(kResponseFamily, response); }
+TV_FAMILY_LIFE_CYCLE(OcspBasicResponse, kBasicFamily)
 
-extern "C" TV_API uint32_t EncodeOcspResponse(const OcspResponse* response, uint8_t* out, uint32_t* outLen) {
-    return EncodeT(kResponseFamily, response, out, outLen);
-}
+TV_FAMILY_LIFE_CYCLE(OcspSingleResponse, kSingleFamily)
 
-extern "C" TV_API uint32_t DecodeOcspResponse(const uint8_t* in, uint32_t inLen, OcspResponse** outResponse) {
-    return DecodeT(kResponseFamily, in, inLen, outResponse);
-}
-
-extern "C" TV_API uint32_t CreateOcspBasicResponse(OcspBasicResponse** outResponse) {
-    return CreateT(kBasicFamily, outResponse);
-}
-
-extern "C" TV_API uint32_t FreeOcspBasicResponse(OcspBasicResponse* response) { return FreeT(kBasicFamily, response); }
-
-extern "C" TV_API uint32_t EncodeOcspBasicResponse(const OcspBasicResponse* response, uint8_t* out, uint32_t* outLen) {
-    return EncodeT(kBasicFamily, response, out, outLen);
-}
-
-extern "C" TV_API uint32_t DecodeOcspBasicResponse(const uint8_t* in, uint32_t inLen, OcspBasicResponse** outResponse) {
-    return DecodeT(kBasicFamily, in, inLen, outResponse);
-}
-
-extern "C" TV_API uint32_t CreateOcspSingleResponse(OcspSingleResponse** outResponse) {
-    return CreateT(kSingleFamily, outResponse);
-}
-
-extern "C" TV_API uint32_t FreeOcspSingleResponse(OcspSingleResponse* response) {
-    return FreeT(kSingleFamily, response);
-}
-
-extern "C" TV_API uint32_t EncodeOcspSingleResponse(const OcspSingleResponse* response, uint8_t* out,
-                                                    uint32_t* outLen) {
-    return EncodeT(kSingleFamily, response, out, outLen);
-}
-
-extern "C" TV_API uint32_t DecodeOcspSingleResponse(const uint8_t* in, uint32_t inLen,
-                                                    OcspSingleResponse** outResponse) {
-    return DecodeT(kSingleFamily, in, inLen, outResponse);
-}
-
-extern "C" TV_API uint32_t CreateOcspBasicResponses(OcspBasicResponses** outResponses) {
-    return CreateT(kBasicListFamily, outResponses);
-}
-
-extern "C" TV_API uint32_t FreeOcspBasicResponses(OcspBasicResponses* responses) {
-    return FreeT(kBasicListFamily, responses);
-}
-
-extern "C" TV_API uint32_t EncodeOcspBasicResponses(const OcspBasicResponses* responses, uint8_t* out,
-                                                    uint32_t* outLen) {
-    return EncodeT(kBasicListFamily, responses, out, outLen);
-}
-
-extern "C" TV_API uint32_t DecodeOcspBasicResponses(const uint8_t* in, uint32_t inLen,
-                                                    OcspBasicResponses** outResponses) {
-    return DecodeT(kBasicListFamily, in, inLen, outResponses);
-}
+TV_FAMILY_LIFE_CYCLE(OcspBasicResponses, kBasicListFamily)
 
 extern "C" TV_API uint32_t CreateOcspBasicResponsesCopy(const OcspBasicResponses* responses,
                                                         OcspBasicResponses** outResponses) {

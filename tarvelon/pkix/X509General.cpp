@@ -23,20 +23,10 @@ constinit const Family kFreeTextFamily{&desc::kPKIFreeText, Module::X509General,
 
 using namespace tv;
 
-extern "C" TV_API uint32_t CreatePKIFreeText(PKIFreeText** outText) { return CreateT(kFreeTextFamily, outText); }
+TV_FAMILY_LIFE_CYCLE(PKIFreeText, kFreeTextFamily)
 
 extern "C" TV_API uint32_t CreatePKIFreeTextCopy(const PKIFreeText* text, PKIFreeText** outText) {
     return CopyT(kFreeTextFamily, text, outText);
-}
-
-extern "C" TV_API uint32_t FreePKIFreeText(PKIFreeText* text) { return FreeT(kFreeTextFamily, text); }
-
-extern "C" TV_API uint32_t DecodePKIFreeText(const uint8_t* in, uint32_t inLen, PKIFreeText** outText) {
-    return DecodeT(kFreeTextFamily, in, inLen, outText);
-}
-
-extern "C" TV_API uint32_t EncodePKIFreeText(const PKIFreeText* text, uint8_t* out, uint32_t* outLen) {
-    return EncodeT(kFreeTextFamily, text, out, outLen);
 }
 
 extern "C" TV_API uint32_t GetPKIFreeTextStringCount(const PKIFreeText* text, uint32_t* outCount) {

@@ -139,9 +139,7 @@ uint32_t SetNameCopy(void** slot, const X509Name* name) noexcept {
 
 using namespace tv;
 
-extern "C" TV_API uint32_t CreateX509Name(X509Name** outName) { return CreateT(kNameFamily, outName); }
-
-extern "C" TV_API uint32_t FreeX509Name(X509Name* name) { return FreeT(kNameFamily, name); }
+TV_FAMILY_LIFE_CYCLE(X509Name, kNameFamily)
 
 extern "C" TV_API uint32_t CopyX509Name(const X509Name* name, X509Name** outName) {
     return CopyT(kNameFamily, name, outName);
@@ -151,14 +149,6 @@ extern "C" TV_API uint32_t ClearX509Name(X509Name* name) {
     if (!name) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
     ListClear(name, &desc::kRelativeDistinguishedName);
     return TV_OK;
-}
-
-extern "C" TV_API uint32_t DecodeX509Name(const uint8_t* in, uint32_t inLen, X509Name** outName) {
-    return DecodeT(kNameFamily, in, inLen, outName);
-}
-
-extern "C" TV_API uint32_t EncodeX509Name(const X509Name* name, uint8_t* out, uint32_t* outLen) {
-    return EncodeT(kNameFamily, name, out, outLen);
 }
 
 extern "C" TV_API uint32_t GetX509NameRdnCount(const X509Name* name, uint32_t* outCount) {

@@ -149,29 +149,9 @@ using desc::ValiditySlot;
 
 // ---- life cycle and coding ------------------------------------------------------------------------
 
-extern "C" TV_API uint32_t CreateCertificate(Certificate** outCertificate) {
-    return CreateT(kCertificateFamily, outCertificate);
-}
+TV_FAMILY_LIFE_CYCLE(Certificate, kCertificateFamily)
 
-extern "C" TV_API uint32_t CreateCertificates(Certificates** outCertificates) {
-    return CreateT(kCertificatesFamily, outCertificates);
-}
-
-extern "C" TV_API uint32_t DecodeCertificate(const uint8_t* in, uint32_t inLen, Certificate** outCertificate) {
-    return DecodeT(kCertificateFamily, in, inLen, outCertificate);
-}
-
-extern "C" TV_API uint32_t DecodeCertificates(const uint8_t* in, uint32_t inLen, Certificates** outCertificates) {
-    return DecodeT(kCertificatesFamily, in, inLen, outCertificates);
-}
-
-extern "C" TV_API uint32_t EncodeCertificate(const Certificate* certificate, uint8_t* out, uint32_t* outLen) {
-    return EncodeT(kCertificateFamily, certificate, out, outLen);
-}
-
-extern "C" TV_API uint32_t EncodeCertificates(const Certificates* certificates, uint8_t* out, uint32_t* outLen) {
-    return EncodeT(kCertificatesFamily, certificates, out, outLen);
-}
+TV_FAMILY_LIFE_CYCLE(Certificates, kCertificatesFamily)
 
 extern "C" TV_API uint32_t CreateCertificateCopy(const Certificate* certificate, Certificate** outCertificate) {
     return CopyT(kCertificateFamily, certificate, outCertificate);
@@ -179,12 +159,6 @@ extern "C" TV_API uint32_t CreateCertificateCopy(const Certificate* certificate,
 
 extern "C" TV_API uint32_t CreateCertificatesCopy(const Certificates* certificates, Certificates** outCertificates) {
     return CopyT(kCertificatesFamily, certificates, outCertificates);
-}
-
-extern "C" TV_API uint32_t FreeCertificate(Certificate* certificate) { return FreeT(kCertificateFamily, certificate); }
-
-extern "C" TV_API uint32_t FreeCertificates(Certificates* certificates) {
-    return FreeT(kCertificatesFamily, certificates);
 }
 
 extern "C" TV_API uint32_t GetCertificatesCount(const Certificates* certificates, uint32_t* outCount) {

@@ -177,25 +177,9 @@ using namespace tv::desc;
 
 // ---- life cycle and coding ------------------------------------------------------------------------
 
-extern "C" TV_API uint32_t CreateX509Crl(X509Crl** outCrl) { return CreateT(kCrlFamily, outCrl); }
+TV_FAMILY_LIFE_CYCLE(X509Crl, kCrlFamily)
 
-extern "C" TV_API uint32_t CreateX509Crls(X509Crls** outCrls) { return CreateT(kCrlsFamily, outCrls); }
-
-extern "C" TV_API uint32_t DecodeX509Crl(const uint8_t* in, uint32_t inLen, X509Crl** outCrl) {
-    return DecodeT(kCrlFamily, in, inLen, outCrl);
-}
-
-extern "C" TV_API uint32_t DecodeX509Crls(const uint8_t* in, uint32_t inLen, X509Crls** outCrls) {
-    return DecodeT(kCrlsFamily, in, inLen, outCrls);
-}
-
-extern "C" TV_API uint32_t EncodeX509Crl(const X509Crl* crl, uint8_t* out, uint32_t* outLen) {
-    return EncodeT(kCrlFamily, crl, out, outLen);
-}
-
-extern "C" TV_API uint32_t EncodeX509Crls(const X509Crls* crls, uint8_t* out, uint32_t* outLen) {
-    return EncodeT(kCrlsFamily, crls, out, outLen);
-}
+TV_FAMILY_LIFE_CYCLE(X509Crls, kCrlsFamily)
 
 extern "C" TV_API uint32_t CreateX509CrlCopy(const X509Crl* crl, X509Crl** outCrl) {
     return CopyT(kCrlFamily, crl, outCrl);
@@ -204,10 +188,6 @@ extern "C" TV_API uint32_t CreateX509CrlCopy(const X509Crl* crl, X509Crl** outCr
 extern "C" TV_API uint32_t CreateX509CrlsCopy(const X509Crls* crls, X509Crls** outCrls) {
     return CopyT(kCrlsFamily, crls, outCrls);
 }
-
-extern "C" TV_API uint32_t FreeX509Crl(X509Crl* crl) { return FreeT(kCrlFamily, crl); }
-
-extern "C" TV_API uint32_t FreeX509Crls(X509Crls* crls) { return FreeT(kCrlsFamily, crls); }
 
 extern "C" TV_API uint32_t GetX509CrlsCount(const X509Crls* crls, uint32_t* outCount) {
     return ListCountT(kCrlsFamily, crls, outCount);
