@@ -46,6 +46,11 @@ TEST(SizeProtocol, EveryGetterAndItsNullArguments) {
     ASSERT_EQ(AddOctetStringsValue(strings, U8("ab"), 2), 0u);
     ASSERT_EQ(CreateCertificates(&certificates.p), 0u);
     ASSERT_EQ(CreateX509Crls(&crls.p), 0u);
+    auto ocspRequest = Decoded<FreeOcspRequest>(DecodeOcspRequest, FixtureFile("ocsp/req_rsa_signed.der"));
+    auto ocspResponse = Decoded<FreeOcspResponse>(DecodeOcspResponse, FixtureFile("ocsp/resp_rsa_multi.der"));
+    auto basic = Decoded<FreeOcspBasicResponse>(DecodeOcspBasicResponse, FixtureFile("ocsp/basic_rsa_multi.der"));
+    OcspSingleResponse* single = nullptr;
+    ASSERT_EQ(GetOcspBasicResponseSingleResponse(basic, 1, &single), 0u);
     uint32_t kind = 0;
     const Bytes ski = Packed("2.5.29.14"), data(200, 0x5C), key(128, 0x3A);
     Bytes record(256, 0);
@@ -78,6 +83,11 @@ TEST(SizeProtocol, EveryGetterAndItsNullArguments) {
         GETTER(EncodePKIFreeText, text.p), GETTER(GetPKIFreeTextString, text.p, 0u),
         GETTER(GetOctetStringsValue, strings.p, 0u), GETTER(EncodeCertificates, certificates.p),
         GETTER(EncodeX509Crls, crls.p),
+        GETTER(EncodeOcspRequest, ocspRequest.p), GETTER(GetOcspRequestSignature, ocspRequest.p),
+        GETTER(GetOcspRequestRequestorNameValue, ocspRequest.p, &kind), GETTER(EncodeOcspResponse, ocspResponse.p),
+        GETTER(EncodeOcspBasicResponse, basic.p), GETTER(GetOcspBasicResponseToBeSignedPart, basic.p),
+        GETTER(GetOcspBasicResponseSignature, basic.p), GETTER(GetOcspBasicResponseResponderID, basic.p, &kind),
+        GETTER(EncodeOcspSingleResponse, single),
     };
     for (const Getter& g : getters) {
         SCOPED_TRACE(g.name);

@@ -50,8 +50,8 @@ Handle Hold(T* p, uint32_t (*free)(T*)) {
 // to-be-signed part.
 template <typename T>
 Family Codec(uint32_t (*decode)(const uint8_t*, uint32_t, T**), uint32_t (*encode)(const T*, uint8_t*, uint32_t*),
-             uint32_t (*free)(T*), uint32_t (*copy)(const T*, T**) = nullptr,
-             uint32_t (*tbs)(const T*, uint8_t*, uint32_t*) = nullptr,
+             uint32_t (*free)(T*), std::type_identity_t<uint32_t (*)(const T*, T**)> copy = nullptr,
+             std::type_identity_t<uint32_t (*)(const T*, uint8_t*, uint32_t*)> tbs = nullptr,
              std::vector<Entry> (*parts)(void*, const std::string&) = nullptr) {
     Family f;
     if (parts) f.parts = parts;
@@ -308,6 +308,55 @@ std::vector<Entry> RequestParts(void* h, const std::string& label) {
     return parts;
 }
 
+// The certificates an OCSP message carries, each a certificate of its own.
+template <typename T>
+void AddCertificates(std::vector<Entry>& parts, const std::string& label, const T* h,
+                     uint32_t (*count)(const T*, uint32_t*), uint32_t (*get)(const T*, uint32_t, Certificate**)) {
+    uint32_t n = 0;
+    if (count(h, &n) != TV_OK) return;
+    for (uint32_t i = 0; i < n; ++i)
+        Add(parts, label + "/certificate " + std::to_string(i), "certificate", Get(EncodeCertificate, Ref<Certificate>(get, h, i)));
+}
+
+std::vector<Entry> OcspRequestParts(void* h, const std::string& label) {
+    auto* request = static_cast<OcspRequest*>(h);
+    std::vector<Entry> parts;
+    AddExtensions(parts, label + "/extensions", Ref<X509Extensions>(GetOcspRequestExtensions, request));
+    AddCertificates(parts, label, request, GetOcspRequestCertificatesCount, GetOcspRequestCertificate);
+    return parts;
+}
+
+// The basic response inside responseBytes, when there is one.
+std::vector<Entry> OcspResponseParts(void* h, const std::string& label) {
+    uint8_t type[32];
+    uint32_t typeLen = sizeof type;
+    const Got basic = Get(GetOcspResponseBytes, static_cast<OcspResponse*>(h), type, &typeLen);
+    if (basic.rc == TV_ERR_ABSENT) return {};
+    std::vector<Entry> parts;
+    Add(parts, label + "/basic", "ocspBasicResponse", basic);
+    return parts;
+}
+
+std::vector<Entry> OcspBasicParts(void* h, const std::string& label) {
+    auto* basic = static_cast<OcspBasicResponse*>(h);
+    std::vector<Entry> parts;
+    uint32_t count = 0;
+    EXPECT_EQ(GetOcspBasicResponseSingleResponsesCount(basic, &count), TV_OK);
+    for (uint32_t i = 0; i < count; ++i)
+        Add(parts, label + "/single " + std::to_string(i), "ocspSingleResponse",
+            Get(EncodeOcspSingleResponse, Ref<OcspSingleResponse>(GetOcspBasicResponseSingleResponse, basic, i)));
+    AddExtensions(parts, label + "/extensions", Ref<X509Extensions>(GetOcspBasicResponseExtensions, basic));
+    AddCertificates(parts, label, basic, GetOcspBasicResponseCertificatesCount, GetOcspBasicResponseCertificate);
+    return parts;
+}
+
+std::vector<Entry> OcspSingleParts(void* h, const std::string& label) {
+    std::vector<Entry> parts;
+    AddExtensions(parts, label + "/extensions",
+                  Ref<X509Extensions>(GetOcspSingleResponseExtensions, static_cast<OcspSingleResponse*>(h)));
+    return parts;
+}
+
 // Requested extensions, under either attribute OID, are an extension list.
 std::vector<Entry> AttributeParts(void* h, const std::string& label) {
     const auto* attributes = static_cast<const RsaAttributes*>(h);
@@ -355,6 +404,12 @@ const std::map<std::string, Family>& Families() {
         m["crl"] = Codec(DecodeX509Crl, EncodeX509Crl, FreeX509Crl, CreateX509CrlCopy, GetX509CrlToBeSignedPart, CrlParts);
         m["request"] = Codec(DecodePKCS10CertReq, EncodePKCS10CertReq, FreePKCS10CertReq, CreatePKCS10CertReqCopy,
                              GetPKCS10CertReqToBeSignedPart, RequestParts);
+        m["ocspRequest"] = Codec(DecodeOcspRequest, EncodeOcspRequest, FreeOcspRequest, nullptr, nullptr, OcspRequestParts);
+        m["ocspResponse"] = Codec(DecodeOcspResponse, EncodeOcspResponse, FreeOcspResponse, nullptr, nullptr, OcspResponseParts);
+        m["ocspBasicResponse"] = Codec(DecodeOcspBasicResponse, EncodeOcspBasicResponse, FreeOcspBasicResponse, nullptr,
+                                       GetOcspBasicResponseToBeSignedPart, OcspBasicParts);
+        m["ocspSingleResponse"] = Codec(DecodeOcspSingleResponse, EncodeOcspSingleResponse, FreeOcspSingleResponse,
+                                        nullptr, nullptr, OcspSingleParts);
         m["name"] = Codec(DecodeX509Name, EncodeX509Name, FreeX509Name, CopyX509Name);
         m["name"].compare = [](const void* a, const void* b) {
             return CompareX509Names(static_cast<const X509Name*>(a), static_cast<const X509Name*>(b));
