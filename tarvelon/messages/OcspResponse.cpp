@@ -181,9 +181,16 @@ TV_FAMILY_LIFE_CYCLE(OcspSingleResponse, kSingleFamily)
 
 TV_FAMILY_LIFE_CYCLE(OcspBasicResponses, kBasicListFamily)
 
+// The engine's copy refuses NULL values, a limitation kept for its callers, and every good or
+// unknown certStatus is one: the list is copied through its DER instead, which gives the same tree
+// (a list that cannot be encoded yet cannot be copied either).
 extern "C" TV_API uint32_t CreateOcspBasicResponsesCopy(const OcspBasicResponses* responses,
                                                         OcspBasicResponses** outResponses) {
-    return CopyT(kBasicListFamily, responses, outResponses);
+    if (!responses || !outResponses) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
+    HeapBytes der;
+    uint32_t len = 0;
+    TV_TRY(EncodeToHeap(TV_SITE, responses, kBasicOcspResponses, der, &len));
+    return DecodeT(kBasicListFamily, der.get(), len, outResponses);
 }
 
 // The list takes the basic response itself; on failure the caller keeps it.
