@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
 # The command-line tool: dumps real objects, converts between DER and PEM, summarises certificates,
-# CRLs and requests, and refuses broken files with one message and a non-zero exit instead of crashing.
+# CRLs, requests and OCSP messages, and refuses broken files with one message and a non-zero exit
+# instead of crashing.
 set -uo pipefail
 tool=$1 fixtures=$2 pki=$2/pki cert=$2/certs/rsa_ca.der pem=$2/pem/rsa_ca.pem
 ee=$pki/ee_gost2012_256.der crl=$pki/crl_gost2012_256.der req=$pki/req_gost2012_256.der
