@@ -68,6 +68,10 @@ std::string TimeText(const LibraryTime& t) {
     return s;
 }
 
+std::string VersionField(Report& report, uint32_t rc, uint32_t version) {
+    return rc == TV_OK ? std::to_string(version + 1) : rc == TV_ERR_ABSENT ? "1" : report.Failed(rc);
+}
+
 // ---------------------------------------------------------------------------------------------
 // Text: every string type to UTF-8
 
@@ -284,8 +288,16 @@ const OidName kAttributeNames[] = {
     {"1.2.643.3.131.1.1", "INN"},
 };
 
-// Public-key and signature algorithms share one table: their OIDs never collide.
+// Public-key, signature and digest algorithms share one table: their OIDs never collide.
 const OidName kAlgorithmNames[] = {
+    {"1.3.14.3.2.26", "sha1"},
+    {"2.16.840.1.101.3.4.2.1", "sha256"},
+    {"2.16.840.1.101.3.4.2.2", "sha384"},
+    {"2.16.840.1.101.3.4.2.3", "sha512"},
+    {"2.16.840.1.101.3.4.2.4", "sha224"},
+    {"1.2.643.2.2.9", "GOST R 34.11-94"},
+    {"1.2.643.7.1.1.2.2", "GOST R 34.11-2012 256"},
+    {"1.2.643.7.1.1.2.3", "GOST R 34.11-2012 512"},
     {"1.2.840.113549.1.1.1", "rsaEncryption"},
     {"1.2.840.113549.1.1.2", "md2WithRSAEncryption"},
     {"1.2.840.113549.1.1.4", "md5WithRSAEncryption"},
@@ -475,14 +487,14 @@ uint32_t AddGeneralNames(const GeneralNames* names, int depth, const char* prefi
 // ---------------------------------------------------------------------------------------------
 // Algorithms and keys
 
-namespace {
-
 std::string AlgorithmText(const Bytes& oid) {
     if (oid.empty()) return "<none>";
     const std::string dotted = OidText(oid.data());
     const char* name = Lookup(kAlgorithmNames, dotted);
     return name ? std::string(name) + " (" + dotted + ")" : dotted;
 }
+
+namespace {
 
 bool IsNullParameters(const Bytes& params) { return params.size() == 2 && params[0] == 0x05 && params[1] == 0; }
 

@@ -77,6 +77,9 @@ std::string IntegerText(const Bytes& v);
 
 std::string TimeText(const LibraryTime& t);
 
+// A version field whose getter answers absent for the DEFAULT v1: the version as people count it.
+std::string VersionField(Report& report, uint32_t rc, uint32_t version);
+
 // A string value of the given type as UTF-8, controls and invalid bytes shown as \XX.
 std::string PlainText(const uint8_t* p, size_t n, uint32_t tag = ASN1_UTF8_STRING);
 std::string PlainText(const Bytes& b, uint32_t tag = ASN1_UTF8_STRING);
@@ -144,6 +147,9 @@ uint32_t AddGeneralNames(const GeneralNames* names, int depth, const char* prefi
 // with the count, or the status of a failed getter. An absent, null or empty list prints nothing.
 void PrintExtensions(uint32_t rc, const X509Extensions* extensions, int depth, const char* title, Report& report);
 
+// The RFC 5280 CRLReason name of a code, or "reason N" for a code without one.
+std::string ReasonText(uint32_t code);
+
 // ---------------------------------------------------------------------------------------------
 // Algorithms, public keys and signatures
 
@@ -166,6 +172,9 @@ uint32_t GetAlgorithm(AlgorithmParts& a, Get&& get) {
     a.oid.assign(oid, oid + oidLen);
     return TV_OK;
 }
+
+// An algorithm's name with its dotted OID, or the dotted OID alone when it has no name.
+std::string AlgorithmText(const Bytes& oid);
 
 enum class Part { PublicKey, Signature };
 

@@ -73,14 +73,6 @@ std::string Flags(const FlagName (&table)[N], uint32_t bits) {
     return s.empty() ? "(none)" : s;
 }
 
-const char* ReasonName(uint32_t code) {
-    static const char* const names[] = {"unspecified",        "keyCompromise", "cACompromise",
-                                        "affiliationChanged", "superseded",    "cessationOfOperation",
-                                        "certificateHold",    nullptr,         "removeFromCRL",
-                                        "privilegeWithdrawn", "aACompromise"};
-    return code < sizeof names / sizeof names[0] ? names[code] : nullptr;
-}
-
 // ---------------------------------------------------------------------------------------------
 // A printer fills `out` (depth 0 is the value's own level) and returns the codec's status; on
 // failure the value is shown in hex.
@@ -178,8 +170,7 @@ uint32_t PrintIssuerSignTool(const Bytes& v, Lines& out) {
 uint32_t PrintReasonCode(const Bytes& v, Lines& out) {
     uint32_t code = 0;
     if (uint32_t rc = DecodeExtensionReasonCode(v.data(), static_cast<uint32_t>(v.size()), &code)) return rc;
-    const char* name = ReasonName(code);
-    out.Add(0, name ? name : "reason " + std::to_string(code));
+    out.Add(0, ReasonText(code));
     return TV_OK;
 }
 
@@ -420,6 +411,15 @@ const ExtensionKind* FindExtension(const std::string& dotted) {
 }
 
 }  // namespace
+
+std::string ReasonText(uint32_t code) {
+    static const char* const names[] = {"unspecified",        "keyCompromise", "cACompromise",
+                                        "affiliationChanged", "superseded",    "cessationOfOperation",
+                                        "certificateHold",    nullptr,         "removeFromCRL",
+                                        "privilegeWithdrawn", "aACompromise"};
+    const char* name = code < sizeof names / sizeof names[0] ? names[code] : nullptr;
+    return name ? name : "reason " + std::to_string(code);
+}
 
 void PrintExtensions(uint32_t rc, const X509Extensions* extensions, int depth, const char* title, Report& report) {
     uint32_t count = 0;

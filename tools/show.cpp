@@ -49,6 +49,37 @@ bool IsRequest(const Bytes& der) {
            Is(tbs[3], ASN1_CLASS_CONTEXT, 0) && tbs[3].cons;
 }
 
+// OCSP messages are not three-part signed structures, so they never match the detectors above:
+//   OCSP request   tbsRequest SEQUENCE { [0] version, [1] requestor, requestList SEQUENCE,
+//                  [2] extensions } and an optional [0] signature
+//   OCSP response  responseStatus ENUMERATED and an optional [0] responseBytes
+
+// The one or two elements of an OCSP message; a second one is a constructed [0].
+bool ReadOcspMessage(const Bytes& der, std::vector<Element>& parts) {
+    Element top;
+    return ReadElement(der.data(), der.size(), top) && IsUniversal(top, ASN1_SEQUENCE) && Children(top, parts) &&
+           (parts.size() == 1 || (parts.size() == 2 && Is(parts[1], ASN1_CLASS_CONTEXT, 0) && parts[1].cons));
+}
+
+bool IsOcspRequest(const Bytes& der) {
+    std::vector<Element> parts, tbs;
+    if (!ReadOcspMessage(der, parts) || !IsUniversal(parts[0], ASN1_SEQUENCE) || !Children(parts[0], tbs)) return false;
+    size_t i = 0;
+    const auto optional = [&](uint32_t tag) {
+        i += i < tbs.size() && Is(tbs[i], ASN1_CLASS_CONTEXT, tag) && tbs[i].cons;
+    };
+    optional(0);
+    optional(1);
+    if (i == tbs.size() || !IsUniversal(tbs[i++], ASN1_SEQUENCE)) return false;
+    optional(2);
+    return i == tbs.size();
+}
+
+bool IsOcspResponse(const Bytes& der) {
+    std::vector<Element> parts;
+    return ReadOcspMessage(der, parts) && IsUniversal(parts[0], ASN1_ENUMERATED);
+}
+
 // Decodes as one kind and prints; returns the decoder's status (the summary's own failures go to
 // `failures`).
 template <class Object, uint32_t (*Decode)(const uint8_t*, uint32_t, Object**), uint32_t (*Free)(Object*),
@@ -74,9 +105,12 @@ const Kind kKinds[] = {
     {"CRL", IsCrl, DecodeAndShow<X509Crl, DecodeX509Crl, FreeX509Crl, ShowCrl>},
     {"certification request", IsRequest,
      DecodeAndShow<PKCS10CertReq, DecodePKCS10CertReq, FreePKCS10CertReq, ShowRequest>},
+    {"OCSP request", IsOcspRequest, DecodeAndShow<OcspRequest, DecodeOcspRequest, FreeOcspRequest, ShowOcspRequest>},
+    {"OCSP response", IsOcspResponse,
+     DecodeAndShow<OcspResponse, DecodeOcspResponse, FreeOcspResponse, ShowOcspResponse>},
 };
 
-// "certificate, CRL or certification request"
+// "certificate, CRL, certification request, OCSP request or OCSP response"
 std::string KindNames() {
     std::string s;
     const size_t n = std::size(kKinds);

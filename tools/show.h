@@ -1,4 +1,4 @@
-// tarvelon show: readable summary of a certificate, CRL or certification request.
+// tarvelon show: readable summary of a certificate, CRL, certification request or OCSP message.
 #ifndef TARVELON_TOOLS_SHOW_H
 #define TARVELON_TOOLS_SHOW_H
 
@@ -18,6 +18,8 @@ int ShowObject(const char* path, const std::vector<uint8_t>& der);
 int ShowCertificate(Certificate* cert);
 int ShowCrl(X509Crl* crl);
 int ShowRequest(PKCS10CertReq* request);
+int ShowOcspRequest(OcspRequest* request);
+int ShowOcspResponse(OcspResponse* response);
 
 }  // namespace show
 

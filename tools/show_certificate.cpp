@@ -13,7 +13,7 @@ int ShowCertificate(Certificate* cert) {
     Print(0, "Certificate:");
     uint32_t version = 0;
     uint32_t rc = GetCertificateVersion(cert, &version);
-    Print(1, "Version: " + (rc == TV_OK ? std::to_string(version + 1) : rc == TV_ERR_ABSENT ? "1" : report.Failed(rc)));
+    Print(1, "Version: " + VersionField(report, rc, version));
     Bytes serial = Need(report, err, [&](uint8_t* o, uint32_t* n) { return GetCertificateSerialNumber(cert, o, n); });
     Print(1, "Serial: " + (err.empty() ? Hex(serial) : err));
     X509Name* name = nullptr;

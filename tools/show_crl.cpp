@@ -15,7 +15,7 @@ int ShowCrl(X509Crl* crl) {
     Print(0, "CRL:");
     uint32_t version = 0;
     uint32_t rc = GetX509CrlVersion(crl, &version);
-    Print(1, "Version: " + (rc == TV_OK ? std::to_string(version + 1) : rc == TV_ERR_ABSENT ? "1" : report.Failed(rc)));
+    Print(1, "Version: " + VersionField(report, rc, version));
     X509Name* name = nullptr;
     rc = GetX509CrlIssuer(crl, &name);
     Print(1, "Issuer: " + NameField(report, rc, name));

@@ -3,7 +3,8 @@
 //   tarvelon asn1 FILE         indented dump of any BER/DER element tree
 //   tarvelon pem LABEL FILE    the object as PEM text with that label
 //   tarvelon der FILE          the object as raw DER
-//   tarvelon show FILE         readable summary of a certificate, CRL or certification request
+//   tarvelon show FILE         readable summary of a certificate, CRL, certification request,
+//                              OCSP request or OCSP response
 //
 // Every FILE may be DER or PEM: text with a BEGIN marker is decoded first.
 #include <cstdio>
@@ -21,7 +22,8 @@ const char* kUsage =
     "  asn1 FILE         dump the BER/DER element tree of FILE\n"
     "  pem LABEL FILE    write FILE as PEM text with LABEL to stdout\n"
     "  der FILE          write FILE as raw DER to stdout\n"
-    "  show FILE         summary of a certificate, CRL or certification request;\n"
+    "  show FILE         summary of a certificate, CRL, certification request,\n"
+    "                    OCSP request or OCSP response;\n"
     "                    names in RFC 4514 order (last RDN of the encoding first)\n"
     "FILE may be DER or PEM.\n";
 
