@@ -2,7 +2,6 @@
 // without a fraction of a second) and the X.509 Time choice (RFC 5280 4.1.2.5).
 #include "tarvelon/text/LibraryTime.h"
 
-#include <cstdio>
 #include <ctime>
 
 #include "tarvelon/engine/Engine.h"
@@ -125,28 +124,43 @@ uint32_t AddDays(T* t, uint32_t days) {
 // ---- text forms ---------------------------------------------------------------------------------
 
 struct TimeText {
-    char chars[72];  // room for every field at its widest, so the length check below is the only check
+    char chars[24];  // the longest form: 14 digits, ".", 6 digits, "Z"
     uint32_t length;
 };
+
+// Writes `value` as exactly `width` decimal digits; false when it needs more. By hand rather than
+// through printf: a responder formats several times per answer, and printf dominated that path.
+bool PutDigits(char*& p, uint32_t value, int width) {
+    for (int i = width - 1; i >= 0; --i, value /= 10) p[i] = static_cast<char>('0' + value % 10);
+    p += width;
+    return value == 0;
+}
+
+// YYYYMMDDhhmmss, or YYMMDDhhmmss with the year modulo 100.
+bool PutDateAndTime(char*& p, const LibraryTime& t, bool twoDigitYear) {
+    bool fits = PutDigits(p, twoDigitYear ? t.year % 100 : t.year, twoDigitYear ? 2 : 4);
+    for (uint32_t field : {t.month, t.day, t.hour, t.minute, t.second}) fits = PutDigits(p, field, 2) && fits;
+    return fits;
+}
 
 // "YYMMDDhhmmssZ" or "YYYYMMDDhhmmssZ". False when a field is wider than its place (a record
 // filled without the setter), which would move the "Z".
 bool FormatTime(const LibraryTime& t, uint32_t word, TimeText* out) {
-    const bool utc = word == ASN1_UTC_TIME;
-    const int n = utc ? std::snprintf(out->chars, sizeof out->chars, "%02u%02u%02u%02u%02u%02uZ", t.year % 100,
-                                      t.month, t.day, t.hour, t.minute, t.second)
-                      : std::snprintf(out->chars, sizeof out->chars, "%04u%02u%02u%02u%02u%02uZ", t.year, t.month,
-                                      t.day, t.hour, t.minute, t.second);
-    const uint32_t expected = utc ? kUtcTimeLength : kGeneralizedTimeLength;
-    out->length = static_cast<uint32_t>(n);
-    return n > 0 && out->length == expected && out->chars[expected - 1] == 'Z';
+    char* p = out->chars;
+    const bool fits = PutDateAndTime(p, t, word == ASN1_UTC_TIME);
+    *p++ = 'Z';
+    out->length = static_cast<uint32_t>(p - out->chars);
+    return fits;
 }
 
 // The shortest GeneralizedTime that keeps every sub-second digit: 120000.5Z, 120000.000001Z, 120000Z.
 bool FormatPreciseTime(const LibraryPreciseTime& t, TimeText* out) {
-    const int n = std::snprintf(out->chars, sizeof out->chars, "%04u%02u%02u%02u%02u%02u.%03u%03u", t.year, t.month,
-                                t.day, t.hour, t.minute, t.second, t.millisecond, t.microsecond);
-    if (n != 21) return false;
+    char* p = out->chars;
+    const LibraryTime whole{t.year, t.month, t.day, t.hour, t.minute, t.second};
+    bool fits = PutDateAndTime(p, whole, false);
+    *p++ = '.';
+    fits = PutDigits(p, t.millisecond, 3) && fits;
+    if (!(PutDigits(p, t.microsecond, 3) && fits)) return false;
     uint32_t length = 21;
     while (length > kFractionMark + 1 && out->chars[length - 1] == '0') --length;
     if (length == kFractionMark + 1) length = kFractionMark;  // no fraction left: the "." goes too
