@@ -269,8 +269,10 @@ TEST(Ocsp, AddTakesTheHandleOnlyOnSuccess) {
     auto cert = [&](Certificate** c) { return DecodeCertificate(caDer.data(), Size(caDer), c); };
     auto decodedBasic = [&](OcspBasicResponse** b) { return DecodeOcspBasicResponse(basicDer.data(), Size(basicDer), b); };
     const std::pair<const char*, std::function<uint32_t()>> adds[] = {
-        {"request certificate", [&] { return Handed(cert, FreeCertificate, [&](Certificate* c) {
-             return AddOcspRequestCertificate(request, c); }); }},
+        {"request certificate", [&] {  // a failure leaves no signature block behind
+             const uint32_t rc = Handed(cert, FreeCertificate, [&](Certificate* c) { return AddOcspRequestCertificate(request, c); });
+             EXPECT_EQ(IsExistsOcspRequestSignature(request), rc ? 311u : 0u);
+             return rc; }},
         {"response certificate", [&] { return Handed(cert, FreeCertificate, [&](Certificate* c) {
              return AddOcspBasicResponseCertificate(basic, c); }); }},
         {"single response", [&] { return Handed(CreateOcspSingleResponse, FreeOcspSingleResponse, [&](OcspSingleResponse* s) {

@@ -28,11 +28,26 @@ uint32_t Holder(Site site, const SignedParts& s, const void* value, bool make, v
     return TV_OK;
 }
 
+// Runs `write` on the holder, made on demand. A block made for a write that then fails goes again,
+// so that a failure leaves the structure as it was.
+template <typename Write>
+uint32_t WriteInHolder(Site site, const SignedParts& s, void* value, Write write) {
+    const bool made = value && s.block >= 0 && !Part(value, size_t(s.block));
+    void* holder = nullptr;
+    TV_TRY(Holder(site, s, value, true, &holder));
+    const uint32_t rc = write(holder);
+    if (rc != TV_OK && made) {
+        FreeAsn1Object(s.blockDescriptor, holder);
+        Part(value, size_t(s.block)) = nullptr;
+    }
+    return rc;
+}
+
 // The AlgorithmIdentifier slot that reads and writes go to, and the outer one it mirrors into.
-uint32_t AlgorithmSlots(Site site, const SignedParts& s, void* value, bool make, void*** slot, void*** mirror) {
+uint32_t AlgorithmSlots(Site site, const SignedParts& s, void* value, void*** slot, void*** mirror) {
     if (s.innerAlgorithm < 0) {
         void* holder = nullptr;
-        TV_TRY(Holder(site, s, value, make, &holder));
+        TV_TRY(Holder(site, s, value, false, &holder));
         *slot = &Part(holder, s.algorithm);
         *mirror = nullptr;
         return TV_OK;
@@ -42,6 +57,17 @@ uint32_t AlgorithmSlots(Site site, const SignedParts& s, void* value, bool make,
     *slot = &Part(tbs, size_t(s.innerAlgorithm));
     *mirror = &Part(value, s.algorithm);
     return TV_OK;
+}
+
+// `set(slot, mirror)` on the algorithm that writes go to.
+template <typename Set>
+uint32_t WriteAlgorithm(Site site, const SignedParts& s, void* value, Set set) {
+    if (s.innerAlgorithm < 0)
+        return WriteInHolder(site, s, value, [&](void* holder) { return set(&Part(holder, s.algorithm), nullptr); });
+    void** slot = nullptr;
+    void** mirror = nullptr;
+    TV_TRY(AlgorithmSlots(site, s, value, &slot, &mirror));
+    return set(slot, mirror);
 }
 
 }  // namespace
@@ -71,36 +97,34 @@ uint32_t GetSignature(Site site, const SignedParts& s, const void* value, uint8_
 
 uint32_t SetSignature(Site site, const SignedParts& s, void* value, const uint8_t* in, uint32_t inLen) noexcept {
     if (!value || !in) return Fail(site, TV_ERR_INVALID_ARGUMENT);
-    void* holder = nullptr;
-    TV_TRY(Holder(site, s, value, true, &holder));
-    void*& slot = Part(holder, s.signature);
-    return s.freshSignature ? ReplaceBits(site, &slot, in, inLen) : SetBits(site, &slot, in, inLen);
+    return WriteInHolder(site, s, value, [&](void* holder) {
+        void*& slot = Part(holder, s.signature);
+        return s.freshSignature ? ReplaceBits(site, &slot, in, inLen) : SetBits(site, &slot, in, inLen);
+    });
 }
 
 uint32_t GetSignatureAlgorithm(Site site, const SignedParts& s, const void* value, uint8_t* oid, uint32_t* oidLen,
                                uint8_t* params, uint32_t* paramsLen) noexcept {
     void** slot = nullptr;
     void** mirror = nullptr;
-    TV_TRY(AlgorithmSlots(site, s, const_cast<void*>(value), false, &slot, &mirror));
+    TV_TRY(AlgorithmSlots(site, s, const_cast<void*>(value), &slot, &mirror));
     return GetAlgorithmOidAndParameters(*slot, oid, oidLen, params, paramsLen);
 }
 
 uint32_t SetSignatureAlgorithm(Site site, const SignedParts& s, void* value, const uint8_t* oid, const uint8_t* params,
                                uint32_t paramsLen) noexcept {
-    void** slot = nullptr;
-    void** mirror = nullptr;
-    TV_TRY(AlgorithmSlots(site, s, value, true, &slot, &mirror));
-    return SetAlgorithmOidAndParameters(slot, oid, params, paramsLen, mirror);
+    return WriteAlgorithm(site, s, value, [&](void** slot, void** mirror) {
+        return SetAlgorithmOidAndParameters(slot, oid, params, paramsLen, mirror);
+    });
 }
 
 uint32_t SetGostSignatureAlgorithm(Site site, const SignedParts& s, void* value, uint32_t algId, uint8_t mode,
                                    uint32_t publicKeyParamId, uint32_t digestParamId,
                                    uint32_t encryptionParamId) noexcept {
-    void** slot = nullptr;
-    void** mirror = nullptr;
-    TV_TRY(AlgorithmSlots(site, s, value, true, &slot, &mirror));
-    return SetAlgorithmGostR34102001AndParameters(slot, algId, mode, publicKeyParamId, digestParamId,
-                                                  encryptionParamId, mirror);
+    return WriteAlgorithm(site, s, value, [&](void** slot, void** mirror) {
+        return SetAlgorithmGostR34102001AndParameters(slot, algId, mode, publicKeyParamId, digestParamId,
+                                                      encryptionParamId, mirror);
+    });
 }
 
 // ---- certificates -----------------------------------------------------------------------------------
@@ -121,9 +145,9 @@ uint32_t CertificateList(Site site, const SignedParts& s, const void* value, con
 
 uint32_t AddCertificate(Site site, const SignedParts& s, void* value, Certificate* cert) noexcept {
     if (!cert) return Fail(site, TV_ERR_INVALID_ARGUMENT);
-    void* holder = nullptr;
-    TV_TRY(Holder(site, s, value, true, &holder));
-    return AdoptIntoSlotList(CertificatesOf(site), &Part(holder, size_t(s.certificates)), cert);
+    return WriteInHolder(site, s, value, [&](void* holder) {
+        return AdoptIntoSlotList(CertificatesOf(site), &Part(holder, size_t(s.certificates)), cert);
+    });
 }
 
 uint32_t GetCertificateCount(Site site, const SignedParts& s, const void* value, uint32_t* outCount) noexcept {
