@@ -290,7 +290,10 @@ TEST(Ocsp, AddTakesTheHandleOnlyOnSuccess) {
         EXPECT_EQ(rc, 32u);
     const Bytes der = Get(EncodeOcspBasicResponses, list.p).bytes;
     auto copy = Made<FreeOcspBasicResponses>([&](OcspBasicResponses** out) { return CreateOcspBasicResponsesCopy(list, out); });
-    EXPECT_EQ(Child(der, {0}), basicDer);
+    OcspBasicResponse* first = nullptr;
+    EXPECT_EQ(Counted(GetOcspBasicResponsesCount, copy.p), "1");
+    EXPECT_EQ(GetOcspBasicResponsesResponse(copy, 0, &first), TV_OK);
+    EXPECT_EQ(Get(EncodeOcspBasicResponse, first).bytes, basicDer);
     EXPECT_EQ(Get(EncodeOcspBasicResponses, copy.p).bytes, der);
 }
 
@@ -374,6 +377,9 @@ TEST(OcspResponse, ResponderIdAndAbsentFields) {
     uint32_t kind = 9, count = 0, version = 9;
     EXPECT_EQ(GetOcspBasicResponseVersion(basic, &version), TV_OK);
     EXPECT_EQ(version, 0u);  // DEFAULT v1
+    ASSERT_EQ(SetOcspBasicResponseVersion(basic, 1), TV_OK);
+    EXPECT_EQ(GetOcspBasicResponseVersion(basic, &version), TV_OK);
+    EXPECT_EQ(version, 1u);
     for (uint32_t rc : {GetOcspBasicResponseProducedAt(basic, &t), Get(GetOcspBasicResponseResponderID, basic.p, &kind).rc,
                         Get(GetOcspBasicResponseSignature, basic.p).rc, GetOcspBasicResponseCertificatesCount(basic, &count)})
         EXPECT_EQ(rc, 311u);
