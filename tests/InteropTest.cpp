@@ -9,6 +9,7 @@
 #include <cstdio>
 #include <filesystem>
 #include <fstream>
+#include <functional>
 
 #include "TestUtil.h"
 
@@ -62,6 +63,35 @@ struct Spki {
     Bytes oid, key, params, raw;
 };
 
+const uint8_t* U8(const std::string& s) { return reinterpret_cast<const uint8_t*>(s.data()); }
+
+void AddExt(X509Extensions* exts, const char* oid, int critical, const Bytes& value) {
+    ASSERT_EQ(AddX509ExtensionsExtension(exts, Packed(oid).data(), critical, value.data(), Size(value)), TV_OK);
+}
+
+Own<FreeX509Name> MakeName(const std::string& cn) {
+    Own<FreeX509Name> name;
+    EXPECT_EQ(CreateX509Name(&name.p), TV_OK);
+    for (auto [oid, tag, text] : {std::tuple<const char*, uint8_t, std::string>{"2.5.4.6", ASN1_PRINTABLE_STRING, "RU"},
+                                  {"2.5.4.10", ASN1_UTF8_STRING, "Тарвелон"}, {"2.5.4.3", ASN1_UTF8_STRING, cn}})
+        EXPECT_EQ(AddX509NameEntry(name, U8(text), uint32_t(text.size()), tag, Packed(oid).data(), 1), TV_OK);
+    return name;
+}
+
+LibraryTime FromNow(uint32_t days) {
+    LibraryTime t{};
+    EXPECT_EQ(GetCurrentLibTime(&t), TV_OK);
+    EXPECT_EQ(AddDaysToLibTime(&t, days), TV_OK);
+    return t;
+}
+
+Bytes ExtendedKeyUsage(const char* purpose) {
+    Own<FreeExtensionExtendedKeyUsage> eku;
+    EXPECT_EQ(CreateExtensionExtendedKeyUsage(&eku.p), TV_OK);
+    EXPECT_EQ(AddExtensionExtendedKeyUsage(eku, Packed(purpose).data()), TV_OK);
+    return Get(EncodeExtensionExtendedKeyUsage, eku.p).bytes;
+}
+
 // openssl with the GOST engine loaded through a config file: `openssl crl` has no -engine option.
 class Interop : public ::testing::TestWithParam<Case> {
 protected:
@@ -109,60 +139,68 @@ protected:
         EXPECT_EQ(s.status, 0) << s.out;
         return ReadFile(At("sig"));
     }
-};
 
-const uint8_t* U8(const std::string& s) { return reinterpret_cast<const uint8_t*>(s.data()); }
-
-void AddExt(X509Extensions* exts, const char* oid, int critical, const Bytes& value) {
-    ASSERT_EQ(AddX509ExtensionsExtension(exts, Packed(oid).data(), critical, value.data(), Size(value)), TV_OK);
-}
-
-Own<FreeX509Name> MakeName(const std::string& cn) {
-    Own<FreeX509Name> name;
-    EXPECT_EQ(CreateX509Name(&name.p), TV_OK);
-    for (auto [oid, tag, text] : {std::tuple<const char*, uint8_t, std::string>{"2.5.4.6", ASN1_PRINTABLE_STRING, "RU"},
-                                  {"2.5.4.10", ASN1_UTF8_STRING, "Тарвелон"}, {"2.5.4.3", ASN1_UTF8_STRING, cn}})
-        EXPECT_EQ(AddX509NameEntry(name, U8(text), uint32_t(text.size()), tag, Packed(oid).data(), 1), TV_OK);
-    return name;
-}
-
-LibraryTime FromNow(uint32_t days) {
-    LibraryTime t{};
-    EXPECT_EQ(GetCurrentLibTime(&t), TV_OK);
-    EXPECT_EQ(AddDaysToLibTime(&t, days), TV_OK);
-    return t;
-}
-
-TEST_P(Interop, OpenSslAcceptsBuiltObjects) {
-    const Case& c = GetParam();
-    Bytes caSpki, eeSpki;
-    const Spki caKey = MakeKey("ca.key", &caSpki), eeKey = MakeKey("ee.key", &eeSpki);
-    ASSERT_FALSE(caSpki.empty() || eeSpki.empty());
-    const Bytes caSerial = Hex("01 C0 FF EE"), eeSerial = Hex("2A 00 00 00 00 00 00 07");
-    const LibraryTime from{2024, 1, 1, 0, 0, 0}, to = FromNow(3650);
-    auto fillCert = [&](Certificate* cert, const Bytes& serial, const X509Name* issuer, const X509Name* subject,
-                        const Spki& k) {
+    // A certificate of `k` for `subject` under `issuer`, signed with the key file `signer` once
+    // `extend` has added its extensions.
+    Own<FreeCertificate> Issue(const Bytes& serial, const X509Name* issuer, const X509Name* subject, const Spki& k,
+                               const std::string& signer,
+                               const std::function<void(Certificate*, X509Extensions*)>& extend = {}) {
+        const Case& c = GetParam();
+        const LibraryTime from{2024, 1, 1, 0, 0, 0}, to = FromNow(3650);
+        Own<FreeCertificate> cert;
+        X509Extensions* exts = nullptr;
         for (uint32_t rc :
-             {SetCertificateVersion(cert, 2), SetCertificateSerialNumber(cert, serial.data(), Size(serial)),
+             {CreateCertificate(&cert.p), SetCertificateVersion(cert, 2),
+              SetCertificateSerialNumber(cert, serial.data(), Size(serial)),
               SetCertificateSignatureAlgorithmOidAndParameters(cert, c.sigAlg.data(), c.sigParams.data(), Size(c.sigParams)),
               SetCertificateIssuer(cert, issuer), SetCertificateSubject(cert, subject),
               SetCertificateValidNotBefore(cert, &from), SetCertificateValidNotAfter(cert, &to),
               SetCertificatePublicKeyAlgorithmOidAndParameters(cert, k.oid.data(), k.params.data(), Size(k.params)),
               c.gost ? SetCertificateGostR34102001PublicKey(cert, k.raw.data(), Size(k.raw))
-                     : SetCertificatePublicKey(cert, k.key.data(), Size(k.key))})
-            ASSERT_EQ(rc, TV_OK);
-    };
+                     : SetCertificatePublicKey(cert, k.key.data(), Size(k.key)),
+              GetCertificateExtensions(cert, &exts)})
+            EXPECT_EQ(rc, TV_OK);
+        if (extend) extend(cert, exts);
+        const Bytes sig = Sign(Get(GetCertificateToBeSignedPart, cert.p).bytes, signer);
+        EXPECT_EQ(SetCertificateSignature(cert, sig.data(), Size(sig)), TV_OK);
+        return cert;
+    }
 
-    // The CA: issuer = subject, Cyrillic CN.
-    const auto caName = MakeName("Тестовый УЦ Тарвелон"), eeName = MakeName("Иванов Иван Иванович");
-    Own<FreeCertificate> ca, ee;
+    // The CA of every test: issuer = subject, Cyrillic CN, in ca.pem.
+    Spki caKey;
+    Own<FreeX509Name> caName;
+    Own<FreeCertificate> ca;
+    void MakeCa() {
+        Bytes spki;
+        caKey = MakeKey("ca.key", &spki);
+        ASSERT_FALSE(spki.empty());
+        caName = MakeName("Тестовый УЦ Тарвелон");
+        ca = Issue(Hex("01 C0 FF EE"), caName, caName, caKey, "ca.key", [](Certificate* cert, X509Extensions* exts) {
+            AddExt(exts, "2.5.29.19", 1, Get(EncodeExtensionBasicConstraints, 1, 0xFFFFFFFFu).bytes);
+            AddExt(exts, "2.5.29.15", 1, Get(EncodeExtensionKeyUsage, 0x04u | 0x02u).bytes);  // keyCertSign | cRLSign
+            ASSERT_EQ(SetCertificateSubjectKeyIdentifier(cert), TV_OK);
+        });
+        WritePem(At("ca.pem"), Get(EncodeCertificate, ca.p).bytes, "CERTIFICATE");
+    }
+
+    // Runs openssl, which must succeed (or fail, `ok` false) and print each of `says`.
+    Output Expect(const std::string& args, const std::vector<std::string>& says, bool ok = true) {
+        Output r = Ossl(args);
+        EXPECT_EQ(r.status == 0, ok) << args << "\n" << r.out;
+        for (const std::string& s : says) EXPECT_NE(r.out.find(s), std::string::npos) << s << "\n" << args << "\n" << r.out;
+        return r;
+    }
+};
+
+TEST_P(Interop, OpenSslAcceptsBuiltObjects) {
+    const Case& c = GetParam();
+    ASSERT_NO_FATAL_FAILURE(MakeCa());
+    Bytes eeSpki;
+    const Spki eeKey = MakeKey("ee.key", &eeSpki);
+    ASSERT_FALSE(eeSpki.empty());
+    const Bytes eeSerial = Hex("2A 00 00 00 00 00 00 07");
+    const auto eeName = MakeName("Иванов Иван Иванович");
     X509Extensions* exts = nullptr;
-    ASSERT_EQ(CreateCertificate(&ca.p), TV_OK);
-    ASSERT_NO_FATAL_FAILURE(fillCert(ca, caSerial, caName, caName, caKey));
-    ASSERT_EQ(GetCertificateExtensions(ca, &exts), TV_OK);
-    AddExt(exts, "2.5.29.19", 1, Get(EncodeExtensionBasicConstraints, 1, 0xFFFFFFFFu).bytes);
-    AddExt(exts, "2.5.29.15", 1, Get(EncodeExtensionKeyUsage, 0x04u | 0x02u).bytes);  // keyCertSign | cRLSign
-    ASSERT_EQ(SetCertificateSubjectKeyIdentifier(ca), TV_OK);
     const Bytes caTbs = Get(GetCertificateToBeSignedPart, ca.p).bytes;
 
     // Byte order of a GOST signature between the signer and the BIT STRING: none to convert.
@@ -188,24 +226,19 @@ TEST_P(Interop, OpenSslAcceptsBuiltObjects) {
     WritePem(At("ca.pem"), caDer, "CERTIFICATE");
 
     // The end entity, issued by the CA.
-    ASSERT_EQ(CreateCertificate(&ee.p), TV_OK);
-    ASSERT_NO_FATAL_FAILURE(fillCert(ee, eeSerial, caName, eeName, eeKey));
-    ASSERT_EQ(GetCertificateExtensions(ee, &exts), TV_OK);
-    AddExt(exts, "2.5.29.15", 1, Get(EncodeExtensionKeyUsage, 0x80u | 0x40u).bytes);  // digitalSignature | nonRepudiation
-    Own<FreeExtensionExtendedKeyUsage> eku;
-    ASSERT_EQ(CreateExtensionExtendedKeyUsage(&eku.p), TV_OK);
-    ASSERT_EQ(AddExtensionExtendedKeyUsage(eku, Packed("1.3.6.1.5.5.7.3.2").data()), TV_OK);  // clientAuth
-    AddExt(exts, "2.5.29.37", 0, Get(EncodeExtensionExtendedKeyUsage, eku.p).bytes);
     const std::string tool = "СКЗИ «Тарвелон-CSP»";
-    AddExt(exts, "1.2.643.100.111", 0, Get(EncodeExtensionSubjectSignTool, U8(tool), uint32_t(tool.size())).bytes);
-    ASSERT_EQ(SetCertificateExtensionCrlDistributionPoints(ee, "http://pki.tarvelon.test/ca.crl"), TV_OK);
-    ASSERT_EQ(SetCertificateAuthorityKeyIdentifier(ee, ca), TV_OK);
-    Bytes sig = Sign(Get(GetCertificateToBeSignedPart, ee.p).bytes, "ca.key");
-    ASSERT_EQ(SetCertificateSignature(ee, sig.data(), Size(sig)), TV_OK);
+    const auto ee = Issue(eeSerial, caName, eeName, eeKey, "ca.key", [&](Certificate* cert, X509Extensions* x) {
+        AddExt(x, "2.5.29.15", 1, Get(EncodeExtensionKeyUsage, 0x80u | 0x40u).bytes);  // digitalSignature | nonRepudiation
+        AddExt(x, "2.5.29.37", 0, ExtendedKeyUsage("1.3.6.1.5.5.7.3.2"));           // clientAuth
+        AddExt(x, "1.2.643.100.111", 0, Get(EncodeExtensionSubjectSignTool, U8(tool), uint32_t(tool.size())).bytes);
+        ASSERT_EQ(SetCertificateExtensionCrlDistributionPoints(cert, "http://pki.tarvelon.test/ca.crl"), TV_OK);
+        ASSERT_EQ(SetCertificateAuthorityKeyIdentifier(cert, ca), TV_OK);
+    });
     const Bytes eeDer = Get(EncodeCertificate, ee.p).bytes;
     WritePem(At("ee.pem"), eeDer, "CERTIFICATE");
     EXPECT_NE(std::search(eeDer.begin(), eeDer.end(), eeSpki.begin(), eeSpki.end()), eeDer.end())
         << "the certificate does not carry openssl's SubjectPublicKeyInfo unchanged";
+    Bytes sig;
 
     // The CRL revoking the end entity.
     Own<FreeX509Crl> crl;
@@ -261,9 +294,7 @@ TEST_P(Interop, OpenSslAcceptsBuiltObjects) {
               "certificate revoked"},
              {"crl -noout -verify -in " + At("crl.pem") + caFile, true, "verify OK"},
              {"req -noout -verify -inform DER -in " + At("req.der"), true, "verify OK"}}) {
-        Output r = Ossl(v.cmd);
-        EXPECT_EQ(r.status == 0, v.ok) << v.cmd << "\n" << r.out;
-        EXPECT_NE(r.out.find(v.says), std::string::npos) << v.cmd << "\n" << r.out;
+        Expect(v.cmd, {v.says}, v.ok);
     }
 
     // OpenSSL's reading of the content, one telling line per object.
@@ -276,9 +307,7 @@ TEST_P(Interop, OpenSslAcceptsBuiltObjects) {
              {"crl" + text + At("crl.pem"), {"Key Compromise", "Serial Number: 2A00000000000007", "CRL Number", "4097"}},
              {"req -inform DER" + text + At("req.der"), {"email:ivanov@tarvelon.test", "DNS:ee.tarvelon.test",
                                                          "CN=Иванов Иван Иванович"}}}) {
-        Output r = Ossl(d.cmd);
-        EXPECT_EQ(r.status, 0) << d.cmd << "\n" << r.out;
-        for (const std::string& e : d.expect) EXPECT_NE(r.out.find(e), std::string::npos) << e << "\n" << r.out;
+        Expect(d.cmd, d.expect);
     }
 
     // Each object read back by the library re-encodes unchanged.
