@@ -1,11 +1,13 @@
 // Interoperability with OpenSSL as an independent peer: a CA certificate, an end-entity certificate,
 // a CRL revoking it and a PKCS#10 request are built field by field through the C API, signed by the
 // openssl command line over the to-be-signed bytes the library hands out, and then checked by
-// `openssl verify`, `openssl crl -verify` and `openssl req -verify`. Once with GOST R 34.10-2012
-// (256-bit, paramset A) keys, once with RSA 2048.
+// `openssl verify`, `openssl crl -verify` and `openssl req -verify`; OCSP responses and requests go
+// both ways with `openssl ocsp`. Once with GOST R 34.10-2012 (256-bit, paramset A) keys, once with
+// RSA 2048.
 #include <sys/wait.h>
 
 #include <algorithm>
+#include <array>
 #include <cstdio>
 #include <filesystem>
 #include <fstream>
@@ -90,6 +92,48 @@ Bytes ExtendedKeyUsage(const char* purpose) {
     EXPECT_EQ(CreateExtensionExtendedKeyUsage(&eku.p), TV_OK);
     EXPECT_EQ(AddExtensionExtendedKeyUsage(eku, Packed(purpose).data()), TV_OK);
     return Get(EncodeExtensionExtendedKeyUsage, eku.p).bytes;
+}
+
+Bytes Sha1(const Bytes& in) {
+    Bytes digest(20);
+    EXPECT_EQ(sha1(in.data(), Size(in), digest.data()), TV_OK);
+    return digest;
+}
+
+Bytes SubjectDer(Certificate* cert) {
+    X509Name* name = nullptr;
+    EXPECT_EQ(GetCertificateSubject(cert, &name), TV_OK);
+    return Get(EncodeX509Name, name).bytes;
+}
+
+// The N outputs of a getter written with N (buffer, length) pairs, `get` taking just those pairs:
+// sizes first, then the buffers.
+template <size_t N, typename G>
+std::array<Bytes, N> Parts(G get) {
+    std::array<Bytes, N> b;
+    std::array<uint32_t, N> n{};
+    [&]<size_t... I>(std::index_sequence<I...>) {
+        EXPECT_EQ(std::apply(get, std::tuple_cat(std::make_tuple(static_cast<uint8_t*>(nullptr), &n[I])...)), TV_OK);
+        (b[I].resize(n[I]), ...);
+        EXPECT_EQ(std::apply(get, std::tuple_cat(std::make_tuple(b[I].data(), &n[I])...)), TV_OK);
+    }(std::make_index_sequence<N>{});
+    return b;
+}
+
+// Parts as hex, one line for a readable comparison.
+template <size_t N>
+std::string Hexes(const std::array<Bytes, N>& parts) {
+    std::string s;
+    for (const Bytes& p : parts) s += ToHex(p) + " | ";
+    return s;
+}
+
+// Adds `o` through a call that takes it over on success only.
+template <typename Add, typename To, auto Free>
+uint32_t Give(Add add, To* to, Own<Free>& o) {
+    const uint32_t rc = add(to, o.p);
+    if (rc == TV_OK) o.release();
+    return rc;
 }
 
 // openssl with the GOST engine loaded through a config file: `openssl crl` has no -engine option.
@@ -315,6 +359,149 @@ TEST_P(Interop, OpenSslAcceptsBuiltObjects) {
     EXPECT_EQ(Get(EncodeCertificate, Decoded<FreeCertificate>(DecodeCertificate, eeDer).p).bytes, eeDer);
     EXPECT_EQ(Get(EncodeX509Crl, Decoded<FreeX509Crl>(DecodeX509Crl, crlDer).p).bytes, crlDer);
     EXPECT_EQ(Get(EncodePKCS10CertReq, Decoded<FreePKCS10CertReq>(DecodePKCS10CertReq, reqDer).p).bytes, reqDer);
+}
+
+// OCSP both ways, a delegated responder answering for the CA. openssl asks about three certificates
+// and checks the library's signed answer, once per kind of responder ID; then the library asks about
+// two of them and `openssl ocsp` answers from its index.
+TEST_P(Interop, OpenSslExchangesOcspMessages) {
+    const Case& c = GetParam();
+    const char* kNonce = "1.3.6.1.5.5.7.48.1.2";
+    ASSERT_NO_FATAL_FAILURE(MakeCa());
+    // What is asked about, the answer, and how openssl's summary names it. Only the end entity is a
+    // certificate: a CertID names the others by serial alone.
+    const struct Entry { Bytes serial; uint32_t status; std::string ask, says; } entries[] = {
+        {Hex("2A 00 00 00 00 00 00 07"), TV_OCSP_STATUS_GOOD, " -cert " + At("ee.pem"), "ee.pem: good"},
+        {Hex("2A 00 00 00 00 00 00 08"), TV_OCSP_STATUS_REVOKED, " -serial 0x2A00000000000008", "0x2A00000000000008: revoked"},
+        {Hex("2A 00 00 00 00 00 00 09"), TV_OCSP_STATUS_UNKNOWN, " -serial 0x2A00000000000009", "0x2A00000000000009: unknown"}};
+    Bytes spki;
+    const Spki eeKey = MakeKey("ee.key", &spki), rsKey = MakeKey("rs.key", &spki);
+    const auto ee = Issue(entries[0].serial, caName, MakeName("Иванов Иван Иванович"), eeKey, "ca.key");
+    const auto rs = Issue(Hex("0C 5B"), caName, MakeName("OCSP-служба Тарвелон"), rsKey, "ca.key",
+                          [](Certificate*, X509Extensions* x) {
+                              AddExt(x, "2.5.29.37", 0, ExtendedKeyUsage("1.3.6.1.5.5.7.3.9"));  // OCSPSigning
+                          });
+    const Bytes rsDer = Get(EncodeCertificate, rs.p).bytes;
+    WritePem(At("ee.pem"), Get(EncodeCertificate, ee.p).bytes, "CERTIFICATE");
+    WritePem(At("rs.pem"), rsDer, "CERTIFICATE");
+
+    // CertIDs (RFC 6960 4.1.1) as openssl writes them: SHA-1 with NULL parameters, over the CA's
+    // subject DER and the contents of its key's BIT STRING.
+    const Bytes sha1Oid = Packed("1.3.14.3.2.26"), null = Hex("05 00"), nameHash = Sha1(SubjectDer(ca)),
+                keyHash = Sha1(caKey.key), nonceOid = Packed(kNonce);
+    auto certId = [&](const Bytes& serial) { return Hexes<5>({sha1Oid, null, nameHash, keyHash, serial}); };
+
+    // openssl asks: its first CertID is the one computed here, and its nonce goes into the answer.
+    std::string ask = "ocsp -issuer " + At("ca.pem");
+    for (const Entry& e : entries) ask += e.ask;
+    Expect(ask + " -reqout " + At("req.der"), {});
+    const Bytes reqDer = ReadFile(At("req.der"));
+    const auto theirs = Decoded<FreeOcspRequest>(DecodeOcspRequest, reqDer);
+    EXPECT_EQ(Get(EncodeOcspRequest, theirs.p).bytes, reqDer);
+    EXPECT_EQ(Hexes(Parts<5>([&](auto... o) { return GetOcspRequestCertRequest(theirs, 0, o..., nullptr); })),
+              certId(entries[0].serial));
+    X509Extensions* exts = nullptr;
+    ASSERT_EQ(GetOcspRequestExtensions(theirs, &exts), TV_OK);
+    const Bytes nonce = Get(GetX509ExtensionsExtensionValue, exts, nonceOid.data()).bytes;
+    ASSERT_FALSE(nonce.empty());
+
+    // The answer, signed by the responder that `kind` and `id` name.
+    const LibraryTime thisUpdate{2025, 6, 1, 0, 0, 0}, nextUpdate = FromNow(30), revokedAt{2025, 5, 15, 0, 0, 0};
+    auto respond = [&](uint32_t kind, const Bytes& id) {
+        Own<FreeOcspBasicResponse> basic;
+        const LibraryTime now = FromNow(0);
+        for (uint32_t rc : {CreateOcspBasicResponse(&basic.p), SetOcspBasicResponseResponderID(basic, kind, id.data(), Size(id)),
+                            SetOcspBasicResponseProducedAt(basic, &now), GetOcspBasicResponseExtensions(basic, &exts)})
+            EXPECT_EQ(rc, TV_OK);
+        AddExt(exts, kNonce, 0, nonce);
+        for (const Entry& e : entries) {
+            Own<FreeOcspSingleResponse> single;
+            for (uint32_t rc :
+                 {CreateOcspSingleResponse(&single.p),
+                  SetOcspSingleResponseCertID(single, sha1Oid.data(), null.data(), Size(null), nameHash.data(), Size(nameHash),
+                                              keyHash.data(), Size(keyHash), e.serial.data(), Size(e.serial)),
+                  e.status == TV_OCSP_STATUS_GOOD      ? SetOcspSingleResponseCertStatusGood(single)
+                  : e.status == TV_OCSP_STATUS_REVOKED ? SetOcspSingleResponseCertStatusRevoked(single, &revokedAt, 1)  // keyCompromise
+                                                       : SetOcspSingleResponseCertStatusUnknown(single),
+                  SetOcspSingleResponseThisUpdate(single, &thisUpdate), SetOcspSingleResponseNextUpdate(single, &nextUpdate),
+                  Give(AddOcspBasicResponseSingleResponse, basic.p, single)})
+                EXPECT_EQ(rc, TV_OK);
+        }
+        auto rsCopy = Decoded<FreeCertificate>(DecodeCertificate, rsDer);
+        for (uint32_t rc : {Give(AddOcspBasicResponseCertificate, basic.p, rsCopy),
+                            SetOcspBasicResponseSignatureAlgorithmOidAndParameters(basic, c.sigAlg.data(), c.sigParams.data(),
+                                                                                   Size(c.sigParams))})
+            EXPECT_EQ(rc, TV_OK);
+        const Bytes sig = Sign(Get(GetOcspBasicResponseToBeSignedPart, basic.p).bytes, "rs.key");
+        EXPECT_EQ(SetOcspBasicResponseSignature(basic, sig.data(), Size(sig)), TV_OK);
+        const Bytes basicDer = Get(EncodeOcspBasicResponse, basic.p).bytes;
+        Own<FreeOcspResponse> response;
+        for (uint32_t rc : {CreateOcspResponse(&response.p), SetOcspResponseStatus(response, 0),
+                            SetOcspResponseBytes(response, Packed("1.3.6.1.5.5.7.48.1.1").data(), basicDer.data(),
+                                                 Size(basicDer))})
+            EXPECT_EQ(rc, TV_OK);
+        return Get(EncodeOcspResponse, response.p).bytes;
+    };
+
+    // Checked against the request as sent (nonce included), and matched by openssl to the
+    // certificates it asks about in its summary.
+    const std::string verify = " -respin " + At("resp.der") + " -CAfile " + At("ca.pem");
+    for (const auto& [kind, id] :
+         {std::pair{TV_OCSP_RESPONDER_BY_NAME, SubjectDer(rs)}, {TV_OCSP_RESPONDER_BY_KEY, Sha1(rsKey.key)}}) {
+        SCOPED_TRACE(kind == TV_OCSP_RESPONDER_BY_NAME ? "responder by name" : "responder by key");
+        const Bytes der = respond(kind, id);
+        EXPECT_EQ(Get(EncodeOcspResponse, Decoded<FreeOcspResponse>(DecodeOcspResponse, der).p).bytes, der);
+        WriteFile(At("resp.der"), der);
+        Expect("ocsp -resp_text -issuer " + At("ca.pem") + " -reqin " + At("req.der") + verify,
+               {"Response verify OK", "Cert Status: good", "Cert Status: revoked", "Revocation Reason: keyCompromise",
+                "Cert Status: unknown"});
+        const Output summary = Expect(ask + " -no_nonce" + verify, {"Response verify OK", entries[0].says, entries[1].says,
+                                                                   "Reason: keyCompromise", entries[2].says});
+        EXPECT_EQ(summary.out.find("WARNING"), std::string::npos) << summary.out;
+    }
+
+    // The library asks about the end entity and the revoked serial; openssl answers from its index.
+    Own<FreeOcspRequest> ours;
+    ASSERT_EQ(CreateOcspRequest(&ours.p), TV_OK);
+    for (const Entry& e : {entries[0], entries[1]})
+        ASSERT_EQ(AddOcspRequestCertRequest(ours, sha1Oid.data(), null.data(), Size(null), nameHash.data(), Size(nameHash),
+                                            keyHash.data(), Size(keyHash), e.serial.data(), Size(e.serial), nullptr), TV_OK);
+    const Bytes ourNonce = Get(EncodeExtensionOcspNonce, U8("tarvelon-nonce-1"), 16u).bytes;
+    ASSERT_EQ(GetOcspRequestExtensions(ours, &exts), TV_OK);
+    AddExt(exts, kNonce, 0, ourNonce);
+    WriteFile(At("ours.der"), Get(EncodeOcspRequest, ours.p).bytes);
+    Expect("ocsp -req_text -reqin " + At("ours.der"),
+           {"Serial Number: 2A00000000000007", "Serial Number: 2A00000000000008", "OCSP Nonce"});
+    WriteFile(At("index.txt"), Text("V\t351231000000Z\t\t2A00000000000007\tunknown\t/CN=EE\n"
+                                    "R\t351231000000Z\t250515000000Z,keyCompromise\t2A00000000000008\tunknown\t/CN=R\n"));
+    Expect("ocsp -index " + At("index.txt") + " -CA " + At("ca.pem") + " -rsigner " + At("rs.pem") + " -rkey " +
+               At("rs.key") + " -ndays 1 -reqin " + At("ours.der") + " -respout " + At("r.der"), {});
+    const auto answer = Decoded<FreeOcspResponse>(DecodeOcspResponse, ReadFile(At("r.der")));
+    uint32_t status = 99, count = 0;
+    ASSERT_EQ(GetOcspResponseStatus(answer, &status), TV_OK);
+    EXPECT_EQ(status, 0u);
+    const auto [type, basicDer] = Parts<2>([&](auto... o) { return GetOcspResponseBytes(answer, o...); });
+    EXPECT_EQ(type, Packed("1.3.6.1.5.5.7.48.1.1"));
+    const auto basic = Decoded<FreeOcspBasicResponse>(DecodeOcspBasicResponse, basicDer);
+    ASSERT_EQ(GetOcspBasicResponseSingleResponsesCount(basic, &count), TV_OK);
+    ASSERT_EQ(count, 2u);
+    for (uint32_t i : {0u, 1u}) {
+        OcspSingleResponse* single = nullptr;
+        ASSERT_EQ(GetOcspBasicResponseSingleResponse(basic, i, &single), TV_OK);
+        EXPECT_EQ(Hexes(Parts<5>([&](auto... o) { return GetOcspSingleResponseCertID(single, o...); })),
+                  certId(entries[i].serial));
+        ASSERT_EQ(GetOcspSingleResponseCertStatus(single, &status), TV_OK);
+        EXPECT_EQ(status, entries[i].status);
+        if (status == TV_OCSP_STATUS_REVOKED) {
+            LibraryTime when{};
+            int32_t reason = -1;
+            ASSERT_EQ(GetOcspSingleResponseCertStatusRevokedInfo(single, &when, &reason), TV_OK);
+            EXPECT_TRUE(SameTime(when, revokedAt));
+            EXPECT_EQ(reason, 1);
+        }
+    }
+    ASSERT_EQ(GetOcspBasicResponseExtensions(basic, &exts), TV_OK);
+    EXPECT_EQ(Get(GetX509ExtensionsExtensionValue, exts, nonceOid.data()).bytes, ourNonce) << "the nonce did not come back";
 }
 
 INSTANTIATE_TEST_SUITE_P(
