@@ -1,14 +1,17 @@
 // Interoperability with OpenSSL as an independent peer: a CA certificate, an end-entity certificate,
 // a CRL revoking it and a PKCS#10 request are built field by field through the C API, signed by the
 // openssl command line over the to-be-signed bytes the library hands out, and then checked by
-// `openssl verify`, `openssl crl -verify` and `openssl req -verify`. Once with GOST R 34.10-2012
-// (256-bit, paramset A) keys, once with RSA 2048.
+// `openssl verify`, `openssl crl -verify` and `openssl req -verify`; OCSP responses and requests go
+// both ways with `openssl ocsp`. Once with GOST R 34.10-2012 (256-bit, paramset A) keys, once with
+// RSA 2048.
 #include <sys/wait.h>
 
 #include <algorithm>
+#include <array>
 #include <cstdio>
 #include <filesystem>
 #include <fstream>
+#include <functional>
 
 #include "TestUtil.h"
 
@@ -62,6 +65,77 @@ struct Spki {
     Bytes oid, key, params, raw;
 };
 
+const uint8_t* U8(const std::string& s) { return reinterpret_cast<const uint8_t*>(s.data()); }
+
+void AddExt(X509Extensions* exts, const char* oid, int critical, const Bytes& value) {
+    ASSERT_EQ(AddX509ExtensionsExtension(exts, Packed(oid).data(), critical, value.data(), Size(value)), TV_OK);
+}
+
+Own<FreeX509Name> MakeName(const std::string& cn) {
+    Own<FreeX509Name> name;
+    EXPECT_EQ(CreateX509Name(&name.p), TV_OK);
+    for (auto [oid, tag, text] : {std::tuple<const char*, uint8_t, std::string>{"2.5.4.6", ASN1_PRINTABLE_STRING, "RU"},
+                                  {"2.5.4.10", ASN1_UTF8_STRING, "Тарвелон"}, {"2.5.4.3", ASN1_UTF8_STRING, cn}})
+        EXPECT_EQ(AddX509NameEntry(name, U8(text), uint32_t(text.size()), tag, Packed(oid).data(), 1), TV_OK);
+    return name;
+}
+
+LibraryTime FromNow(uint32_t days) {
+    LibraryTime t{};
+    EXPECT_EQ(GetCurrentLibTime(&t), TV_OK);
+    EXPECT_EQ(AddDaysToLibTime(&t, days), TV_OK);
+    return t;
+}
+
+Bytes ExtendedKeyUsage(const char* purpose) {
+    Own<FreeExtensionExtendedKeyUsage> eku;
+    EXPECT_EQ(CreateExtensionExtendedKeyUsage(&eku.p), TV_OK);
+    EXPECT_EQ(AddExtensionExtendedKeyUsage(eku, Packed(purpose).data()), TV_OK);
+    return Get(EncodeExtensionExtendedKeyUsage, eku.p).bytes;
+}
+
+Bytes Sha1(const Bytes& in) {
+    Bytes digest(20);
+    EXPECT_EQ(sha1(in.data(), Size(in), digest.data()), TV_OK);
+    return digest;
+}
+
+Bytes SubjectDer(Certificate* cert) {
+    X509Name* name = nullptr;
+    EXPECT_EQ(GetCertificateSubject(cert, &name), TV_OK);
+    return Get(EncodeX509Name, name).bytes;
+}
+
+// The N outputs of a getter written with N (buffer, length) pairs, `get` taking just those pairs:
+// sizes first, then the buffers.
+template <size_t N, typename G>
+std::array<Bytes, N> Parts(G get) {
+    std::array<Bytes, N> b;
+    std::array<uint32_t, N> n{};
+    [&]<size_t... I>(std::index_sequence<I...>) {
+        EXPECT_EQ(std::apply(get, std::tuple_cat(std::make_tuple(static_cast<uint8_t*>(nullptr), &n[I])...)), TV_OK);
+        (b[I].resize(n[I]), ...);
+        EXPECT_EQ(std::apply(get, std::tuple_cat(std::make_tuple(b[I].data(), &n[I])...)), TV_OK);
+    }(std::make_index_sequence<N>{});
+    return b;
+}
+
+// Parts as hex, one line for a readable comparison.
+template <size_t N>
+std::string Hexes(const std::array<Bytes, N>& parts) {
+    std::string s;
+    for (const Bytes& p : parts) s += ToHex(p) + " | ";
+    return s;
+}
+
+// Adds `o` through a call that takes it over on success only.
+template <typename Add, typename To, auto Free>
+uint32_t Give(Add add, To* to, Own<Free>& o) {
+    const uint32_t rc = add(to, o.p);
+    if (rc == TV_OK) o.release();
+    return rc;
+}
+
 // openssl with the GOST engine loaded through a config file: `openssl crl` has no -engine option.
 class Interop : public ::testing::TestWithParam<Case> {
 protected:
@@ -109,60 +183,68 @@ protected:
         EXPECT_EQ(s.status, 0) << s.out;
         return ReadFile(At("sig"));
     }
-};
 
-const uint8_t* U8(const std::string& s) { return reinterpret_cast<const uint8_t*>(s.data()); }
-
-void AddExt(X509Extensions* exts, const char* oid, int critical, const Bytes& value) {
-    ASSERT_EQ(AddX509ExtensionsExtension(exts, Packed(oid).data(), critical, value.data(), Size(value)), TV_OK);
-}
-
-Own<FreeX509Name> MakeName(const std::string& cn) {
-    Own<FreeX509Name> name;
-    EXPECT_EQ(CreateX509Name(&name.p), TV_OK);
-    for (auto [oid, tag, text] : {std::tuple<const char*, uint8_t, std::string>{"2.5.4.6", ASN1_PRINTABLE_STRING, "RU"},
-                                  {"2.5.4.10", ASN1_UTF8_STRING, "Тарвелон"}, {"2.5.4.3", ASN1_UTF8_STRING, cn}})
-        EXPECT_EQ(AddX509NameEntry(name, U8(text), uint32_t(text.size()), tag, Packed(oid).data(), 1), TV_OK);
-    return name;
-}
-
-LibraryTime FromNow(uint32_t days) {
-    LibraryTime t{};
-    EXPECT_EQ(GetCurrentLibTime(&t), TV_OK);
-    EXPECT_EQ(AddDaysToLibTime(&t, days), TV_OK);
-    return t;
-}
-
-TEST_P(Interop, OpenSslAcceptsBuiltObjects) {
-    const Case& c = GetParam();
-    Bytes caSpki, eeSpki;
-    const Spki caKey = MakeKey("ca.key", &caSpki), eeKey = MakeKey("ee.key", &eeSpki);
-    ASSERT_FALSE(caSpki.empty() || eeSpki.empty());
-    const Bytes caSerial = Hex("01 C0 FF EE"), eeSerial = Hex("2A 00 00 00 00 00 00 07");
-    const LibraryTime from{2024, 1, 1, 0, 0, 0}, to = FromNow(3650);
-    auto fillCert = [&](Certificate* cert, const Bytes& serial, const X509Name* issuer, const X509Name* subject,
-                        const Spki& k) {
+    // A certificate of `k` for `subject` under `issuer`, signed with the key file `signer` once
+    // `extend` has added its extensions.
+    Own<FreeCertificate> Issue(const Bytes& serial, const X509Name* issuer, const X509Name* subject, const Spki& k,
+                               const std::string& signer,
+                               const std::function<void(Certificate*, X509Extensions*)>& extend = {}) {
+        const Case& c = GetParam();
+        const LibraryTime from{2024, 1, 1, 0, 0, 0}, to = FromNow(3650);
+        Own<FreeCertificate> cert;
+        X509Extensions* exts = nullptr;
         for (uint32_t rc :
-             {SetCertificateVersion(cert, 2), SetCertificateSerialNumber(cert, serial.data(), Size(serial)),
+             {CreateCertificate(&cert.p), SetCertificateVersion(cert, 2),
+              SetCertificateSerialNumber(cert, serial.data(), Size(serial)),
               SetCertificateSignatureAlgorithmOidAndParameters(cert, c.sigAlg.data(), c.sigParams.data(), Size(c.sigParams)),
               SetCertificateIssuer(cert, issuer), SetCertificateSubject(cert, subject),
               SetCertificateValidNotBefore(cert, &from), SetCertificateValidNotAfter(cert, &to),
               SetCertificatePublicKeyAlgorithmOidAndParameters(cert, k.oid.data(), k.params.data(), Size(k.params)),
               c.gost ? SetCertificateGostR34102001PublicKey(cert, k.raw.data(), Size(k.raw))
-                     : SetCertificatePublicKey(cert, k.key.data(), Size(k.key))})
-            ASSERT_EQ(rc, TV_OK);
-    };
+                     : SetCertificatePublicKey(cert, k.key.data(), Size(k.key)),
+              GetCertificateExtensions(cert, &exts)})
+            EXPECT_EQ(rc, TV_OK);
+        if (extend) extend(cert, exts);
+        const Bytes sig = Sign(Get(GetCertificateToBeSignedPart, cert.p).bytes, signer);
+        EXPECT_EQ(SetCertificateSignature(cert, sig.data(), Size(sig)), TV_OK);
+        return cert;
+    }
 
-    // The CA: issuer = subject, Cyrillic CN.
-    const auto caName = MakeName("Тестовый УЦ Тарвелон"), eeName = MakeName("Иванов Иван Иванович");
-    Own<FreeCertificate> ca, ee;
+    // The CA of every test: issuer = subject, Cyrillic CN, in ca.pem.
+    Spki caKey;
+    Own<FreeX509Name> caName;
+    Own<FreeCertificate> ca;
+    void MakeCa() {
+        Bytes spki;
+        caKey = MakeKey("ca.key", &spki);
+        ASSERT_FALSE(spki.empty());
+        caName = MakeName("Тестовый УЦ Тарвелон");
+        ca = Issue(Hex("01 C0 FF EE"), caName, caName, caKey, "ca.key", [](Certificate* cert, X509Extensions* exts) {
+            AddExt(exts, "2.5.29.19", 1, Get(EncodeExtensionBasicConstraints, 1, 0xFFFFFFFFu).bytes);
+            AddExt(exts, "2.5.29.15", 1, Get(EncodeExtensionKeyUsage, 0x04u | 0x02u).bytes);  // keyCertSign | cRLSign
+            ASSERT_EQ(SetCertificateSubjectKeyIdentifier(cert), TV_OK);
+        });
+        WritePem(At("ca.pem"), Get(EncodeCertificate, ca.p).bytes, "CERTIFICATE");
+    }
+
+    // Runs openssl, which must succeed (or fail, `ok` false) and print each of `says`.
+    Output Expect(const std::string& args, const std::vector<std::string>& says, bool ok = true) {
+        Output r = Ossl(args);
+        EXPECT_EQ(r.status == 0, ok) << args << "\n" << r.out;
+        for (const std::string& s : says) EXPECT_NE(r.out.find(s), std::string::npos) << s << "\n" << args << "\n" << r.out;
+        return r;
+    }
+};
+
+TEST_P(Interop, OpenSslAcceptsBuiltObjects) {
+    const Case& c = GetParam();
+    ASSERT_NO_FATAL_FAILURE(MakeCa());
+    Bytes eeSpki;
+    const Spki eeKey = MakeKey("ee.key", &eeSpki);
+    ASSERT_FALSE(eeSpki.empty());
+    const Bytes eeSerial = Hex("2A 00 00 00 00 00 00 07");
+    const auto eeName = MakeName("Иванов Иван Иванович");
     X509Extensions* exts = nullptr;
-    ASSERT_EQ(CreateCertificate(&ca.p), TV_OK);
-    ASSERT_NO_FATAL_FAILURE(fillCert(ca, caSerial, caName, caName, caKey));
-    ASSERT_EQ(GetCertificateExtensions(ca, &exts), TV_OK);
-    AddExt(exts, "2.5.29.19", 1, Get(EncodeExtensionBasicConstraints, 1, 0xFFFFFFFFu).bytes);
-    AddExt(exts, "2.5.29.15", 1, Get(EncodeExtensionKeyUsage, 0x04u | 0x02u).bytes);  // keyCertSign | cRLSign
-    ASSERT_EQ(SetCertificateSubjectKeyIdentifier(ca), TV_OK);
     const Bytes caTbs = Get(GetCertificateToBeSignedPart, ca.p).bytes;
 
     // Byte order of a GOST signature between the signer and the BIT STRING: none to convert.
@@ -188,24 +270,19 @@ TEST_P(Interop, OpenSslAcceptsBuiltObjects) {
     WritePem(At("ca.pem"), caDer, "CERTIFICATE");
 
     // The end entity, issued by the CA.
-    ASSERT_EQ(CreateCertificate(&ee.p), TV_OK);
-    ASSERT_NO_FATAL_FAILURE(fillCert(ee, eeSerial, caName, eeName, eeKey));
-    ASSERT_EQ(GetCertificateExtensions(ee, &exts), TV_OK);
-    AddExt(exts, "2.5.29.15", 1, Get(EncodeExtensionKeyUsage, 0x80u | 0x40u).bytes);  // digitalSignature | nonRepudiation
-    Own<FreeExtensionExtendedKeyUsage> eku;
-    ASSERT_EQ(CreateExtensionExtendedKeyUsage(&eku.p), TV_OK);
-    ASSERT_EQ(AddExtensionExtendedKeyUsage(eku, Packed("1.3.6.1.5.5.7.3.2").data()), TV_OK);  // clientAuth
-    AddExt(exts, "2.5.29.37", 0, Get(EncodeExtensionExtendedKeyUsage, eku.p).bytes);
     const std::string tool = "СКЗИ «Тарвелон-CSP»";
-    AddExt(exts, "1.2.643.100.111", 0, Get(EncodeExtensionSubjectSignTool, U8(tool), uint32_t(tool.size())).bytes);
-    ASSERT_EQ(SetCertificateExtensionCrlDistributionPoints(ee, "http://pki.tarvelon.test/ca.crl"), TV_OK);
-    ASSERT_EQ(SetCertificateAuthorityKeyIdentifier(ee, ca), TV_OK);
-    Bytes sig = Sign(Get(GetCertificateToBeSignedPart, ee.p).bytes, "ca.key");
-    ASSERT_EQ(SetCertificateSignature(ee, sig.data(), Size(sig)), TV_OK);
+    const auto ee = Issue(eeSerial, caName, eeName, eeKey, "ca.key", [&](Certificate* cert, X509Extensions* x) {
+        AddExt(x, "2.5.29.15", 1, Get(EncodeExtensionKeyUsage, 0x80u | 0x40u).bytes);  // digitalSignature | nonRepudiation
+        AddExt(x, "2.5.29.37", 0, ExtendedKeyUsage("1.3.6.1.5.5.7.3.2"));           // clientAuth
+        AddExt(x, "1.2.643.100.111", 0, Get(EncodeExtensionSubjectSignTool, U8(tool), uint32_t(tool.size())).bytes);
+        ASSERT_EQ(SetCertificateExtensionCrlDistributionPoints(cert, "http://pki.tarvelon.test/ca.crl"), TV_OK);
+        ASSERT_EQ(SetCertificateAuthorityKeyIdentifier(cert, ca), TV_OK);
+    });
     const Bytes eeDer = Get(EncodeCertificate, ee.p).bytes;
     WritePem(At("ee.pem"), eeDer, "CERTIFICATE");
     EXPECT_NE(std::search(eeDer.begin(), eeDer.end(), eeSpki.begin(), eeSpki.end()), eeDer.end())
         << "the certificate does not carry openssl's SubjectPublicKeyInfo unchanged";
+    Bytes sig;
 
     // The CRL revoking the end entity.
     Own<FreeX509Crl> crl;
@@ -261,9 +338,7 @@ TEST_P(Interop, OpenSslAcceptsBuiltObjects) {
               "certificate revoked"},
              {"crl -noout -verify -in " + At("crl.pem") + caFile, true, "verify OK"},
              {"req -noout -verify -inform DER -in " + At("req.der"), true, "verify OK"}}) {
-        Output r = Ossl(v.cmd);
-        EXPECT_EQ(r.status == 0, v.ok) << v.cmd << "\n" << r.out;
-        EXPECT_NE(r.out.find(v.says), std::string::npos) << v.cmd << "\n" << r.out;
+        Expect(v.cmd, {v.says}, v.ok);
     }
 
     // OpenSSL's reading of the content, one telling line per object.
@@ -276,9 +351,7 @@ TEST_P(Interop, OpenSslAcceptsBuiltObjects) {
              {"crl" + text + At("crl.pem"), {"Key Compromise", "Serial Number: 2A00000000000007", "CRL Number", "4097"}},
              {"req -inform DER" + text + At("req.der"), {"email:ivanov@tarvelon.test", "DNS:ee.tarvelon.test",
                                                          "CN=Иванов Иван Иванович"}}}) {
-        Output r = Ossl(d.cmd);
-        EXPECT_EQ(r.status, 0) << d.cmd << "\n" << r.out;
-        for (const std::string& e : d.expect) EXPECT_NE(r.out.find(e), std::string::npos) << e << "\n" << r.out;
+        Expect(d.cmd, d.expect);
     }
 
     // Each object read back by the library re-encodes unchanged.
@@ -286,6 +359,149 @@ TEST_P(Interop, OpenSslAcceptsBuiltObjects) {
     EXPECT_EQ(Get(EncodeCertificate, Decoded<FreeCertificate>(DecodeCertificate, eeDer).p).bytes, eeDer);
     EXPECT_EQ(Get(EncodeX509Crl, Decoded<FreeX509Crl>(DecodeX509Crl, crlDer).p).bytes, crlDer);
     EXPECT_EQ(Get(EncodePKCS10CertReq, Decoded<FreePKCS10CertReq>(DecodePKCS10CertReq, reqDer).p).bytes, reqDer);
+}
+
+// OCSP both ways, a delegated responder answering for the CA. openssl asks about three certificates
+// and checks the library's signed answer, once per kind of responder ID; then the library asks about
+// two of them and `openssl ocsp` answers from its index.
+TEST_P(Interop, OpenSslExchangesOcspMessages) {
+    const Case& c = GetParam();
+    const char* kNonce = "1.3.6.1.5.5.7.48.1.2";
+    ASSERT_NO_FATAL_FAILURE(MakeCa());
+    // What is asked about, the answer, and how openssl's summary names it. Only the end entity is a
+    // certificate: a CertID names the others by serial alone.
+    const struct Entry { Bytes serial; uint32_t status; std::string ask, says; } entries[] = {
+        {Hex("2A 00 00 00 00 00 00 07"), TV_OCSP_STATUS_GOOD, " -cert " + At("ee.pem"), "ee.pem: good"},
+        {Hex("2A 00 00 00 00 00 00 08"), TV_OCSP_STATUS_REVOKED, " -serial 0x2A00000000000008", "0x2A00000000000008: revoked"},
+        {Hex("2A 00 00 00 00 00 00 09"), TV_OCSP_STATUS_UNKNOWN, " -serial 0x2A00000000000009", "0x2A00000000000009: unknown"}};
+    Bytes spki;
+    const Spki eeKey = MakeKey("ee.key", &spki), rsKey = MakeKey("rs.key", &spki);
+    const auto ee = Issue(entries[0].serial, caName, MakeName("Иванов Иван Иванович"), eeKey, "ca.key");
+    const auto rs = Issue(Hex("0C 5B"), caName, MakeName("OCSP-служба Тарвелон"), rsKey, "ca.key",
+                          [](Certificate*, X509Extensions* x) {
+                              AddExt(x, "2.5.29.37", 0, ExtendedKeyUsage("1.3.6.1.5.5.7.3.9"));  // OCSPSigning
+                          });
+    const Bytes rsDer = Get(EncodeCertificate, rs.p).bytes;
+    WritePem(At("ee.pem"), Get(EncodeCertificate, ee.p).bytes, "CERTIFICATE");
+    WritePem(At("rs.pem"), rsDer, "CERTIFICATE");
+
+    // CertIDs (RFC 6960 4.1.1) as openssl writes them: SHA-1 with NULL parameters, over the CA's
+    // subject DER and the contents of its key's BIT STRING.
+    const Bytes sha1Oid = Packed("1.3.14.3.2.26"), null = Hex("05 00"), nameHash = Sha1(SubjectDer(ca)),
+                keyHash = Sha1(caKey.key), nonceOid = Packed(kNonce);
+    auto certId = [&](const Bytes& serial) { return Hexes<5>({sha1Oid, null, nameHash, keyHash, serial}); };
+
+    // openssl asks: its first CertID is the one computed here, and its nonce goes into the answer.
+    std::string ask = "ocsp -issuer " + At("ca.pem");
+    for (const Entry& e : entries) ask += e.ask;
+    Expect(ask + " -reqout " + At("req.der"), {});
+    const Bytes reqDer = ReadFile(At("req.der"));
+    const auto theirs = Decoded<FreeOcspRequest>(DecodeOcspRequest, reqDer);
+    EXPECT_EQ(Get(EncodeOcspRequest, theirs.p).bytes, reqDer);
+    EXPECT_EQ(Hexes(Parts<5>([&](auto... o) { return GetOcspRequestCertRequest(theirs, 0, o..., nullptr); })),
+              certId(entries[0].serial));
+    X509Extensions* exts = nullptr;
+    ASSERT_EQ(GetOcspRequestExtensions(theirs, &exts), TV_OK);
+    const Bytes nonce = Get(GetX509ExtensionsExtensionValue, exts, nonceOid.data()).bytes;
+    ASSERT_FALSE(nonce.empty());
+
+    // The answer, signed by the responder that `kind` and `id` name.
+    const LibraryTime thisUpdate{2025, 6, 1, 0, 0, 0}, nextUpdate = FromNow(30), revokedAt{2025, 5, 15, 0, 0, 0};
+    auto respond = [&](uint32_t kind, const Bytes& id) {
+        Own<FreeOcspBasicResponse> basic;
+        const LibraryTime now = FromNow(0);
+        for (uint32_t rc : {CreateOcspBasicResponse(&basic.p), SetOcspBasicResponseResponderID(basic, kind, id.data(), Size(id)),
+                            SetOcspBasicResponseProducedAt(basic, &now), GetOcspBasicResponseExtensions(basic, &exts)})
+            EXPECT_EQ(rc, TV_OK);
+        AddExt(exts, kNonce, 0, nonce);
+        for (const Entry& e : entries) {
+            Own<FreeOcspSingleResponse> single;
+            for (uint32_t rc :
+                 {CreateOcspSingleResponse(&single.p),
+                  SetOcspSingleResponseCertID(single, sha1Oid.data(), null.data(), Size(null), nameHash.data(), Size(nameHash),
+                                              keyHash.data(), Size(keyHash), e.serial.data(), Size(e.serial)),
+                  e.status == TV_OCSP_STATUS_GOOD      ? SetOcspSingleResponseCertStatusGood(single)
+                  : e.status == TV_OCSP_STATUS_REVOKED ? SetOcspSingleResponseCertStatusRevoked(single, &revokedAt, 1)  // keyCompromise
+                                                       : SetOcspSingleResponseCertStatusUnknown(single),
+                  SetOcspSingleResponseThisUpdate(single, &thisUpdate), SetOcspSingleResponseNextUpdate(single, &nextUpdate),
+                  Give(AddOcspBasicResponseSingleResponse, basic.p, single)})
+                EXPECT_EQ(rc, TV_OK);
+        }
+        auto rsCopy = Decoded<FreeCertificate>(DecodeCertificate, rsDer);
+        for (uint32_t rc : {Give(AddOcspBasicResponseCertificate, basic.p, rsCopy),
+                            SetOcspBasicResponseSignatureAlgorithmOidAndParameters(basic, c.sigAlg.data(), c.sigParams.data(),
+                                                                                   Size(c.sigParams))})
+            EXPECT_EQ(rc, TV_OK);
+        const Bytes sig = Sign(Get(GetOcspBasicResponseToBeSignedPart, basic.p).bytes, "rs.key");
+        EXPECT_EQ(SetOcspBasicResponseSignature(basic, sig.data(), Size(sig)), TV_OK);
+        const Bytes basicDer = Get(EncodeOcspBasicResponse, basic.p).bytes;
+        Own<FreeOcspResponse> response;
+        for (uint32_t rc : {CreateOcspResponse(&response.p), SetOcspResponseStatus(response, 0),
+                            SetOcspResponseBytes(response, Packed("1.3.6.1.5.5.7.48.1.1").data(), basicDer.data(),
+                                                 Size(basicDer))})
+            EXPECT_EQ(rc, TV_OK);
+        return Get(EncodeOcspResponse, response.p).bytes;
+    };
+
+    // Checked against the request as sent (nonce included), and matched by openssl to the
+    // certificates it asks about in its summary.
+    const std::string verify = " -respin " + At("resp.der") + " -CAfile " + At("ca.pem");
+    for (const auto& [kind, id] :
+         {std::pair{TV_OCSP_RESPONDER_BY_NAME, SubjectDer(rs)}, {TV_OCSP_RESPONDER_BY_KEY, Sha1(rsKey.key)}}) {
+        SCOPED_TRACE(kind == TV_OCSP_RESPONDER_BY_NAME ? "responder by name" : "responder by key");
+        const Bytes der = respond(kind, id);
+        EXPECT_EQ(Get(EncodeOcspResponse, Decoded<FreeOcspResponse>(DecodeOcspResponse, der).p).bytes, der);
+        WriteFile(At("resp.der"), der);
+        Expect("ocsp -resp_text -issuer " + At("ca.pem") + " -reqin " + At("req.der") + verify,
+               {"Response verify OK", "Cert Status: good", "Cert Status: revoked", "Revocation Reason: keyCompromise",
+                "Cert Status: unknown"});
+        const Output summary = Expect(ask + " -no_nonce" + verify, {"Response verify OK", entries[0].says, entries[1].says,
+                                                                   "Reason: keyCompromise", entries[2].says});
+        EXPECT_EQ(summary.out.find("WARNING"), std::string::npos) << summary.out;
+    }
+
+    // The library asks about the end entity and the revoked serial; openssl answers from its index.
+    Own<FreeOcspRequest> ours;
+    ASSERT_EQ(CreateOcspRequest(&ours.p), TV_OK);
+    for (const Entry& e : {entries[0], entries[1]})
+        ASSERT_EQ(AddOcspRequestCertRequest(ours, sha1Oid.data(), null.data(), Size(null), nameHash.data(), Size(nameHash),
+                                            keyHash.data(), Size(keyHash), e.serial.data(), Size(e.serial), nullptr), TV_OK);
+    const Bytes ourNonce = Get(EncodeExtensionOcspNonce, U8("tarvelon-nonce-1"), 16u).bytes;
+    ASSERT_EQ(GetOcspRequestExtensions(ours, &exts), TV_OK);
+    AddExt(exts, kNonce, 0, ourNonce);
+    WriteFile(At("ours.der"), Get(EncodeOcspRequest, ours.p).bytes);
+    Expect("ocsp -req_text -reqin " + At("ours.der"),
+           {"Serial Number: 2A00000000000007", "Serial Number: 2A00000000000008", "OCSP Nonce"});
+    WriteFile(At("index.txt"), Text("V\t351231000000Z\t\t2A00000000000007\tunknown\t/CN=EE\n"
+                                    "R\t351231000000Z\t250515000000Z,keyCompromise\t2A00000000000008\tunknown\t/CN=R\n"));
+    Expect("ocsp -index " + At("index.txt") + " -CA " + At("ca.pem") + " -rsigner " + At("rs.pem") + " -rkey " +
+               At("rs.key") + " -ndays 1 -reqin " + At("ours.der") + " -respout " + At("r.der"), {});
+    const auto answer = Decoded<FreeOcspResponse>(DecodeOcspResponse, ReadFile(At("r.der")));
+    uint32_t status = 99, count = 0;
+    ASSERT_EQ(GetOcspResponseStatus(answer, &status), TV_OK);
+    EXPECT_EQ(status, 0u);
+    const auto [type, basicDer] = Parts<2>([&](auto... o) { return GetOcspResponseBytes(answer, o...); });
+    EXPECT_EQ(type, Packed("1.3.6.1.5.5.7.48.1.1"));
+    const auto basic = Decoded<FreeOcspBasicResponse>(DecodeOcspBasicResponse, basicDer);
+    ASSERT_EQ(GetOcspBasicResponseSingleResponsesCount(basic, &count), TV_OK);
+    ASSERT_EQ(count, 2u);
+    for (uint32_t i : {0u, 1u}) {
+        OcspSingleResponse* single = nullptr;
+        ASSERT_EQ(GetOcspBasicResponseSingleResponse(basic, i, &single), TV_OK);
+        EXPECT_EQ(Hexes(Parts<5>([&](auto... o) { return GetOcspSingleResponseCertID(single, o...); })),
+                  certId(entries[i].serial));
+        ASSERT_EQ(GetOcspSingleResponseCertStatus(single, &status), TV_OK);
+        EXPECT_EQ(status, entries[i].status);
+        if (status == TV_OCSP_STATUS_REVOKED) {
+            LibraryTime when{};
+            int32_t reason = -1;
+            ASSERT_EQ(GetOcspSingleResponseCertStatusRevokedInfo(single, &when, &reason), TV_OK);
+            EXPECT_TRUE(SameTime(when, revokedAt));
+            EXPECT_EQ(reason, 1);
+        }
+    }
+    ASSERT_EQ(GetOcspBasicResponseExtensions(basic, &exts), TV_OK);
+    EXPECT_EQ(Get(GetX509ExtensionsExtensionValue, exts, nonceOid.data()).bytes, ourNonce) << "the nonce did not come back";
 }
 
 INSTANTIATE_TEST_SUITE_P(
