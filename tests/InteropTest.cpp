@@ -476,29 +476,19 @@ TEST_P(Interop, OpenSslExchangesOcspMessages) {
                                     "R\t351231000000Z\t250515000000Z,keyCompromise\t2A00000000000008\tunknown\t/CN=R\n"));
     Expect("ocsp -index " + At("index.txt") + " -CA " + At("ca.pem") + " -rsigner " + At("rs.pem") + " -rkey " +
                At("rs.key") + " -ndays 1 -reqin " + At("ours.der") + " -respout " + At("r.der"), {});
+    // Its answer through the library (every field of openssl's answers is read in the OCSP test):
+    // the statuses of our two CertIDs, in order, and our nonce.
     const auto answer = Decoded<FreeOcspResponse>(DecodeOcspResponse, ReadFile(At("r.der")));
-    uint32_t status = 99, count = 0;
-    ASSERT_EQ(GetOcspResponseStatus(answer, &status), TV_OK);
-    EXPECT_EQ(status, 0u);
     const auto [type, basicDer] = Parts<2>([&](auto... o) { return GetOcspResponseBytes(answer, o...); });
-    EXPECT_EQ(type, Packed("1.3.6.1.5.5.7.48.1.1"));
     const auto basic = Decoded<FreeOcspBasicResponse>(DecodeOcspBasicResponse, basicDer);
-    ASSERT_EQ(GetOcspBasicResponseSingleResponsesCount(basic, &count), TV_OK);
-    ASSERT_EQ(count, 2u);
     for (uint32_t i : {0u, 1u}) {
         OcspSingleResponse* single = nullptr;
+        uint32_t status = 99;
         ASSERT_EQ(GetOcspBasicResponseSingleResponse(basic, i, &single), TV_OK);
         EXPECT_EQ(Hexes(Parts<5>([&](auto... o) { return GetOcspSingleResponseCertID(single, o...); })),
                   certId(entries[i].serial));
-        ASSERT_EQ(GetOcspSingleResponseCertStatus(single, &status), TV_OK);
+        EXPECT_EQ(GetOcspSingleResponseCertStatus(single, &status), TV_OK);
         EXPECT_EQ(status, entries[i].status);
-        if (status == TV_OCSP_STATUS_REVOKED) {
-            LibraryTime when{};
-            int32_t reason = -1;
-            ASSERT_EQ(GetOcspSingleResponseCertStatusRevokedInfo(single, &when, &reason), TV_OK);
-            EXPECT_TRUE(SameTime(when, revokedAt));
-            EXPECT_EQ(reason, 1);
-        }
     }
     ASSERT_EQ(GetOcspBasicResponseExtensions(basic, &exts), TV_OK);
     EXPECT_EQ(Get(GetX509ExtensionsExtensionValue, exts, nonceOid.data()).bytes, ourNonce) << "the nonce did not come back";
