@@ -157,4 +157,41 @@ uint32_t EncodeIntoCarrier(Site site, const void* value, const Family& f, uint8_
     return TV_OK;
 }
 
+uint32_t EncodeScalar(Site site, const Asn1Descriptor& d, const uint8_t* in, uint32_t inLen, uint8_t* out,
+                      uint32_t* outLen) noexcept {
+    if ((!in && inLen) || !outLen) return Fail(site, TV_ERR_INVALID_ARGUMENT);
+    Asn1Primitive leaf{d.typeCode, inLen, const_cast<uint8_t*>(in)};
+    return EncodeSized(site, &leaf, &d, out, outLen);
+}
+
+uint32_t DecodeValue(Site site, const Asn1Descriptor& d, const uint8_t* in, uint32_t inLen, OwnedValue& value) noexcept {
+    if (!in || inLen == 0) return Fail(site, TV_ERR_INVALID_ARGUMENT);
+    TV_TRY(Asn1DecodeItem(in, inLen, &d, value.Out(), nullptr));
+    if (!value.get()) return Fail(site, TV_ERR_ABSENT);
+    return TV_OK;
+}
+
+uint32_t DecodeScalar(Site site, const Asn1Descriptor& d, const uint8_t* in, uint32_t inLen, uint8_t* out,
+                      uint32_t* outLen) noexcept {
+    if (!outLen) return Fail(site, TV_ERR_INVALID_ARGUMENT);
+    OwnedValue value(&d);
+    TV_TRY(DecodeValue(site, d, in, inLen, value));
+    return GetLeaf(site, value.get(), out, outLen);
+}
+
+uint32_t EncodeNumber(Site site, const Asn1Descriptor& d, uint32_t number, uint8_t* out, uint32_t* outLen) noexcept {
+    if (!outLen) return Fail(site, TV_ERR_INVALID_ARGUMENT);
+    OwnedValue leaf(&d);
+    TV_TRY(SetNumber(leaf.Out(), d.typeCode, number));
+    return EncodeSized(site, leaf.get(), &d, out, outLen);
+}
+
+uint32_t DecodeNumber(Site site, const Asn1Descriptor& d, const uint8_t* in, uint32_t inLen,
+                      uint32_t* outNumber) noexcept {
+    if (!outNumber) return Fail(site, TV_ERR_INVALID_ARGUMENT);
+    OwnedValue leaf(&d);
+    TV_TRY(DecodeValue(site, d, in, inLen, leaf));
+    return GetNumber(site, leaf.get(), outNumber);
+}
+
 }  // namespace tv

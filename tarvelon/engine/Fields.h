@@ -191,6 +191,47 @@ void* ChoiceValue(const void* choice, E alternative) noexcept {
 [[nodiscard]] uint32_t EncodeIntoCarrier(Site site, const void* value, const Family& f, uint8_t typeCode,
                                          void** slot) noexcept;
 
+// ---- one value as a whole element --------------------------------------------------------------------
+// The one-shot codecs of extension and attribute values: one value of `d` written under the size
+// protocol, or read from its DER. Empty input is refused (32) before the engine sees it.
+
+// One primitive of `d`'s universal type over the caller's content octets (no conversion): the leaf
+// borrows them, nothing is copied before the write.
+[[nodiscard]] uint32_t EncodeScalar(Site site, const Asn1Descriptor& d, const uint8_t* in, uint32_t inLen, uint8_t* out,
+                                    uint32_t* outLen) noexcept;
+// The content octets of one such element, under the size protocol.
+[[nodiscard]] uint32_t DecodeScalar(Site site, const Asn1Descriptor& d, const uint8_t* in, uint32_t inLen, uint8_t* out,
+                                    uint32_t* outLen) noexcept;
+// A number as INTEGER or ENUMERATED (the SetNumber rule), and back.
+[[nodiscard]] uint32_t EncodeNumber(Site site, const Asn1Descriptor& d, uint32_t number, uint8_t* out,
+                                    uint32_t* outLen) noexcept;
+[[nodiscard]] uint32_t DecodeNumber(Site site, const Asn1Descriptor& d, const uint8_t* in, uint32_t inLen,
+                                    uint32_t* outNumber) noexcept;
+// One value of `d` into `value` (absent after decoding: 311).
+[[nodiscard]] uint32_t DecodeValue(Site site, const Asn1Descriptor& d, const uint8_t* in, uint32_t inLen,
+                                   OwnedValue& value) noexcept;
+
+// Decodes one value of `d` and hands it to `read`, which fills the caller's outputs from it.
+template <typename Read>
+[[nodiscard]] uint32_t DecodeRead(Site site, const Asn1Descriptor& d, const uint8_t* in, uint32_t inLen,
+                                  Read read) noexcept {
+    OwnedValue value(&d);
+    TV_TRY(DecodeValue(site, d, in, inLen, value));
+    return read(static_cast<const void*>(value.get()));
+}
+
+// One value of `d` made field by field: `fill(value)` writes into a structure whose slots all start
+// empty, and the result is written under the size protocol.
+template <typename Fill>
+[[nodiscard]] uint32_t EncodeBuilt(Site site, const Asn1Descriptor& d, uint8_t* out, uint32_t* outLen,
+                                   Fill fill) noexcept {
+    if (!outLen) return Fail(site, TV_ERR_INVALID_ARGUMENT);
+    OwnedValue value(&d);
+    TV_TRY(NewStructure(site, d, value));
+    TV_TRY(fill(value.get()));
+    return EncodeSized(site, value.get(), &d, out, outLen);
+}
+
 // ---- lists held in a slot ---------------------------------------------------------------------------
 
 // Appends a finished element to the list in `slot` (a SEQUENCE OF or SET OF of family `f`), making

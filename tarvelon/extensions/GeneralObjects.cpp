@@ -274,67 +274,10 @@ constinit const Family kExtResultsFamily{&desc::kExtResults, Module::GeneralObje
 
 // ---- scalars ------------------------------------------------------------------------------------
 
-// One primitive of `d`'s universal type over the caller's content octets (no conversion): the leaf
-// borrows them, nothing is copied before the write.
-uint32_t EncodeScalar(const Asn1Descriptor& d, const uint8_t* in, uint32_t inLen, uint8_t* out, uint32_t* outLen) {
-    if ((!in && inLen) || !outLen) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
-    Asn1Primitive leaf{d.typeCode, inLen, const_cast<uint8_t*>(in)};
-    return EncodeSized(TV_SITE, &leaf, &d, out, outLen);
-}
-
-// Decodes one value of `d` into `value`; empty input is refused (32) before the engine sees it.
-uint32_t DecodeValue(const Asn1Descriptor& d, const uint8_t* in, uint32_t inLen, OwnedValue& value) {
-    if (!in || inLen == 0) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
-    TV_TRY(Asn1DecodeItem(in, inLen, &d, value.Out(), nullptr));
-    if (!value.get()) return TV_FAIL(TV_ERR_ABSENT);
-    return TV_OK;
-}
-
-// Decodes one value of `d` and hands it to `read`, which fills the caller's outputs from it.
-template <typename Read>
-uint32_t DecodeRead(const Asn1Descriptor& d, const uint8_t* in, uint32_t inLen, Read read) {
-    OwnedValue value(&d);
-    TV_TRY(DecodeValue(d, in, inLen, value));
-    return read(static_cast<const void*>(value.get()));
-}
-
-// One value of `d` made field by field: `fill(value)` writes into a structure whose slots all
-// start empty, and the result is written under the size protocol.
-template <typename Fill>
-uint32_t EncodeBuilt(const Asn1Descriptor& d, uint8_t* out, uint32_t* outLen, Fill fill) {
-    if (!outLen) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
-    OwnedValue value(&d);
-    TV_TRY(NewStructure(TV_SITE, d, value));
-    TV_TRY(fill(value.get()));
-    return EncodeSized(TV_SITE, value.get(), &d, out, outLen);
-}
-
-// The content octets of one such element.
-uint32_t DecodeScalar(const Asn1Descriptor& d, const uint8_t* in, uint32_t inLen, uint8_t* out, uint32_t* outLen) {
-    if (!outLen) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
-    OwnedValue value(&d);
-    TV_TRY(DecodeValue(d, in, inLen, value));
-    return GetLeaf(TV_SITE, value.get(), out, outLen);
-}
-
-uint32_t EncodeNumber(const Asn1Descriptor& d, uint32_t number, uint8_t* out, uint32_t* outLen) {
-    if (!outLen) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
-    OwnedValue leaf(&d);
-    TV_TRY(SetNumber(leaf.Out(), d.typeCode, number));
-    return EncodeSized(TV_SITE, leaf.get(), &d, out, outLen);
-}
-
-uint32_t DecodeNumber(const Asn1Descriptor& d, const uint8_t* in, uint32_t inLen, uint32_t* outNumber) {
-    if (!outNumber) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
-    OwnedValue leaf(&d);
-    TV_TRY(DecodeValue(d, in, inLen, leaf));
-    return GetNumber(TV_SITE, leaf.get(), outNumber);
-}
-
 uint32_t DecodeGeneralizedTime(const uint8_t* in, uint32_t inLen, LibraryTime* outTime) {
     if (!outTime) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
     OwnedValue leaf(&desc::kGeneralizedTime);
-    TV_TRY(DecodeValue(desc::kGeneralizedTime, in, inLen, leaf));
+    TV_TRY(DecodeValue(TV_SITE, desc::kGeneralizedTime, in, inLen, leaf));
     return GetTimeFromGeneralizedTimeLeaf(leaf.get(), outTime);
 }
 
@@ -371,7 +314,7 @@ uint32_t DecodeFlags(const uint8_t* in, uint32_t inLen, uint32_t* outFlags) {
     if (!outFlags) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
     *outFlags = 0;
     OwnedValue value(&desc::kBitString);
-    TV_TRY(DecodeValue(desc::kBitString, in, inLen, value));
+    TV_TRY(DecodeValue(TV_SITE, desc::kBitString, in, inLen, value));
     *outFlags = FlagsFromBitString(value.as<Asn1BitStringValue>());
     return TV_OK;
 }
@@ -467,7 +410,7 @@ uint32_t QualifierAt(const Asn1List* list, uint32_t policyIndex, uint32_t qualif
 
 uint32_t EncodeCodedText(uint32_t code, const uint8_t* text, uint32_t textLen, uint8_t* out, uint32_t* outLen) {
     using S = desc::CodedTextSlot;
-    return EncodeBuilt(desc::kCodedText, out, outLen, [&](void* v) -> uint32_t {
+    return EncodeBuilt(TV_SITE, desc::kCodedText, out, outLen, [&](void* v) -> uint32_t {
         TV_TRY(SetNumber(&Slot(v, S::kCode), ASN1_ENUMERATED, code));
         return SetOptionalLeaf(&Slot(v, S::kText), ASN1_UTF8_STRING, text, textLen);
     });
@@ -476,7 +419,7 @@ uint32_t EncodeCodedText(uint32_t code, const uint8_t* text, uint32_t textLen, u
 uint32_t DecodeCodedText(const uint8_t* in, uint32_t inLen, uint32_t* outCode, uint8_t* outText, uint32_t* outTextLen) {
     using S = desc::CodedTextSlot;
     if (!outCode || !outTextLen) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
-    return DecodeRead(desc::kCodedText, in, inLen, [&](const void* v) {
+    return DecodeRead(TV_SITE, desc::kCodedText, in, inLen, [&](const void* v) {
         return FirstFailure({GetNumber(TV_SITE, Slot(v, S::kCode), outCode),
                              GetOptionalLeaf(TV_SITE, Slot(v, S::kText), outText, outTextLen)});
     });
@@ -512,11 +455,11 @@ using namespace tv;
 #define TV_EXTENSION_SCALAR_CODEC(Name, descriptor)                                                         \
     extern "C" TV_API uint32_t EncodeExtension##Name(const uint8_t* in, uint32_t inLen, uint8_t* out,        \
                                                      uint32_t* outLen) {                                     \
-        return EncodeScalar(descriptor, in, inLen, out, outLen);                                             \
+        return EncodeScalar(TV_SITE, descriptor, in, inLen, out, outLen);                                             \
     }                                                                                                        \
     extern "C" TV_API uint32_t DecodeExtension##Name(const uint8_t* in, uint32_t inLen, uint8_t* out,        \
                                                      uint32_t* outLen) {                                     \
-        return DecodeScalar(descriptor, in, inLen, out, outLen);                                             \
+        return DecodeScalar(TV_SITE, descriptor, in, inLen, out, outLen);                                             \
     }
 
 // The members every list-valued extension value shares, as exported names over the FamilyOps list
@@ -566,11 +509,11 @@ extern "C" TV_API uint32_t DecodeExtensionNetscapeCertificateType(const uint8_t*
 
 // The number is taken as a 32-bit two's-complement value, as the decoder gives it back.
 extern "C" TV_API uint32_t EncodeExtensionReasonCode(uint32_t reason, uint8_t* out, uint32_t* outLen) {
-    return EncodeNumber(desc::kEnumerated, reason, out, outLen);
+    return EncodeNumber(TV_SITE, desc::kEnumerated, reason, out, outLen);
 }
 
 extern "C" TV_API uint32_t DecodeExtensionReasonCode(const uint8_t* in, uint32_t inLen, uint32_t* outReason) {
-    return DecodeNumber(desc::kEnumerated, in, inLen, outReason);
+    return DecodeNumber(TV_SITE, desc::kEnumerated, in, inLen, outReason);
 }
 
 extern "C" TV_API uint32_t EncodeExtensionInvalidityDate(const LibraryTime* time, uint8_t* out, uint32_t* outLen) {
@@ -589,7 +532,7 @@ extern "C" TV_API uint32_t DecodeExtensionInvalidityDate(const uint8_t* in, uint
 // No consistency rule between the two fields: a path length with cA false is written as given.
 extern "C" TV_API uint32_t EncodeExtensionBasicConstraints(int cA, uint32_t pathLen, uint8_t* out, uint32_t* outLen) {
     using S = desc::BasicConstraintsSlot;
-    return EncodeBuilt(desc::kBasicConstraints, out, outLen, [&](void* slots) -> uint32_t {
+    return EncodeBuilt(TV_SITE, desc::kBasicConstraints, out, outLen, [&](void* slots) -> uint32_t {
         TV_TRY(SetBooleanLeaf(&Slot(slots, S::kCa), cA != 0));
         if (pathLen != 0xFFFFFFFFu) {
             OwnedValue number(&desc::kInteger, New<Asn1Primitive>());
@@ -606,7 +549,7 @@ extern "C" TV_API uint32_t DecodeExtensionBasicConstraints(const uint8_t* in, ui
                                                            uint32_t* outPathLen) {
     using S = desc::BasicConstraintsSlot;
     if (!outCa || !outPathLen) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
-    return DecodeRead(desc::kBasicConstraints, in, inLen, [&](const void* slots) -> uint32_t {
+    return DecodeRead(TV_SITE, desc::kBasicConstraints, in, inLen, [&](const void* slots) -> uint32_t {
         uint32_t pathLen = 0xFFFFFFFFu;
         if (const void* number = Slot(slots, S::kPathLenConstraint))
             TV_TRY(GetNumber(TV_SITE, number, &pathLen));
@@ -620,7 +563,7 @@ extern "C" TV_API uint32_t EncodeExtensionAuthorityKeyIdentifier(const uint8_t* 
                                                                  const GeneralNames* issuer, const uint8_t* serial,
                                                                  uint32_t serialLen, uint8_t* out, uint32_t* outLen) {
     using S = desc::AuthorityKeyIdentifierSlot;
-    return EncodeBuilt(desc::kAuthorityKeyIdentifier, out, outLen, [&](void* slots) -> uint32_t {
+    return EncodeBuilt(TV_SITE, desc::kAuthorityKeyIdentifier, out, outLen, [&](void* slots) -> uint32_t {
         if (keyId) TV_TRY(SetOrCreatePrimitive(&Slot(slots, S::kKeyIdentifier), ASN1_OCTET_STRING, keyId, keyIdLen));
         if (issuer) TV_TRY(CopyValue(&desc::kGeneralNames, issuer, &Slot(slots, S::kAuthorityCertIssuer)));
         if (serial) TV_TRY(SetOrCreatePrimitive(&Slot(slots, S::kAuthorityCertSerialNumber), ASN1_INTEGER, serial, serialLen));
@@ -636,7 +579,7 @@ extern "C" TV_API uint32_t DecodeExtensionAuthorityKeyIdentifier(const uint8_t* 
     using S = desc::AuthorityKeyIdentifierSlot;
     if (!in || inLen == 0 || !outKeyIdLen || !outSerialLen) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
     if (outIssuer) *outIssuer = nullptr;
-    return DecodeRead(desc::kAuthorityKeyIdentifier, in, inLen, [&](const void* slots) -> uint32_t {
+    return DecodeRead(TV_SITE, desc::kAuthorityKeyIdentifier, in, inLen, [&](const void* slots) -> uint32_t {
         const uint32_t keyRc = GetOptionalLeaf(TV_SITE, Slot(slots, S::kKeyIdentifier), outKeyId, outKeyIdLen);
         OwnedValue issuer(&desc::kGeneralNames);
         uint32_t issuerRc = TV_OK;
@@ -654,7 +597,7 @@ extern "C" TV_API uint32_t DecodeExtensionAuthorityKeyIdentifier(const uint8_t* 
 extern "C" TV_API uint32_t EncodeExtensionPrivateKeyUsagePeriod(const LibraryTime* notBefore, const LibraryTime* notAfter,
                                                                 uint8_t* out, uint32_t* outLen) {
     using S = desc::PrivateKeyUsagePeriodSlot;
-    return EncodeBuilt(desc::kPrivateKeyUsagePeriod, out, outLen, [&](void* slots) -> uint32_t {
+    return EncodeBuilt(TV_SITE, desc::kPrivateKeyUsagePeriod, out, outLen, [&](void* slots) -> uint32_t {
         if (notBefore) TV_TRY(SetGeneralizedTimeLeaf(&Slot(slots, S::kNotBefore), notBefore));
         if (notAfter) TV_TRY(SetGeneralizedTimeLeaf(&Slot(slots, S::kNotAfter), notAfter));
         return TV_OK;
@@ -666,7 +609,7 @@ extern "C" TV_API uint32_t DecodeExtensionPrivateKeyUsagePeriod(const uint8_t* i
                                                                 LibraryTime* outNotBefore, LibraryTime* outNotAfter) {
     using S = desc::PrivateKeyUsagePeriodSlot;
     if (!outNotBefore || !outNotAfter) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
-    return DecodeRead(desc::kPrivateKeyUsagePeriod, in, inLen, [&](const void* slots) -> uint32_t {
+    return DecodeRead(TV_SITE, desc::kPrivateKeyUsagePeriod, in, inLen, [&](const void* slots) -> uint32_t {
         *outNotBefore = LibraryTime{};
         *outNotAfter = LibraryTime{};
         TV_TRY(GetOptionalTime(Slot(slots, S::kNotBefore), outNotBefore));
@@ -700,7 +643,7 @@ extern "C" TV_API uint32_t DecodeExtensionIssuerSignTool(const uint8_t* in, uint
     using S = desc::IssuerSignToolSlot;
     if (!outSignToolLen || !outCaToolLen || !outSignToolCertLen || !outCaToolCertLen)
         return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
-    return DecodeRead(desc::kIssuerSignTool, in, inLen, [&](const void* slots) -> uint32_t {
+    return DecodeRead(TV_SITE, desc::kIssuerSignTool, in, inLen, [&](const void* slots) -> uint32_t {
         struct Output {
             S slot;
             uint8_t* out;
@@ -723,7 +666,7 @@ extern "C" TV_API uint32_t EncodeExtensionIssuingDistributionPoint(
     uint32_t indirectCrlPresent, uint32_t onlyAttributeCerts, uint32_t onlyAttributeCertsPresent, uint8_t* out,
     uint32_t* outLen) {
     using S = desc::IssuingDistributionPointSlot;
-    return EncodeBuilt(desc::kIssuingDistributionPoint, out, outLen, [&](void* slots) -> uint32_t {
+    return EncodeBuilt(TV_SITE, desc::kIssuingDistributionPoint, out, outLen, [&](void* slots) -> uint32_t {
         if (fullName || relativeName) TV_TRY(StoreNameCopy(&Slot(slots, S::kDistributionPoint), fullName, relativeName));
         // A flag given as FALSE is stored all the same; the DEFAULT leaves it out of the DER.
         const struct {
@@ -759,7 +702,7 @@ extern "C" TV_API uint32_t DecodeExtensionIssuingDistributionPoint(
     const Asn1Descriptor& d =
         ReasonsComeFirst(in, inLen) ? desc::kIssuingDistributionPointReasonsFirst : desc::kIssuingDistributionPoint;
     OwnedValue value(&d);
-    TV_TRY(DecodeValue(d, in, inLen, value));
+    TV_TRY(DecodeValue(TV_SITE, d, in, inLen, value));
     const void* slots = value.get();
     void* fullName = nullptr;
     void* relativeName = nullptr;
@@ -979,10 +922,10 @@ TV_EXTENSION_SCALAR_CODEC(RelatedOsbKod, desc::kPrintableString)
 
 #define TV_NUMBER_CODEC(Name, descriptor)                                                                      \
     extern "C" TV_API uint32_t EncodeExtension##Name(uint32_t number, uint8_t* out, uint32_t* outLen) {         \
-        return EncodeNumber(descriptor, number, out, outLen);                                                \
+        return EncodeNumber(TV_SITE, descriptor, number, out, outLen);                                                \
     }                                                                                                           \
     extern "C" TV_API uint32_t DecodeExtension##Name(const uint8_t* in, uint32_t inLen, uint32_t* outNumber) {  \
-        return DecodeNumber(descriptor, in, inLen, outNumber);                                               \
+        return DecodeNumber(TV_SITE, descriptor, in, inLen, outNumber);                                               \
     }
 
 TV_NUMBER_CODEC(OcspRequestDocuments, desc::kInteger)
@@ -1030,7 +973,7 @@ extern "C" TV_API uint32_t EncodeExtensionOcspCheckFile(const uint8_t* fileHash,
                                                         uint32_t* outLen) {
     using S = desc::OcspCheckFileSlot;
     if (!fileHash) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
-    return EncodeBuilt(desc::kOcspCheckFile, out, outLen, [&](void* s) -> uint32_t {
+    return EncodeBuilt(TV_SITE, desc::kOcspCheckFile, out, outLen, [&](void* s) -> uint32_t {
         TV_TRY(SetOrCreatePrimitive(&Slot(s, S::kFileHash), ASN1_OCTET_STRING, fileHash, fileHashLen));
         TV_TRY(SetOptionalLeaf(&Slot(s, S::kHash0), ASN1_OCTET_STRING, hash0, hash0Len));
         TV_TRY(SetOptionalLeaf(&Slot(s, S::kHash1), ASN1_OCTET_STRING, hash1, hash1Len));
@@ -1054,7 +997,7 @@ extern "C" TV_API uint32_t DecodeExtensionOcspCheckFile(const uint8_t* in, uint3
     if (!outFileHashLen || !outHash0Len || !outHash1Len || !outCheckKindPresent || !outCheckKind || !outText3Len ||
         !outText4Len || !outKind5Present || !outKind5)
         return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
-    return DecodeRead(desc::kOcspCheckFile, in, inLen, [&](const void* s) -> uint32_t {
+    return DecodeRead(TV_SITE, desc::kOcspCheckFile, in, inLen, [&](const void* s) -> uint32_t {
         return FirstFailure({
             GetLeaf(TV_SITE, Slot(s, S::kFileHash), outFileHash, outFileHashLen),
             GetOptionalLeaf(TV_SITE, Slot(s, S::kHash0), outHash0, outHash0Len),
@@ -1073,7 +1016,7 @@ extern "C" TV_API uint32_t EncodeExtensionOcspCheckCryptoNetRegistry(const uint8
                                                                      uint8_t* out, uint32_t* outLen) {
     using S = desc::RegistrySlot;
     if (!text1 || !text2) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
-    return EncodeBuilt(desc::kCryptoNetRegistry, out, outLen, [&](void* s) -> uint32_t {
+    return EncodeBuilt(TV_SITE, desc::kCryptoNetRegistry, out, outLen, [&](void* s) -> uint32_t {
         TV_TRY(SetOrCreatePrimitive(&Slot(s, S::kText1), ASN1_UTF8_STRING, text1, text1Len));
         TV_TRY(SetOrCreatePrimitive(&Slot(s, S::kText2), ASN1_UTF8_STRING, text2, text2Len));
         if (kindPresent) TV_TRY(SetNumber(&Slot(s, S::kKind), ASN1_ENUMERATED, kind));
@@ -1087,7 +1030,7 @@ extern "C" TV_API uint32_t DecodeExtensionOcspCheckCryptoNetRegistry(const uint8
                                                                      uint32_t* outKindPresent, uint32_t* outKind) {
     using S = desc::RegistrySlot;
     if (!outText1Len || !outText2Len || !outKindPresent || !outKind) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
-    return DecodeRead(desc::kCryptoNetRegistry, in, inLen, [&](const void* s) -> uint32_t {
+    return DecodeRead(TV_SITE, desc::kCryptoNetRegistry, in, inLen, [&](const void* s) -> uint32_t {
         return FirstFailure({
             GetLeaf(TV_SITE, Slot(s, S::kText1), outText1, outText1Len),
             GetLeaf(TV_SITE, Slot(s, S::kText2), outText2, outText2Len),
@@ -1099,7 +1042,7 @@ extern "C" TV_API uint32_t DecodeExtensionOcspCheckCryptoNetRegistry(const uint8
 extern "C" TV_API uint32_t EncodeExtensionOcspCheckTime2(uint32_t timeKind, const LibraryTime* checkTime, uint8_t* out,
                                                          uint32_t* outLen) {
     using S = desc::CheckTime2Slot;
-    return EncodeBuilt(desc::kOcspCheckTime2, out, outLen, [&](void* s) -> uint32_t {
+    return EncodeBuilt(TV_SITE, desc::kOcspCheckTime2, out, outLen, [&](void* s) -> uint32_t {
         TV_TRY(SetNumber(&Slot(s, S::kTimeKind), ASN1_ENUMERATED, timeKind));
         if (checkTime) TV_TRY(SetGeneralizedTimeLeaf(&Slot(s, S::kCheckTime), checkTime));
         return TV_OK;
@@ -1110,7 +1053,7 @@ extern "C" TV_API uint32_t DecodeExtensionOcspCheckTime2(const uint8_t* in, uint
                                                          LibraryTime* outCheckTime) {
     using S = desc::CheckTime2Slot;
     if (!outTimeKind || !outCheckTime) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
-    return DecodeRead(desc::kOcspCheckTime2, in, inLen, [&](const void* s) -> uint32_t {
+    return DecodeRead(TV_SITE, desc::kOcspCheckTime2, in, inLen, [&](const void* s) -> uint32_t {
         TV_TRY(GetNumber(TV_SITE, Slot(s, S::kTimeKind), outTimeKind));
         return GetOptionalTime(Slot(s, S::kCheckTime), outCheckTime);
     });
@@ -1134,7 +1077,7 @@ TV_CODED_TEXT_CODEC(KeyStorage)
 extern "C" TV_API uint32_t EncodeExtensionRequestBlockingDate(const LibraryTime* from, const LibraryTime* until,
                                                               uint8_t* out, uint32_t* outLen) {
     using S = desc::BlockingDateSlot;
-    return EncodeBuilt(desc::kRequestBlockingDate, out, outLen, [&](void* s) -> uint32_t {
+    return EncodeBuilt(TV_SITE, desc::kRequestBlockingDate, out, outLen, [&](void* s) -> uint32_t {
         if (from) TV_TRY(SetGeneralizedTimeLeaf(&Slot(s, S::kFrom), from));
         if (until) TV_TRY(SetGeneralizedTimeLeaf(&Slot(s, S::kUntil), until));
         return TV_OK;
@@ -1145,7 +1088,7 @@ extern "C" TV_API uint32_t DecodeExtensionRequestBlockingDate(const uint8_t* in,
                                                               LibraryTime* outUntil) {
     using S = desc::BlockingDateSlot;
     if (!outFrom || !outUntil) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
-    return DecodeRead(desc::kRequestBlockingDate, in, inLen, [&](const void* s) -> uint32_t {
+    return DecodeRead(TV_SITE, desc::kRequestBlockingDate, in, inLen, [&](const void* s) -> uint32_t {
         TV_TRY(GetOptionalTime(Slot(s, S::kFrom), outFrom));
         return GetOptionalTime(Slot(s, S::kUntil), outUntil);
     });
