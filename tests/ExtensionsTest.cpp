@@ -543,4 +543,56 @@ TEST(Attributes, AppendCopiesDeeplyAndSingleAttributes) {
     EXPECT_EQ(Get(GetRsaAttributeValue, one.p, 2u).rc, 32u);
 }
 
+// The scalar attribute values are the generic codecs with a fixed type: one row per type and its
+// DER, every codec of the type through the same round trip.
+TEST(AttributeValues, ScalarsRoundTripWithTheirType) {
+    using Octets = uint32_t (*)(const uint8_t*, uint32_t, uint8_t*, uint32_t*);
+    using OidIn = uint32_t (*)(const uint8_t*, uint8_t*, uint32_t*);
+    using IntIn = uint32_t (*)(int32_t, uint8_t*, uint32_t*);
+    using IntOut = uint32_t (*)(const uint8_t*, uint32_t, int32_t*);
+    const Bytes hash = Hex("01 02 03"), oid = Packed("1.2.840.113549.1.7.1"), text = Text("Токен 7");
+    const std::string octets = "04 03 01 02 03", utf8 = "0C 0C D0 A2 D0 BE D0 BA D0 B5 D0 BD 20 37";
+    for (auto [encode, decode, in, der] : {
+             std::tuple<Octets, Octets, const Bytes*, std::string>{EncodeRsaAttributeMessageDigestValue,
+                                                                   DecodeRsaAttributeMessageDigestValue, &hash, octets},
+             {EncodeRsaAttributeTemplateDigestValue, DecodeRsaAttributeTemplateDigestValue, &hash, octets},
+             {EncodeRsaAttributeKestrunePubKeyValue, DecodeRsaAttributeKestrunePubKeyValue, &hash, octets},
+             {EncodeRsaAttributeX509CertificateValue, DecodeRsaAttributeX509CertificateValue, &hash, octets},
+             {EncodeRsaAttributeCyksCertificateValue, DecodeRsaAttributeCyksCertificateValue, &hash, octets},
+             {EncodeRsaAttributeTokenSerialNumberValue, DecodeRsaAttributeTokenSerialNumberValue, &text, utf8}}) {
+        EXPECT_EQ(Get(encode, in->data(), Size(*in)).hex(), H(der));
+        EXPECT_EQ(Get(decode, Hex(der).data(), Size(Hex(der))).bytes, *in) << der;
+    }
+    for (auto [encode, decode] : {std::pair<OidIn, Octets>{EncodeRsaAttributeContentTypeValue, DecodeRsaAttributeContentTypeValue},
+                                  {EncodeRsaAttributeSecurityTokenTypeValue, DecodeRsaAttributeSecurityTokenTypeValue},
+                                  {EncodeRsaAttributeChannelCspClassValue, DecodeRsaAttributeChannelCspClassValue},
+                                  {EncodeRsaAttributeRequestCertificateStatusValue, DecodeRsaAttributeRequestCertificateStatusValue},
+                                  {EncodeRsaAttributeSignatureConfirmationTypeValue, DecodeRsaAttributeSignatureConfirmationTypeValue},
+                                  {EncodeRsaAttributeUsageValue, DecodeRsaAttributeUsageValue}}) {
+        const Bytes der = Get(encode, oid.data()).bytes;
+        EXPECT_EQ(ToHex(der), H("06 09 2A 86 48 86 F7 0D 01 07 01"));
+        EXPECT_EQ(Get(decode, der.data(), Size(der)).bytes, oid);
+    }
+    for (auto [encode, decode] : {std::pair<IntIn, IntOut>{EncodeRsaAttributePacketDigestNumberValue, DecodeRsaAttributePacketDigestNumberValue},
+                                  {EncodeRsaAttributePacketDigestCountValue, DecodeRsaAttributePacketDigestCountValue},
+                                  {EncodeRsaAttributeTokenSignatureNumberValue, DecodeRsaAttributeTokenSignatureNumberValue},
+                                  {EncodeRsaAttributePinNumberValue, DecodeRsaAttributePinNumberValue},
+                                  {EncodeRsaAttributeRequestCertificateTypeValue, DecodeRsaAttributeRequestCertificateTypeValue},
+                                  {EncodeRsaAttributeValidityPeriodValue, DecodeRsaAttributeValidityPeriodValue}}) {
+        for (auto [number, der] : {std::pair{0, "02 01 00"}, {-129, "02 02 FF 7F"}, {0x7FFFFFFF, "02 04 7F FF FF FF"}}) {
+            int32_t back = 7;
+            EXPECT_EQ(Get(encode, number).hex(), H(der));
+            EXPECT_EQ(decode(Hex(der).data(), Size(Hex(der)), &back), TV_OK);
+            EXPECT_EQ(back, number);
+        }
+        EXPECT_EQ(decode(Hex("02 01 00").data(), 3, nullptr), 32u);
+    }
+    const LibraryTime t{2049, 12, 31, 23, 59, 58};
+    const Bytes utc = Get(EncodeRsaAttributeSigningTimeValue, &t).bytes;
+    LibraryTime back{};
+    EXPECT_EQ(ToHex(utc), H("17 0D") + " " + ToHex(Text("491231235958Z")));
+    EXPECT_EQ(DecodeRsaAttributeSigningTimeValue(utc.data(), Size(utc), &back), TV_OK);
+    EXPECT_TRUE(SameTime(back, t));
+}
+
 }  // namespace

@@ -12,6 +12,7 @@
 #include "tarvelon/extension_values.h"
 #include "tarvelon/private_extensions.h"
 #include "tarvelon/attributes.h"
+#include "tarvelon/attribute_values.h"
 #include "tarvelon/certificate.h"
 #include "tarvelon/crl.h"
 #include "tarvelon/request.h"

@@ -235,3 +235,81 @@ extern "C" TV_API uint32_t EncodeRsaAttributes(const RsaAttributes* attributes, 
 extern "C" TV_API uint32_t DecodeRsaAttributes(const uint8_t* in, uint32_t inLen, RsaAttributes** outAttributes) {
     return HandleDecodeT(kAttributesFamily, in, inLen, outAttributes);
 }
+
+// ---- attribute values: scalars --------------------------------------------------------------------
+// The generic one-element codecs with the attribute's fixed type.
+
+#define TV_ATTRIBUTE_OCTETS_CODEC(Name, descriptor)                                                           \
+    extern "C" TV_API uint32_t EncodeRsaAttribute##Name##Value(const uint8_t* in, uint32_t inLen, uint8_t* out, \
+                                                               uint32_t* outLen) {                              \
+        return EncodeScalar(TV_SITE, descriptor, in, inLen, out, outLen);                                       \
+    }                                                                                                           \
+    extern "C" TV_API uint32_t DecodeRsaAttribute##Name##Value(const uint8_t* in, uint32_t inLen, uint8_t* out, \
+                                                               uint32_t* outLen) {                              \
+        return DecodeScalar(TV_SITE, descriptor, in, inLen, out, outLen);                                       \
+    }
+
+TV_ATTRIBUTE_OCTETS_CODEC(MessageDigest, desc::kOctetString)
+TV_ATTRIBUTE_OCTETS_CODEC(TemplateDigest, desc::kOctetString)
+TV_ATTRIBUTE_OCTETS_CODEC(KestrunePubKey, desc::kOctetString)
+TV_ATTRIBUTE_OCTETS_CODEC(X509Certificate, desc::kOctetString)
+TV_ATTRIBUTE_OCTETS_CODEC(CyksCertificate, desc::kOctetString)
+TV_ATTRIBUTE_OCTETS_CODEC(TokenSerialNumber, desc::kUtf8String)
+#undef TV_ATTRIBUTE_OCTETS_CODEC
+
+#define TV_ATTRIBUTE_OID_CODEC(Name)                                                                           \
+    extern "C" TV_API uint32_t EncodeRsaAttribute##Name##Value(const uint8_t* packedOid, uint8_t* out,           \
+                                                               uint32_t* outLen) {                              \
+        return EncodeAsn1Oid(packedOid, out, outLen);                                                           \
+    }                                                                                                           \
+    extern "C" TV_API uint32_t DecodeRsaAttribute##Name##Value(const uint8_t* in, uint32_t inLen, uint8_t* out, \
+                                                               uint32_t* outLen) {                              \
+        return DecodeAsn1Oid(in, inLen, out, outLen);                                                           \
+    }
+
+TV_ATTRIBUTE_OID_CODEC(ContentType)
+TV_ATTRIBUTE_OID_CODEC(SecurityTokenType)
+TV_ATTRIBUTE_OID_CODEC(ChannelCspClass)
+TV_ATTRIBUTE_OID_CODEC(RequestCertificateStatus)
+TV_ATTRIBUTE_OID_CODEC(SignatureConfirmationType)
+TV_ATTRIBUTE_OID_CODEC(Usage)
+#undef TV_ATTRIBUTE_OID_CODEC
+
+namespace {
+
+// The INTEGER's four little-endian octets, as the generic reader hands them out, as a number.
+uint32_t DecodeInt32(const uint8_t* in, uint32_t inLen, int32_t* outNumber) {
+    if (!outNumber) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
+    uint8_t le[4];
+    TV_TRY(DecodeAsn1Int32(in, inLen, le));
+    *outNumber = static_cast<int32_t>(uint32_t{le[0]} | uint32_t{le[1]} << 8 | uint32_t{le[2]} << 16 |
+                                      uint32_t{le[3]} << 24);
+    return TV_OK;
+}
+
+}  // namespace
+
+#define TV_ATTRIBUTE_INT32_CODEC(Name)                                                                           \
+    extern "C" TV_API uint32_t EncodeRsaAttribute##Name##Value(int32_t number, uint8_t* out, uint32_t* outLen) { \
+        return EncodeAsn1Int32(number, out, outLen);                                                              \
+    }                                                                                                             \
+    extern "C" TV_API uint32_t DecodeRsaAttribute##Name##Value(const uint8_t* in, uint32_t inLen,                \
+                                                               int32_t* outNumber) {                              \
+        return DecodeInt32(in, inLen, outNumber);                                                                 \
+    }
+
+TV_ATTRIBUTE_INT32_CODEC(PacketDigestNumber)
+TV_ATTRIBUTE_INT32_CODEC(PacketDigestCount)
+TV_ATTRIBUTE_INT32_CODEC(TokenSignatureNumber)
+TV_ATTRIBUTE_INT32_CODEC(PinNumber)
+TV_ATTRIBUTE_INT32_CODEC(RequestCertificateType)
+TV_ATTRIBUTE_INT32_CODEC(ValidityPeriod)
+#undef TV_ATTRIBUTE_INT32_CODEC
+
+extern "C" TV_API uint32_t EncodeRsaAttributeSigningTimeValue(const LibraryTime* time, uint8_t* out, uint32_t* outLen) {
+    return EncodeTime(time, out, outLen);
+}
+
+extern "C" TV_API uint32_t DecodeRsaAttributeSigningTimeValue(const uint8_t* in, uint32_t inLen, LibraryTime* outTime) {
+    return DecodeTime(in, inLen, outTime);
+}
