@@ -88,6 +88,8 @@ const Shape kShapes[] = {
     {"OCSPRequest", &kOcspRequest},
     {"OCSPResponse", &kOcspResponse},
     {"BasicOCSPResponse", &kBasicOcspResponse},
+    {"SigningCertificateV2", &kSigningCertificateV2},
+    {"OtherSigningCertificate", &kOtherSigningCertificate},
     {"INTEGER", &kInteger},
     {"OCTET STRING", &kOctetString},
     {"SET OF INTEGER", &kSetOfInteger},

@@ -114,6 +114,15 @@ Got AuthorityKeyId(const Bytes& in) {
                serialLen ? serial : nullptr, serialLen);
 }
 
+// A signing-certificate value rebuilt from the lists its decoder hands out.
+template <auto Decode, auto Encode, auto FreeCerts>
+Got SigningCertificate(const Bytes& in) {
+    Own<FreeCerts> certs;
+    Own<FreeExtensionCertificatePolicies> policies;
+    TRY(Decode(in.data(), Size(in), &certs.p, &policies.p));
+    return Get(Encode, certs.p, policies.p);
+}
+
 Got InvalidityDate(const Bytes& in) {
     LibraryTime t{};
     TRY(DecodeExtensionInvalidityDate(in.data(), Size(in), &t));
@@ -450,6 +459,12 @@ const std::map<std::string, Family>& Families() {
             Rebuilt(Scalar<DecodeExtensionKestruneKeyIdentifier, EncodeExtensionKestruneKeyIdentifier>);
         m["reasonCode"] = Rebuilt(Number<DecodeExtensionReasonCode, EncodeExtensionReasonCode>);
         m["invalidityDate"] = Rebuilt(InvalidityDate);
+        m["signingCertificate"] = Rebuilt(SigningCertificate<DecodeRsaAttributeSigningCertificateValue,
+                                                             EncodeRsaAttributeSigningCertificateValue, FreeESSCertIDs>);
+        m["signingCertificateV2"] = Rebuilt(SigningCertificate<DecodeRsaAttributeSigningCertificateV2Value,
+                                                               EncodeRsaAttributeSigningCertificateV2Value, FreeESSCertIDsV2>);
+        m["otherSigningCertificate"] = Rebuilt(SigningCertificate<DecodeRsaAttributeOtherSigningCertificateValue,
+                                                                  EncodeRsaAttributeOtherSigningCertificateValue, FreeOtherCertIDs>);
         m["privateKeyUsagePeriod"] = Rebuilt(PrivateKeyUsagePeriod);
         m["issuerSignTool"] = Rebuilt(IssuerSignTool);
         m["issuingDistributionPoint"] = Rebuilt(IssuingDistributionPoint);

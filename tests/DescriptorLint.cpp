@@ -112,7 +112,8 @@ TEST(DescriptorLint, EveryRootIsClean) {
         ROOT(OcspCheckFile), ROOT(ExtResults), ROOT(CryptoNetRegistry), ROOT(OcspCheckTime2), ROOT(CodedText),
         ROOT(RequestBlockingDate), ROOT(Certificate), ROOT(Certificates), ROOT(CertificateList), ROOT(X509Crls),
         ROOT(RevokedCertificates), ROOT(CertificationRequest), ROOT(OcspRequest), ROOT(OcspResponse),
-        ROOT(BasicOcspResponse), ROOT(BasicOcspResponses), ROOT(SingleResponse),
+        ROOT(BasicOcspResponse), ROOT(BasicOcspResponses), ROOT(SingleResponse), ROOT(SigningCertificate),
+        ROOT(SigningCertificateV2), ROOT(OtherSigningCertificate),
     };
 #undef ROOT
     // What the peers' layouts make the lint report: reasons under [1], the tag of onlyContainsUserCerts,

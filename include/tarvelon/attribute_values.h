@@ -6,6 +6,8 @@
 
 #include "tarvelon/types.h"
 #include "tarvelon/time.h"
+#include "tarvelon/x509name.h"
+#include "tarvelon/extension_values.h"
 
 #ifdef __cplusplus
 extern "C" {
@@ -60,6 +62,44 @@ TV_API uint32_t DecodeRsaAttributeValidityPeriodValue(const uint8_t* in, uint32_
 /* Signing time: the X.509 Time of the record (UTCTime before 2050, GeneralizedTime from then on). */
 TV_API uint32_t EncodeRsaAttributeSigningTimeValue(const LibraryTime* time, uint8_t* out, uint32_t* outLen);
 TV_API uint32_t DecodeRsaAttributeSigningTimeValue(const uint8_t* in, uint32_t inLen, LibraryTime* outTime);
+
+/* Certificate-identifier lists of the signing-certificate attributes (RFC 2634, RFC 5035, ETSI TS
+ * 101 733). Hashes and serials are content octets; an issuer is copied in, and Get hands out a
+ * reference into the list element. Issuer and serial go together: both or neither (32). */
+typedef Asn1List ESSCertIDs;
+typedef Asn1List ESSCertIDsV2;
+typedef Asn1List OtherCertIDs;
+TV_API uint32_t CreateESSCertIDs(ESSCertIDs** outList);
+TV_API uint32_t FreeESSCertIDs(ESSCertIDs* list);
+TV_API uint32_t GetESSCertIDCount(const ESSCertIDs* list, uint32_t* outCount);
+TV_API uint32_t AddESSCertIDToList(ESSCertIDs* list, const uint8_t* hash, uint32_t hashLen, const GeneralNames* issuer, const uint8_t* serial, uint32_t serialLen);
+/* A hash buffer too small does not stop the call: issuer and serial are still handed out and 49 is
+ * reported at the end. No issuerSerial: a null issuer and serial length 0. */
+TV_API uint32_t GetESSCertIDInformation(const ESSCertIDs* list, uint32_t index, uint8_t* outHash, uint32_t* outHashLen, GeneralNames** outIssuer, uint8_t* outSerial, uint32_t* outSerialLen);
+TV_API uint32_t CreateESSCertIDsV2(ESSCertIDsV2** outList);
+TV_API uint32_t FreeESSCertIDsV2(ESSCertIDsV2* list);
+TV_API uint32_t GetESSCertIDV2Count(const ESSCertIDsV2* list, uint32_t* outCount);
+/* SHA-256 without parameters is the DEFAULT: left out of the encoding, read back when absent. */
+TV_API uint32_t AddESSCertIDv2ToList(ESSCertIDsV2* list, const uint8_t* hashOid, const uint8_t* hashParams, uint32_t hashParamsLen, const uint8_t* hash, uint32_t hashLen, const GeneralNames* issuer, const uint8_t* serial, uint32_t serialLen);
+TV_API uint32_t GetESSCertIDV2Information(const ESSCertIDsV2* list, uint32_t index, uint8_t* outHashOid, uint32_t* outHashOidLen, uint8_t* outHashParams, uint32_t* outHashParamsLen, uint8_t* outHash, uint32_t* outHashLen, GeneralNames** outIssuer, uint8_t* outSerial, uint32_t* outSerialLen);
+TV_API uint32_t CreateOtherCertIDs(OtherCertIDs** outList);
+TV_API uint32_t FreeOtherCertIDs(OtherCertIDs* list);
+TV_API uint32_t GetOtherCertIDCount(const OtherCertIDs* list, uint32_t* outCount);
+/* A null hash OID writes the hash as sha1Hash; an OID as otherHash { algorithm, hash }. */
+TV_API uint32_t AddOtherCertIDToList(OtherCertIDs* list, const uint8_t* hashOid, const uint8_t* hashParams, uint32_t hashParamsLen, const uint8_t* hash, uint32_t hashLen, const GeneralNames* issuer, const uint8_t* serial, uint32_t serialLen);
+/* sha1Hash: OID and parameter lengths 0. */
+TV_API uint32_t GetOtherCertIDInformation(const OtherCertIDs* list, uint32_t index, uint8_t* outHashOid, uint32_t* outHashOidLen, uint8_t* outHashParams, uint32_t* outHashParamsLen, uint8_t* outHash, uint32_t* outHashLen, GeneralNames** outIssuer, uint8_t* outSerial, uint32_t* outSerialLen);
+TV_API uint32_t EncodeOtherCertIDs(const OtherCertIDs* list, uint8_t* out, uint32_t* outLen);
+TV_API uint32_t DecodeOtherCertIDs(const uint8_t* in, uint32_t inLen, OtherCertIDs** outList);
+
+/* Signing-certificate values. The lists stay the caller's; policies may be null. Decoding hands out
+ * new lists (policies null when absent). */
+TV_API uint32_t EncodeRsaAttributeSigningCertificateValue(const ESSCertIDs* certs, const CertificatePolicies* policies, uint8_t* out, uint32_t* outLen);
+TV_API uint32_t DecodeRsaAttributeSigningCertificateValue(const uint8_t* in, uint32_t inLen, ESSCertIDs** outCerts, CertificatePolicies** outPolicies);
+TV_API uint32_t EncodeRsaAttributeSigningCertificateV2Value(const ESSCertIDsV2* certs, const CertificatePolicies* policies, uint8_t* out, uint32_t* outLen);
+TV_API uint32_t DecodeRsaAttributeSigningCertificateV2Value(const uint8_t* in, uint32_t inLen, ESSCertIDsV2** outCerts, CertificatePolicies** outPolicies);
+TV_API uint32_t EncodeRsaAttributeOtherSigningCertificateValue(const OtherCertIDs* certs, const CertificatePolicies* policies, uint8_t* out, uint32_t* outLen);
+TV_API uint32_t DecodeRsaAttributeOtherSigningCertificateValue(const uint8_t* in, uint32_t inLen, OtherCertIDs** outCerts, CertificatePolicies** outPolicies);
 
 #ifdef __cplusplus
 }

@@ -2,7 +2,12 @@
 // a one-field handle.
 #include "tarvelon/extensions/RsaAttributes.h"
 
+#include <utility>
+
+#include "tarvelon/extensions/GeneralObjects.h"
 #include "tarvelon/extensions/OidKeyedList.h"
+#include "tarvelon/pkix/GeneralNames.h"
+#include "tarvelon/pkix/X509Algorithm.h"
 #include "tarvelon/tarvelon.h"
 
 TV_MODULE(RsaAttributes)
@@ -20,6 +25,95 @@ constexpr auto kAttributeParts = Slots<AttributeSlot>({
 constinit const Asn1Descriptor kAttribute = Sequence(kAttributeParts);
 // Attributes ::= SET OF Attribute   -- SignedAttributes' SIZE (1..MAX) is not enforced
 constinit const Asn1Descriptor kAttributes = SetOf<&kAttribute>();
+
+namespace {
+
+// IssuerSerial ::= SEQUENCE {                                          (RFC 5035 3)
+constexpr auto kIssuerSerialParts = Slots<IssuerSerialSlot>({
+    {IssuerSerialSlot::kIssuer, &kGeneralNames},   // issuer        GeneralNames
+    {IssuerSerialSlot::kSerialNumber, &kInteger},  // serialNumber  CertificateSerialNumber
+});
+constexpr Asn1Descriptor kOptionalIssuerSerial = Optional(Sequence(kIssuerSerialParts));
+
+// AlgorithmIdentifier DEFAULT {algorithm id-sha256}, no parameters   (RFC 5035 3)
+constexpr uint8_t kSha256[] = {0x60, 0x86, 0x48, 0x01, 0x65, 0x03, 0x04, 0x02, 0x01};  // 2.16.840.1.101.3.4.2.1
+constinit const Asn1Primitive kSha256Oid{ASN1_OBJECT_IDENTIFIER, sizeof kSha256, const_cast<uint8_t*>(kSha256)};
+constinit void* const kSha256Algorithm[] = {const_cast<Asn1Primitive*>(&kSha256Oid), nullptr};
+constexpr Asn1Descriptor kSha256ByDefault = Optional(Sequence(kAlgorithmIdentifierParts), kSha256Algorithm);
+
+// ESSCertID ::= SEQUENCE {                                             (RFC 2634 5.4.1)
+constexpr auto kEssCertIdParts = Slots<EssCertIdSlot>({
+    {EssCertIdSlot::kCertHash, &kOctetString},              // certHash      Hash
+    {EssCertIdSlot::kIssuerSerial, &kOptionalIssuerSerial},  // issuerSerial  IssuerSerial OPTIONAL
+});
+
+// ESSCertIDv2 ::= SEQUENCE {                                           (RFC 5035 4)
+constexpr auto kEssCertIdV2Parts = Slots<EssCertIdV2Slot>({
+    {EssCertIdV2Slot::kHashAlgorithm, &kSha256ByDefault},      // hashAlgorithm  AlgorithmIdentifier DEFAULT {id-sha256}
+    {EssCertIdV2Slot::kCertHash, &kOctetString},               // certHash       Hash
+    {EssCertIdV2Slot::kIssuerSerial, &kOptionalIssuerSerial},  // issuerSerial   IssuerSerial OPTIONAL
+});
+
+// OtherHashAlgAndValue ::= SEQUENCE {                                  (ETSI TS 101 733 5.8.2)
+constexpr auto kOtherHashAlgAndValueParts = Slots<OtherHashAlgAndValueSlot>({
+    {OtherHashAlgAndValueSlot::kHashAlgorithm, &kAlgorithmIdentifier},  // hashAlgorithm  AlgorithmIdentifier
+    {OtherHashAlgAndValueSlot::kHashValue, &kOctetString},              // hashValue      OtherHashValue
+});
+constexpr Asn1Descriptor kOtherHashAlgAndValue = Sequence(kOtherHashAlgAndValueParts);
+
+// OtherHash ::= CHOICE {
+constexpr auto kOtherHashAlternatives = Slots<OtherHashKind>({
+    {OtherHashKind::kSha1Hash, &kOctetString},            // sha1Hash   OtherHashValue  -- OCTET STRING
+    {OtherHashKind::kOtherHash, &kOtherHashAlgAndValue},  // otherHash  OtherHashAlgAndValue
+});
+
+}  // namespace
+
+constinit const Asn1Descriptor kIssuerSerial = Sequence(kIssuerSerialParts);
+constinit const Asn1Descriptor kEssCertId = Sequence(kEssCertIdParts);
+constinit const Asn1Descriptor kEssCertIdV2 = Sequence(kEssCertIdV2Parts);
+constinit const Asn1Descriptor kOtherHash = Choice(kOtherHashAlternatives);
+
+namespace {
+
+// OtherCertID ::= SEQUENCE {                                           (ETSI TS 101 733 5.7.3.2)
+constexpr auto kOtherCertIdParts = Slots<OtherCertIdSlot>({
+    {OtherCertIdSlot::kOtherCertHash, &kOtherHash},            // otherCertHash  OtherHash
+    {OtherCertIdSlot::kIssuerSerial, &kOptionalIssuerSerial},  // issuerSerial   IssuerSerial OPTIONAL
+});
+
+}  // namespace
+
+constinit const Asn1Descriptor kOtherCertId = Sequence(kOtherCertIdParts);
+constinit const Asn1Descriptor kOtherCertIds = SequenceOf<&kOtherCertId>();
+
+namespace {
+
+constexpr Asn1Descriptor kEssCertIds = SequenceOf<&kEssCertId>();
+constexpr Asn1Descriptor kEssCertIdsV2 = SequenceOf<&kEssCertIdV2>();
+constexpr Asn1Descriptor kOptionalPolicies = Optional(SequenceOf<&kPolicyInformation>());
+
+// SigningCertificate ::= SEQUENCE { certs SEQUENCE OF ESSCertID, policies ... OPTIONAL }   (RFC 2634 5.4)
+constexpr auto kSigningCertificateParts = Slots<SigningCertificateSlot>({
+    {SigningCertificateSlot::kCerts, &kEssCertIds},           // certs     SEQUENCE OF ESSCertID
+    {SigningCertificateSlot::kPolicies, &kOptionalPolicies},  // policies  SEQUENCE OF PolicyInformation OPTIONAL
+});
+// SigningCertificateV2 ::= SEQUENCE { certs SEQUENCE OF ESSCertIDv2, policies ... OPTIONAL }  (RFC 5035 3)
+constexpr auto kSigningCertificateV2Parts = Slots<SigningCertificateSlot>({
+    {SigningCertificateSlot::kCerts, &kEssCertIdsV2},         // certs     SEQUENCE OF ESSCertIDv2
+    {SigningCertificateSlot::kPolicies, &kOptionalPolicies},  // policies  SEQUENCE OF PolicyInformation OPTIONAL
+});
+// OtherSigningCertificate ::= SEQUENCE { certs SEQUENCE OF OtherCertID, policies ... OPTIONAL }
+constexpr auto kOtherSigningCertificateParts = Slots<SigningCertificateSlot>({
+    {SigningCertificateSlot::kCerts, &kOtherCertIds},         // certs     SEQUENCE OF OtherCertID
+    {SigningCertificateSlot::kPolicies, &kOptionalPolicies},  // policies  SEQUENCE OF PolicyInformation OPTIONAL
+});
+
+}  // namespace
+
+constinit const Asn1Descriptor kSigningCertificate = Sequence(kSigningCertificateParts);
+constinit const Asn1Descriptor kSigningCertificateV2 = Sequence(kSigningCertificateV2Parts);
+constinit const Asn1Descriptor kOtherSigningCertificate = Sequence(kOtherSigningCertificateParts);
 
 }  // namespace tv::desc
 
@@ -312,4 +406,237 @@ extern "C" TV_API uint32_t EncodeRsaAttributeSigningTimeValue(const LibraryTime*
 
 extern "C" TV_API uint32_t DecodeRsaAttributeSigningTimeValue(const uint8_t* in, uint32_t inLen, LibraryTime* outTime) {
     return DecodeTime(in, inLen, outTime);
+}
+
+// ---- attribute values: signing certificates ---------------------------------------------------------
+
+namespace tv {
+namespace {
+
+constinit const Family kEssCertIdsFamily{&desc::kEssCertIds, Module::RsaAttributes, 0};
+constinit const Family kEssCertIdsV2Family{&desc::kEssCertIdsV2, Module::RsaAttributes, 0};
+constinit const Family kOtherCertIdsFamily{&desc::kOtherCertIds, Module::RsaAttributes, 0};
+
+using desc::IssuerSerialSlot;
+
+// The issuerSerial of a new identifier: both parts or neither (32); the issuer is copied.
+uint32_t SetIssuerSerial(void** slot, const GeneralNames* issuer, const uint8_t* serial, uint32_t serialLen) {
+    if (!issuer != !serial) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
+    if (!issuer) return TV_OK;
+    OwnedValue pair(&desc::kIssuerSerial);
+    TV_TRY(NewStructure(TV_SITE, desc::kIssuerSerial, pair));
+    TV_TRY(CopyValue(&desc::kGeneralNames, issuer, &Slot(pair.get(), IssuerSerialSlot::kIssuer)));
+    TV_TRY(SetOptionalLeaf(&Slot(pair.get(), IssuerSerialSlot::kSerialNumber), ASN1_INTEGER, serial, serialLen));
+    *slot = pair.Release();
+    return TV_OK;
+}
+
+// The issuer (borrowed) and the serial of an identifier's issuerSerial; without one, a null issuer
+// and serial length 0.
+uint32_t ReadIssuerSerial(const void* pair, GeneralNames** outIssuer, uint8_t* outSerial, uint32_t* outSerialLen) {
+    if (!outIssuer || !outSerialLen) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
+    *outIssuer = pair ? static_cast<GeneralNames*>(Slot(pair, IssuerSerialSlot::kIssuer)) : nullptr;
+    if (!pair) {
+        *outSerialLen = 0;
+        return TV_OK;
+    }
+    return GetLeaf(TV_SITE, Slot(pair, IssuerSerialSlot::kSerialNumber), outSerial, outSerialLen);
+}
+
+// An OtherHash: sha1Hash for a null algorithm, otherHash { algorithm, hash } otherwise.
+uint32_t SetOtherHash(void** slot, const uint8_t* oid, const uint8_t* params, uint32_t paramsLen, const uint8_t* hash,
+                      uint32_t hashLen) {
+    using S = desc::OtherHashAlgAndValueSlot;
+    using K = desc::OtherHashKind;
+    const K kind = oid ? K::kOtherHash : K::kSha1Hash;
+    OwnedValue value(Component(desc::kOtherHash, kind));
+    if (kind == K::kSha1Hash) {
+        TV_TRY(SetOptionalLeaf(value.Out(), ASN1_OCTET_STRING, hash, hashLen));
+    } else {
+        TV_TRY(NewStructure(TV_SITE, *Component(desc::kOtherHash, kind), value));
+        TV_TRY(SetAlgorithmOidAndParameters(&Slot(value.get(), S::kHashAlgorithm), oid, params, paramsLen));
+        TV_TRY(SetOptionalLeaf(&Slot(value.get(), S::kHashValue), ASN1_OCTET_STRING, hash, hashLen));
+    }
+    return SetChoice(desc::kOtherHash, slot, kind, value);
+}
+
+// The algorithm (lengths 0 for sha1Hash) and the hash of an OtherHash, each under the size protocol;
+// another alternative is 302.
+uint32_t ReadOtherHash(const void* choice, uint8_t* oid, uint32_t* oidLen, uint8_t* params, uint32_t* paramsLen,
+                       uint8_t* hash, uint32_t* hashLen) {
+    using S = desc::OtherHashAlgAndValueSlot;
+    using K = desc::OtherHashKind;
+    if (!oidLen || !paramsLen || !hashLen) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
+    if (const void* sha1 = ChoiceValue(choice, K::kSha1Hash)) {
+        *oidLen = *paramsLen = 0;
+        return GetLeaf(TV_SITE, sha1, hash, hashLen);
+    }
+    const void* other = ChoiceValue(choice, K::kOtherHash);
+    if (!other) return TV_FAIL(TV_ERR_MALFORMED);
+    return FirstFailure({GetAlgorithmOidAndParameters(Slot(other, S::kHashAlgorithm), oid, oidLen, params, paramsLen),
+                         GetLeaf(TV_SITE, Slot(other, S::kHashValue), hash, hashLen)});
+}
+
+// A new identifier of `f`'s element shape: `fill(element)` writes the hash part, then issuerSerial.
+template <SlotEnum E, typename Fill>
+uint32_t AddCertId(const Family& f, Asn1List* list, E issuerSerial, const uint8_t* hash, const GeneralNames* issuer,
+                   const uint8_t* serial, uint32_t serialLen, Fill fill) {
+    if (!list || !hash) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
+    OwnedValue id(ElementOf(f));
+    TV_TRY(NewStructure(TV_SITE, *ElementOf(f), id));
+    TV_TRY(fill(id.get()));
+    TV_TRY(SetIssuerSerial(&Slot(id.get(), issuerSerial), issuer, serial, serialLen));
+    return ListAppendT(f, list, id);
+}
+
+// Encodes a signing-certificate value over the caller's lists without taking them: the structure is
+// the two slots on the stack, so nothing of the caller's is ever freed.
+uint32_t EncodeSigningCertificate(const Asn1Descriptor& d, const Asn1List* certs, const CertificatePolicies* policies,
+                                  uint8_t* out, uint32_t* outLen) {
+    if (!certs || !outLen) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
+    const void* slots[] = {certs, policies};
+    return EncodeSized(TV_SITE, slots, &d, out, outLen);
+}
+
+// Hands the decoded lists to the caller.
+template <typename List>
+uint32_t DecodeSigningCertificate(const Asn1Descriptor& d, const uint8_t* in, uint32_t inLen, List** outCerts,
+                                  CertificatePolicies** outPolicies) {
+    using S = desc::SigningCertificateSlot;
+    if (!outCerts || !outPolicies) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
+    OwnedValue value(&d);
+    TV_TRY(DecodeValue(TV_SITE, d, in, inLen, value));
+    *outCerts = static_cast<List*>(std::exchange(Slot(value.get(), S::kCerts), nullptr));
+    *outPolicies = static_cast<CertificatePolicies*>(std::exchange(Slot(value.get(), S::kPolicies), nullptr));
+    return TV_OK;
+}
+
+}  // namespace
+}  // namespace tv
+
+extern "C" TV_API uint32_t CreateESSCertIDs(ESSCertIDs** outList) { return CreateT(kEssCertIdsFamily, outList); }
+extern "C" TV_API uint32_t FreeESSCertIDs(ESSCertIDs* list) { return FreeT(kEssCertIdsFamily, list); }
+extern "C" TV_API uint32_t GetESSCertIDCount(const ESSCertIDs* list, uint32_t* outCount) {
+    return ListCountT(kEssCertIdsFamily, list, outCount);
+}
+extern "C" TV_API uint32_t CreateESSCertIDsV2(ESSCertIDsV2** outList) { return CreateT(kEssCertIdsV2Family, outList); }
+extern "C" TV_API uint32_t FreeESSCertIDsV2(ESSCertIDsV2* list) { return FreeT(kEssCertIdsV2Family, list); }
+extern "C" TV_API uint32_t GetESSCertIDV2Count(const ESSCertIDsV2* list, uint32_t* outCount) {
+    return ListCountT(kEssCertIdsV2Family, list, outCount);
+}
+extern "C" TV_API uint32_t CreateOtherCertIDs(OtherCertIDs** outList) { return CreateT(kOtherCertIdsFamily, outList); }
+extern "C" TV_API uint32_t FreeOtherCertIDs(OtherCertIDs* list) { return FreeT(kOtherCertIdsFamily, list); }
+extern "C" TV_API uint32_t GetOtherCertIDCount(const OtherCertIDs* list, uint32_t* outCount) {
+    return ListCountT(kOtherCertIdsFamily, list, outCount);
+}
+extern "C" TV_API uint32_t EncodeOtherCertIDs(const OtherCertIDs* list, uint8_t* out, uint32_t* outLen) {
+    return EncodeT(kOtherCertIdsFamily, list, out, outLen);
+}
+extern "C" TV_API uint32_t DecodeOtherCertIDs(const uint8_t* in, uint32_t inLen, OtherCertIDs** outList) {
+    return DecodeT(kOtherCertIdsFamily, in, inLen, outList);
+}
+
+extern "C" TV_API uint32_t AddESSCertIDToList(ESSCertIDs* list, const uint8_t* hash, uint32_t hashLen,
+                                              const GeneralNames* issuer, const uint8_t* serial, uint32_t serialLen) {
+    using S = desc::EssCertIdSlot;
+    return AddCertId(kEssCertIdsFamily, list, S::kIssuerSerial, hash, issuer, serial, serialLen, [&](void* id) {
+        return SetOptionalLeaf(&Slot(id, S::kCertHash), ASN1_OCTET_STRING, hash, hashLen);
+    });
+}
+
+// Stored as given; the encoder leaves it out when it equals the DEFAULT.
+extern "C" TV_API uint32_t AddESSCertIDv2ToList(ESSCertIDsV2* list, const uint8_t* hashOid, const uint8_t* hashParams,
+                                                uint32_t hashParamsLen, const uint8_t* hash, uint32_t hashLen,
+                                                const GeneralNames* issuer, const uint8_t* serial, uint32_t serialLen) {
+    using S = desc::EssCertIdV2Slot;
+    if (!hashOid) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
+    return AddCertId(kEssCertIdsV2Family, list, S::kIssuerSerial, hash, issuer, serial, serialLen, [&](void* id) {
+        TV_TRY(SetAlgorithmOidAndParameters(&Slot(id, S::kHashAlgorithm), hashOid, hashParams, hashParamsLen));
+        return SetOptionalLeaf(&Slot(id, S::kCertHash), ASN1_OCTET_STRING, hash, hashLen);
+    });
+}
+
+extern "C" TV_API uint32_t AddOtherCertIDToList(OtherCertIDs* list, const uint8_t* hashOid, const uint8_t* hashParams,
+                                                uint32_t hashParamsLen, const uint8_t* hash, uint32_t hashLen,
+                                                const GeneralNames* issuer, const uint8_t* serial, uint32_t serialLen) {
+    using S = desc::OtherCertIdSlot;
+    return AddCertId(kOtherCertIdsFamily, list, S::kIssuerSerial, hash, issuer, serial, serialLen, [&](void* id) {
+        return SetOtherHash(&Slot(id, S::kOtherCertHash), hashOid, hashParams, hashParamsLen, hash, hashLen);
+    });
+}
+
+// The hash part's shortage (49) does not stop the call: issuer and serial are read all the same.
+extern "C" TV_API uint32_t GetESSCertIDInformation(const ESSCertIDs* list, uint32_t index, uint8_t* outHash,
+                                                   uint32_t* outHashLen, GeneralNames** outIssuer, uint8_t* outSerial,
+                                                   uint32_t* outSerialLen) {
+    using S = desc::EssCertIdSlot;
+    if (!outHashLen) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
+    const void* id = nullptr;
+    TV_TRY(ListElementT(kEssCertIdsFamily, list, index, &id));
+    return FirstFailure({GetLeaf(TV_SITE, Slot(id, S::kCertHash), outHash, outHashLen),
+                         ReadIssuerSerial(Slot(id, S::kIssuerSerial), outIssuer, outSerial, outSerialLen)});
+}
+
+extern "C" TV_API uint32_t GetESSCertIDV2Information(const ESSCertIDsV2* list, uint32_t index, uint8_t* outHashOid,
+                                                     uint32_t* outHashOidLen, uint8_t* outHashParams,
+                                                     uint32_t* outHashParamsLen, uint8_t* outHash, uint32_t* outHashLen,
+                                                     GeneralNames** outIssuer, uint8_t* outSerial,
+                                                     uint32_t* outSerialLen) {
+    using S = desc::EssCertIdV2Slot;
+    if (!outHashLen) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
+    const void* id = nullptr;
+    TV_TRY(ListElementT(kEssCertIdsV2Family, list, index, &id));
+    return FirstFailure({GetAlgorithmOidAndParameters(Slot(id, S::kHashAlgorithm), outHashOid, outHashOidLen,
+                                                      outHashParams, outHashParamsLen),
+                         GetLeaf(TV_SITE, Slot(id, S::kCertHash), outHash, outHashLen),
+                         ReadIssuerSerial(Slot(id, S::kIssuerSerial), outIssuer, outSerial, outSerialLen)});
+}
+
+extern "C" TV_API uint32_t GetOtherCertIDInformation(const OtherCertIDs* list, uint32_t index, uint8_t* outHashOid,
+                                                     uint32_t* outHashOidLen, uint8_t* outHashParams,
+                                                     uint32_t* outHashParamsLen, uint8_t* outHash, uint32_t* outHashLen,
+                                                     GeneralNames** outIssuer, uint8_t* outSerial,
+                                                     uint32_t* outSerialLen) {
+    using S = desc::OtherCertIdSlot;
+    const void* id = nullptr;
+    TV_TRY(ListElementT(kOtherCertIdsFamily, list, index, &id));
+    return FirstFailure({ReadOtherHash(Slot(id, S::kOtherCertHash), outHashOid, outHashOidLen, outHashParams,
+                                       outHashParamsLen, outHash, outHashLen),
+                         ReadIssuerSerial(Slot(id, S::kIssuerSerial), outIssuer, outSerial, outSerialLen)});
+}
+
+extern "C" TV_API uint32_t EncodeRsaAttributeSigningCertificateValue(const ESSCertIDs* certs,
+                                                                     const CertificatePolicies* policies, uint8_t* out,
+                                                                     uint32_t* outLen) {
+    return EncodeSigningCertificate(desc::kSigningCertificate, certs, policies, out, outLen);
+}
+
+extern "C" TV_API uint32_t DecodeRsaAttributeSigningCertificateValue(const uint8_t* in, uint32_t inLen,
+                                                                     ESSCertIDs** outCerts,
+                                                                     CertificatePolicies** outPolicies) {
+    return DecodeSigningCertificate(desc::kSigningCertificate, in, inLen, outCerts, outPolicies);
+}
+
+extern "C" TV_API uint32_t EncodeRsaAttributeSigningCertificateV2Value(const ESSCertIDsV2* certs,
+                                                                       const CertificatePolicies* policies,
+                                                                       uint8_t* out, uint32_t* outLen) {
+    return EncodeSigningCertificate(desc::kSigningCertificateV2, certs, policies, out, outLen);
+}
+
+extern "C" TV_API uint32_t DecodeRsaAttributeSigningCertificateV2Value(const uint8_t* in, uint32_t inLen,
+                                                                       ESSCertIDsV2** outCerts,
+                                                                       CertificatePolicies** outPolicies) {
+    return DecodeSigningCertificate(desc::kSigningCertificateV2, in, inLen, outCerts, outPolicies);
+}
+
+extern "C" TV_API uint32_t EncodeRsaAttributeOtherSigningCertificateValue(const OtherCertIDs* certs,
+                                                                          const CertificatePolicies* policies,
+                                                                          uint8_t* out, uint32_t* outLen) {
+    return EncodeSigningCertificate(desc::kOtherSigningCertificate, certs, policies, out, outLen);
+}
+
+extern "C" TV_API uint32_t DecodeRsaAttributeOtherSigningCertificateValue(const uint8_t* in, uint32_t inLen,
+                                                                          OtherCertIDs** outCerts,
+                                                                          CertificatePolicies** outPolicies) {
+    return DecodeSigningCertificate(desc::kOtherSigningCertificate, in, inLen, outCerts, outPolicies);
 }

@@ -21,6 +21,40 @@ extern const Asn1Descriptor kAttribute;
 // Attributes ::= SET OF Attribute
 extern const Asn1Descriptor kAttributes;
 
+// IssuerSerial ::= SEQUENCE { issuer GeneralNames, serialNumber CertificateSerialNumber }   (RFC 5035)
+enum class IssuerSerialSlot : uint32_t { kIssuer, kSerialNumber, kCount };
+extern const Asn1Descriptor kIssuerSerial;
+
+// ESSCertID ::= SEQUENCE { certHash Hash, issuerSerial IssuerSerial OPTIONAL }             (RFC 2634)
+enum class EssCertIdSlot : uint32_t { kCertHash, kIssuerSerial, kCount };
+extern const Asn1Descriptor kEssCertId;
+
+// ESSCertIDv2 ::= SEQUENCE {                                                              (RFC 5035)
+//     hashAlgorithm  AlgorithmIdentifier DEFAULT {algorithm id-sha256},
+//     certHash       Hash,
+//     issuerSerial   IssuerSerial OPTIONAL }
+enum class EssCertIdV2Slot : uint32_t { kHashAlgorithm, kCertHash, kIssuerSerial, kCount };
+extern const Asn1Descriptor kEssCertIdV2;
+
+// OtherHash ::= CHOICE { sha1Hash OtherHashValue, otherHash OtherHashAlgAndValue }      (ETSI TS 101 733)
+enum class OtherHashKind : uint32_t { kSha1Hash, kOtherHash, kCount };
+extern const Asn1Descriptor kOtherHash;
+// OtherHashAlgAndValue ::= SEQUENCE { hashAlgorithm AlgorithmIdentifier, hashValue OtherHashValue }
+enum class OtherHashAlgAndValueSlot : uint32_t { kHashAlgorithm, kHashValue, kCount };
+
+// OtherCertID ::= SEQUENCE { otherCertHash OtherHash, issuerSerial IssuerSerial OPTIONAL }
+enum class OtherCertIdSlot : uint32_t { kOtherCertHash, kIssuerSerial, kCount };
+extern const Asn1Descriptor kOtherCertId;
+extern const Asn1Descriptor kOtherCertIds;  // SEQUENCE OF OtherCertID
+
+// SigningCertificate, SigningCertificateV2, OtherSigningCertificate ::= SEQUENCE {
+//     certs     SEQUENCE OF ESSCertID / ESSCertIDv2 / OtherCertID,
+//     policies  SEQUENCE OF PolicyInformation OPTIONAL }
+enum class SigningCertificateSlot : uint32_t { kCerts, kPolicies, kCount };
+extern const Asn1Descriptor kSigningCertificate;
+extern const Asn1Descriptor kSigningCertificateV2;
+extern const Asn1Descriptor kOtherSigningCertificate;
+
 }  // namespace tv::desc
 
 namespace tv {

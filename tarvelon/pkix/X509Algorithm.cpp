@@ -131,11 +131,16 @@ namespace {
 
 constexpr Asn1Descriptor kOptionalAny = Optional(Any());
 
+}  // namespace
+
 // AlgorithmIdentifier ::= SEQUENCE { algorithm OBJECT IDENTIFIER, parameters ANY OPTIONAL }
-constexpr auto kAlgorithmIdentifierParts = Slots<AlgorithmIdentifierSlot>({
-    {AlgorithmIdentifierSlot::kAlgorithm, &kOid},           // algorithm   OBJECT IDENTIFIER
-    {AlgorithmIdentifierSlot::kParameters, &kOptionalAny},  // parameters  ANY DEFINED BY algorithm OPTIONAL
-});
+constinit const Components<SlotCount<AlgorithmIdentifierSlot>> kAlgorithmIdentifierParts =
+    Slots<AlgorithmIdentifierSlot>({
+        {AlgorithmIdentifierSlot::kAlgorithm, &kOid},           // algorithm   OBJECT IDENTIFIER
+        {AlgorithmIdentifierSlot::kParameters, &kOptionalAny},  // parameters  ANY DEFINED BY algorithm OPTIONAL
+    });
+
+namespace {
 
 // SubjectPublicKeyInfo ::= SEQUENCE { algorithm AlgorithmIdentifier, subjectPublicKey BIT STRING }
 constexpr auto kSubjectPublicKeyInfoParts = Slots<SubjectPublicKeyInfoSlot>({

@@ -22,6 +22,8 @@ namespace tv::desc {
 //     parameters  ANY DEFINED BY algorithm OPTIONAL }
 enum class AlgorithmIdentifierSlot : uint32_t { kAlgorithm, kParameters, kCount };
 extern const Asn1Descriptor kAlgorithmIdentifier;
+// Its components, for fields that give it a DEFAULT (ESSCertIDv2.hashAlgorithm, ATSHashIndex).
+extern const Components<SlotCount<AlgorithmIdentifierSlot>> kAlgorithmIdentifierParts;
 
 // SubjectPublicKeyInfo ::= SEQUENCE {                                 (RFC 5280 4.1.2.7)
 //     algorithm         AlgorithmIdentifier,

@@ -1,0 +1,192 @@
+// Signature attribute values: the signing-certificate attributes openssl writes into CAdES
+// signatures and those made with asn1parse, read field by field against what openssl printed; the
+// DEFAULT hash algorithm, the both-or-neither issuerSerial, the readers that go on after a short
+// buffer, and lists lent to the encoders.
+#include <fstream>
+#include <map>
+#include <sstream>
+
+#include "TestUtil.h"
+
+using namespace tvtest;
+
+namespace {
+
+using Fields = std::map<std::string, std::string>;
+
+std::map<std::string, Fields> Expected() {
+    std::map<std::string, Fields> all;
+    std::ifstream lines(Fixture("attributes/EXPECT"));
+    for (std::string line, file, pair; std::getline(lines, line);) {
+        if (line.empty() || line[0] == '#') continue;
+        std::istringstream words(line);
+        for (words >> file; words >> pair;) all[file][pair.substr(0, pair.find('='))] = pair.substr(pair.find('=') + 1);
+    }
+    return all;
+}
+
+std::string Lower(const Bytes& b) {
+    std::string hex;
+    for (uint8_t c : b) hex += "0123456789abcdef"[c >> 4], hex += "0123456789abcdef"[c & 15];
+    return hex;
+}
+
+std::string Dotted(const Bytes& packed) {
+    char text[128];
+    uint32_t n = sizeof text;
+    return packed.empty() ? "-" : ConvertOidToString(packed.data(), text, &n) == TV_OK ? std::string(text) : "?";
+}
+
+void Append(Fields& got, const std::string& key, const std::string& item) {
+    got[key] += (got[key].empty() ? "" : ",") + item;
+}
+
+// One certificate identifier as EXPECT names its parts.
+template <typename Read>
+void CertId(Read read, Fields& got) {
+    Bytes oid(32), params(32), hash(64), serial(32);
+    uint32_t n[4] = {32, 32, 64, 32};
+    GeneralNames* issuer = nullptr;
+    EXPECT_EQ(read(oid.data(), &n[0], params.data(), &n[1], hash.data(), &n[2], &issuer, serial.data(), &n[3]), TV_OK);
+    oid.resize(n[0]), params.resize(n[1]), hash.resize(n[2]), serial.resize(n[3]);
+    Append(got, "hashForm", oid.empty() ? "sha1" : "other");
+    Append(got, "hashAlg", Dotted(oid));
+    Append(got, "hashParams", params.empty() ? "-" : params == Hex("05 00") ? "null" : "?");
+    Append(got, "certHash", Lower(hash));
+    Append(got, "issuerSerial", issuer ? "yes" : "no");
+    std::string hex = ToHex(serial);
+    std::erase(hex, ' ');
+    Append(got, "serial", serial.empty() ? "-" : hex);
+}
+
+TEST(AttributeValues, SigningCertificatesReadAsOpenSslWroteThem) {
+    const auto expected = Expected();
+    for (const char* file : {"cades_rsa_signing_certificate_v2.der", "cades_gost_signing_certificate_v2.der",
+                             "other_signing_certificate.der"}) {
+        SCOPED_TRACE(file);
+        const Bytes der = FixtureFile(std::string("attributes/") + file);
+        Fields want = expected.at(file), got;
+        uint32_t count = 0;
+        CertificatePolicies* policies = nullptr;
+        Bytes again;
+        if (std::string(file).starts_with("other")) {
+            Own<FreeOtherCertIDs> certs;
+            ASSERT_EQ(DecodeRsaAttributeOtherSigningCertificateValue(der.data(), Size(der), &certs.p, &policies), TV_OK);
+            EXPECT_EQ(GetOtherCertIDCount(certs, &count), TV_OK);
+            for (uint32_t i = 0; i < count; ++i)
+                CertId([&](auto... o) { return GetOtherCertIDInformation(certs, i, o...); }, got);
+            again = Get(EncodeRsaAttributeOtherSigningCertificateValue, certs.p, policies).bytes;
+        } else {
+            Own<FreeESSCertIDsV2> certs;
+            ASSERT_EQ(DecodeRsaAttributeSigningCertificateV2Value(der.data(), Size(der), &certs.p, &policies), TV_OK);
+            EXPECT_EQ(GetESSCertIDV2Count(certs, &count), TV_OK);
+            for (uint32_t i = 0; i < count; ++i)
+                CertId([&](auto... o) { return GetESSCertIDV2Information(certs, i, o...); }, got);
+            again = Get(EncodeRsaAttributeSigningCertificateV2Value, certs.p, policies).bytes;
+            got.erase("hashForm");
+            if (got["hashAlg"] == "2.16.840.1.101.3.4.2.1") got["hashAlg"] = "-";  // filled back from the DEFAULT
+        }
+        EXPECT_EQ(again, der) << "re-encoded";
+        got["certs"] = std::to_string(count);
+        got["policies"] = policies ? "yes" : "no";
+        FreeExtensionCertificatePolicies(policies);
+        for (const char* key : {"cert", "issuer"}) want.erase(key);
+        EXPECT_EQ(got, want);
+    }
+}
+
+// openssl's signed attributes read through the attribute-set functions: the signingCertificateV2
+// value in the set is the one above, the message digest and signing time are openssl's.
+TEST(AttributeValues, CadesSignedAttributesCarryTheValues) {
+    const auto expected = Expected();
+    for (const std::string kind : {"rsa", "gost"}) {
+        SCOPED_TRACE(kind);
+        const Bytes set = FixtureFile("attributes/cades_" + kind + "_signed_attrs.der");
+        auto attributes = Decoded<FreeRsaAttributes>(DecodeRsaAttributes, set);
+        auto value = [&](const char* dotted) {
+            uint32_t index = 0;
+            EXPECT_EQ(FindRsaAttributesAttribute(attributes, Packed(dotted).data(), &index), TV_OK);
+            return Get(GetRsaAttributesAttributeValue, attributes.p, index, 0u).bytes;
+        };
+        EXPECT_EQ(value("1.2.840.113549.1.9.16.2.47"),
+                  FixtureFile("attributes/cades_" + kind + "_signing_certificate_v2.der"));
+        const Bytes digest = value("1.2.840.113549.1.9.4"), signingTime = value("1.2.840.113549.1.9.5");
+        const Fields& message = expected.at("cades_" + kind + ".der");
+        EXPECT_EQ(Lower(Get(DecodeRsaAttributeMessageDigestValue, digest.data(), Size(digest)).bytes),
+                  message.at("messageDigest"));
+        LibraryTime t{};
+        ASSERT_EQ(DecodeRsaAttributeSigningTimeValue(signingTime.data(), Size(signingTime), &t), TV_OK);
+        char when[16];
+        std::snprintf(when, sizeof when, "%04u%02u%02u%02u%02u%02u", t.year, t.month, t.day, t.hour, t.minute, t.second);
+        EXPECT_EQ(when, message.at("signingTime"));
+    }
+}
+
+TEST(AttributeValues, CertIdRules) {
+    const Bytes sha256 = Packed("2.16.840.1.101.3.4.2.1"), gost = Packed("1.2.643.7.1.1.2.2"), hash(32, 0xAB),
+                serial = Hex("01 02");
+    Own<FreeX509GeneralNames> issuer;
+    ASSERT_EQ(CreateX509GeneralNames(&issuer.p), TV_OK);
+    ASSERT_EQ(AddX509GeneralName(issuer, 2, U8("ca.ru"), 5), TV_OK);
+    Own<FreeESSCertIDsV2> v2;
+    ASSERT_EQ(CreateESSCertIDsV2(&v2.p), TV_OK);
+    // SHA-256 without parameters is the DEFAULT and stays out; GOST stays in.
+    ASSERT_EQ(AddESSCertIDv2ToList(v2, sha256.data(), nullptr, 0, hash.data(), 32, nullptr, nullptr, 0), TV_OK);
+    ASSERT_EQ(AddESSCertIDv2ToList(v2, gost.data(), nullptr, 0, hash.data(), 32, issuer, serial.data(), 2), TV_OK);
+    const Bytes der = Get(EncodeRsaAttributeSigningCertificateV2Value, v2.p, nullptr).bytes;
+    EXPECT_EQ(ToHex(Child(der, {0, 0})), H("30 22 04 20") + " " + ToHex(hash));
+    EXPECT_EQ(Child(der, {0, 1, 0}), Hex("30 0A 06 08 2A 85 03 07 01 01 02 02"));
+    // Both or neither: nothing is added otherwise.
+    for (auto [withIssuer, withSerial] : {std::pair{true, false}, {false, true}})
+        EXPECT_EQ(AddESSCertIDv2ToList(v2, gost.data(), nullptr, 0, hash.data(), 32, withIssuer ? issuer.p : nullptr,
+                                       withSerial ? serial.data() : nullptr, 2), 32u);
+    uint32_t count = 0;
+    EXPECT_EQ(GetESSCertIDV2Count(v2, &count), TV_OK);
+    EXPECT_EQ(count, 2u);
+    // A hash buffer too small: issuer and serial still come, 49 at the end.
+    uint8_t oid[16], small[4], sn[8];
+    uint32_t oidLen = sizeof oid, paramsLen = 0, hashLen = sizeof small, snLen = sizeof sn;
+    GeneralNames* named = nullptr;
+    EXPECT_EQ(GetESSCertIDV2Information(v2, 1, oid, &oidLen, nullptr, &paramsLen, small, &hashLen, &named, sn, &snLen), 49u);
+    EXPECT_EQ(hashLen, 32u);
+    EXPECT_NE(named, nullptr);
+    EXPECT_EQ(ToHex(sn, snLen), "01 02");
+    EXPECT_EQ(GetESSCertIDV2Information(v2, 2, oid, &oidLen, nullptr, &paramsLen, small, &hashLen, &named, sn, &snLen), 32u);
+    // Without an algorithm an other cert ID is a bare sha1Hash.
+    Own<FreeOtherCertIDs> other;
+    ASSERT_EQ(CreateOtherCertIDs(&other.p), TV_OK);
+    ASSERT_EQ(AddOtherCertIDToList(other, nullptr, nullptr, 0, hash.data(), 20, nullptr, nullptr, 0), TV_OK);
+    EXPECT_EQ(ToHex(Get(EncodeOtherCertIDs, other.p).bytes), H("30 18 30 16 04 14") + " " + ToHex(Bytes(20, 0xAB)));
+    Own<FreeESSCertIDs> v1;
+    ASSERT_EQ(CreateESSCertIDs(&v1.p), TV_OK);
+    EXPECT_EQ(AddESSCertIDToList(v1, hash.data(), 20, issuer, nullptr, 0), 32u);
+    EXPECT_EQ(GetESSCertIDCount(v1, &count), TV_OK);
+    EXPECT_EQ(count, 0u);
+}
+
+// The encoders borrow the caller's lists: after every path, failed or not, the lists are whole and
+// nothing leaked (the sanitizer run watches).
+TEST(AttributeValues, EncodersLendTheCallersLists) {
+    Own<FreeOtherCertIDs> certs;
+    Own<FreeExtensionCertificatePolicies> policies;
+    const Bytes hash(20, 0x11);
+    ASSERT_EQ(CreateOtherCertIDs(&certs.p), TV_OK);
+    ASSERT_EQ(AddOtherCertIDToList(certs, nullptr, nullptr, 0, hash.data(), 20, nullptr, nullptr, 0), TV_OK);
+    ASSERT_EQ(CreateExtensionCertificatePolicies(&policies.p), TV_OK);
+    uint32_t index = 0;
+    ASSERT_EQ(AddExtensionPolicyInformation(policies, Packed("1.2.643.100.113.1").data(), &index), TV_OK);
+    const Bytes once = Get(EncodeRsaAttributeOtherSigningCertificateValue, certs.p, policies.p).bytes;
+    EXPECT_GT(ForEachAllocationFailure([&] {
+                  Own<FreeOtherCertIDs> back;
+                  Own<FreeExtensionCertificatePolicies> backPolicies;
+                  const Got der = Get(EncodeRsaAttributeOtherSigningCertificateValue, certs.p, policies.p);
+                  TRY(der.rc);
+                  return DecodeRsaAttributeOtherSigningCertificateValue(der.bytes.data(), Size(der.bytes), &back.p,
+                                                                        &backPolicies.p);
+              }),
+              1);
+    EXPECT_EQ(Get(EncodeRsaAttributeOtherSigningCertificateValue, certs.p, policies.p).bytes, once);
+    EXPECT_EQ(EncodeRsaAttributeSigningCertificateValue(nullptr, nullptr, nullptr, &index), 32u);
+}
+
+}  // namespace
