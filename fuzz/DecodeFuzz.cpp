@@ -90,6 +90,8 @@ const Shape kShapes[] = {
     {"BasicOCSPResponse", &kBasicOcspResponse},
     {"SigningCertificateV2", &kSigningCertificateV2},
     {"OtherSigningCertificate", &kOtherSigningCertificate},
+    {"ATSHashIndex", &kAtsHashIndex},
+    {"DocInfo", &kDocInfo},
     {"INTEGER", &kInteger},
     {"OCTET STRING", &kOctetString},
     {"SET OF INTEGER", &kSetOfInteger},
@@ -246,6 +248,29 @@ void OcspReaders(const uint8_t* data, uint32_t size) {
     FreeOcspResponse(response);
 }
 
+// The attribute-value readers that hand out lists or pick a layout by looking ahead.
+void AttributeReaders(const uint8_t* data, uint32_t size) {
+    uint8_t oid[64], params[64];
+    uint32_t oidLen = sizeof oid, paramsLen = sizeof params;
+    Asn1List *certs = nullptr, *crls = nullptr, *attrs = nullptr;
+    if (DecodeRsaAttributeAtsHashIndex(data, size, oid, &oidLen, params, &paramsLen, &certs, &crls, &attrs) == TV_OK)
+        for (Asn1List* list : {certs, crls, attrs}) FreeOctetStrings(list);
+    OtherCertIDs* ids = nullptr;
+    CertificatePolicies* policies = nullptr;
+    if (DecodeRsaAttributeOtherSigningCertificateValue(data, size, &ids, &policies) == TV_OK) {
+        uint32_t count = 0, n[4];
+        GeneralNames* issuer = nullptr;
+        uint8_t hash[64], serial[32];
+        GetOtherCertIDCount(ids, &count);
+        for (uint32_t i = 0; i < count; ++i) {
+            n[0] = sizeof oid, n[1] = sizeof params, n[2] = sizeof hash, n[3] = sizeof serial;
+            GetOtherCertIDInformation(ids, i, oid, &n[0], params, &n[1], hash, &n[2], &issuer, serial, &n[3]);
+        }
+        FreeOtherCertIDs(ids);
+        FreeExtensionCertificatePolicies(policies);
+    }
+}
+
 // Caller bytes stored as an ANY: what is accepted must be one whole element, so the stored header
 // spans exactly the stored octets and the ANY decoder takes all of them.
 void CallerAny(const uint8_t* data, uint32_t size) {
@@ -268,6 +293,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     for (const Shape& s : kShapes) RoundTrip(s, data, static_cast<uint32_t>(size));
     PublicReaders(data, static_cast<uint32_t>(size));
     OcspReaders(data, static_cast<uint32_t>(size));
+    AttributeReaders(data, static_cast<uint32_t>(size));
     CallerAny(data, static_cast<uint32_t>(size));
     return 0;
 }

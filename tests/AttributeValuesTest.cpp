@@ -38,7 +38,9 @@ std::string Dotted(const Bytes& packed) {
 }
 
 void Append(Fields& got, const std::string& key, const std::string& item) {
-    got[key] += (got[key].empty() ? "" : ",") + item;
+    std::string& list = got[key];
+    if (!list.empty()) list += ',';
+    list += item;
 }
 
 // One certificate identifier as EXPECT names its parts.
@@ -187,6 +189,105 @@ TEST(AttributeValues, EncodersLendTheCallersLists) {
               1);
     EXPECT_EQ(Get(EncodeRsaAttributeOtherSigningCertificateValue, certs.p, policies.p).bytes, once);
     EXPECT_EQ(EncodeRsaAttributeSigningCertificateValue(nullptr, nullptr, nullptr, &index), 32u);
+}
+
+std::string Hashes(const Asn1List* list) {
+    std::string all;
+    for (uint32_t i = 0; i < GetAsn1ListLength(list); ++i) {
+        if (i) all += ',';
+        all += Lower(Get(GetOctetStringsValue, list, i).bytes);
+    }
+    return all.empty() ? "-" : all;
+}
+
+std::string When(const LibraryTime& t) {
+    if (IsLibraryTimeNull(&t)) return "-";
+    char text[16];
+    std::snprintf(text, sizeof text, "%04u%02u%02u%02u%02u%02u", t.year, t.month, t.day, t.hour, t.minute, t.second);
+    return text;
+}
+
+// The ATS hash indexes and DocInfo values made with asn1parse, field by field and back to their bytes.
+TEST(AttributeValues, AtsHashIndexAndDocInfoReadAsWritten) {
+    const auto expected = Expected();
+    for (const char* file : {"ats_hash_index_default.der", "ats_hash_index_gost.der"}) {
+        SCOPED_TRACE(file);
+        const Bytes der = FixtureFile(std::string("attributes/") + file);
+        uint8_t oid[32], params[32];
+        uint32_t oidLen = sizeof oid, paramsLen = sizeof params;
+        Asn1List *certs = nullptr, *crls = nullptr, *attrs = nullptr;
+        ASSERT_EQ(DecodeRsaAttributeAtsHashIndex(der.data(), Size(der), oid, &oidLen, params, &paramsLen, &certs, &crls,
+                                                 &attrs), TV_OK);
+        Own<FreeOctetStrings> c(certs), r(crls), a(attrs);
+        const std::string alg = Dotted(Bytes(oid, oid + oidLen));
+        Fields got{{"hashIndAlg", alg == "2.16.840.1.101.3.4.2.1" ? "-" : alg}, {"hashParams", paramsLen ? "?" : "-"},
+                   {"certs", std::to_string(GetAsn1ListLength(certs))}, {"certHashes", Hashes(certs)},
+                   {"crls", std::to_string(GetAsn1ListLength(crls))}, {"crlHashes", Hashes(crls)},
+                   {"unsignedAttrs", std::to_string(GetAsn1ListLength(attrs))}, {"unsignedAttrHashes", Hashes(attrs)}};
+        EXPECT_EQ(got, expected.at(file));
+        EXPECT_EQ(Get(EncodeRsaAttributeAtsHashIndex, oid, paramsLen ? params : nullptr, paramsLen,
+                      static_cast<const Asn1List*>(certs), static_cast<const Asn1List*>(crls),
+                      static_cast<const Asn1List*>(attrs)).bytes, der);
+        // A short OID buffer is no failure: its size is stored and the lists still come.
+        oidLen = 1;
+        Asn1List *c2 = nullptr, *r2 = nullptr, *a2 = nullptr;
+        EXPECT_EQ(DecodeRsaAttributeAtsHashIndex(der.data(), Size(der), oid, &oidLen, params, &paramsLen, &c2, &r2, &a2),
+                  TV_OK);
+        EXPECT_GT(oidLen, 1u);
+        for (Asn1List* list : {c2, r2, a2}) EXPECT_EQ(FreeOctetStrings(list), TV_OK);
+    }
+    for (const char* file : {"doc_info_full.der", "doc_info_partial.der"}) {
+        SCOPED_TRACE(file);
+        const Bytes der = FixtureFile(std::string("attributes/") + file);
+        Bytes text[4];
+        uint32_t kind = 0, n[4] = {128, 128, 128, 128};
+        LibraryTime d1{}, d2{};
+        for (Bytes& t : text) t.resize(128);
+        ASSERT_EQ(DecodeDocInfo(der.data(), Size(der), &kind, text[0].data(), &n[0], text[1].data(), &n[1],
+                                text[2].data(), &n[2], &d1, &d2, text[3].data(), &n[3]), TV_OK);
+        Fields got{{"docKind", std::to_string(kind)}, {"docDate1", When(d1)}, {"docDate2", When(d2)}};
+        for (int i = 0; i < 4; ++i) {
+            text[i].resize(n[i]);
+            got["docText" + std::to_string(i + 1)] = n[i] ? Lower(text[i]) : "-";
+        }
+        EXPECT_EQ(got, expected.at(file));
+        auto p = [&](int i) { return n[i] ? text[i].data() : nullptr; };
+        EXPECT_EQ(Get(EncodeDocInfo, kind, p(0), n[0], p(1), n[1], p(2), n[2], &d1, &d2, p(3), n[3]).bytes, der);
+    }
+}
+
+TEST(AttributeValues, SmallValuesAndTheirRules) {
+    // DocInfo reads every field and reports the last one that failed: a five-octet kind (49 from its
+    // reader), then also a date too short to read (307, a later field); the text between still reads.
+    uint8_t text[4][8];
+    uint32_t kind = 0, n[4];
+    LibraryTime d1{}, d2{};
+    for (auto [der, rc] : {std::pair{Hex("30 0A 0A 05 01 02 03 04 05 80 01 41"), 49u},
+                           {Hex("30 0E 0A 05 01 02 03 04 05 80 01 41 83 02 32 30"), 307u}}) {
+        for (uint32_t& room : n) room = 8;
+        EXPECT_EQ(DecodeDocInfo(der.data(), Size(der), &kind, text[0], &n[0], text[1], &n[1], text[2], &n[2], &d1, &d2,
+                                text[3], &n[3]), rc);
+        EXPECT_EQ(ToHex(text[0], n[0]), "41");
+    }
+    // ExtSubjInfo: the value is one complete element; missing, it reads as 311 after the OID.
+    const Bytes oid = Packed("1.2.643.100.5"), value = Hex("0C 02 41 42");
+    const Bytes info = Get(EncodeRsaAttributeExtSubjInfoValue, oid.data(), value.data(), Size(value)).bytes;
+    uint32_t oidLen = 8, valueLen = 8;
+    ASSERT_EQ(DecodeRsaAttributeExtSubjInfoValue(info.data(), Size(info), text[0], &oidLen, text[1], &valueLen), TV_OK);
+    EXPECT_EQ(Bytes(text[0], text[0] + oidLen), oid);
+    EXPECT_EQ(Bytes(text[1], text[1] + valueLen), value);
+    const Bytes bare = Hex("30 07 06 05 2A 85 03 64 05");
+    oidLen = valueLen = 8;
+    EXPECT_EQ(DecodeRsaAttributeExtSubjInfoValue(bare.data(), Size(bare), text[0], &oidLen, text[1], &valueLen), 311u);
+    EXPECT_EQ(oidLen, 6u);
+    EXPECT_EQ(EncodeRsaAttributeExtSubjInfoValue(oid.data(), Hex("05 00 05 00").data(), 4, nullptr, &n[0]), 32u);
+    // Validity: each Time by the year.
+    const LibraryTime from{2049, 1, 2, 3, 4, 5}, to{2050, 1, 2, 3, 4, 5};
+    const Bytes validity = Get(EncodeRsaAttributeValidityValue, &from, &to).bytes;
+    EXPECT_EQ(validity[2], 0x17);  // UTCTime
+    EXPECT_EQ(validity[17], 0x18);  // GeneralizedTime
+    ASSERT_EQ(DecodeRsaAttributeValidityValue(validity.data(), Size(validity), &d1, &d2), TV_OK);
+    EXPECT_TRUE(SameTime(d1, from) && SameTime(d2, to));
 }
 
 }  // namespace

@@ -123,6 +123,27 @@ Got SigningCertificate(const Bytes& in) {
     return Get(Encode, certs.p, policies.p);
 }
 
+Got AtsHashIndex(const Bytes& in) {
+    uint8_t oid[32], params[64];
+    uint32_t oidLen = sizeof oid, paramsLen = sizeof params;
+    Asn1List *certs = nullptr, *crls = nullptr, *attrs = nullptr;
+    TRY(DecodeRsaAttributeAtsHashIndex(in.data(), Size(in), oid, &oidLen, params, &paramsLen, &certs, &crls, &attrs));
+    Own<FreeOctetStrings> c(certs), r(crls), a(attrs);
+    return Get(EncodeRsaAttributeAtsHashIndex, oid, paramsLen ? params : nullptr, paramsLen, static_cast<const Asn1List*>(certs),
+               static_cast<const Asn1List*>(crls), static_cast<const Asn1List*>(attrs));
+}
+
+Got DocInfo(const Bytes& in) {
+    Bytes text[4];
+    uint32_t kind = 0, n[4];
+    LibraryTime d1{}, d2{};
+    for (int i = 0; i < 4; ++i) text[i].resize(256), n[i] = 256;
+    TRY(DecodeDocInfo(in.data(), Size(in), &kind, text[0].data(), &n[0], text[1].data(), &n[1], text[2].data(), &n[2],
+                      &d1, &d2, text[3].data(), &n[3]));
+    auto p = [&](int i) { return n[i] ? text[i].data() : nullptr; };
+    return Get(EncodeDocInfo, kind, p(0), n[0], p(1), n[1], p(2), n[2], &d1, &d2, p(3), n[3]);
+}
+
 Got InvalidityDate(const Bytes& in) {
     LibraryTime t{};
     TRY(DecodeExtensionInvalidityDate(in.data(), Size(in), &t));
@@ -459,6 +480,8 @@ const std::map<std::string, Family>& Families() {
             Rebuilt(Scalar<DecodeExtensionKestruneKeyIdentifier, EncodeExtensionKestruneKeyIdentifier>);
         m["reasonCode"] = Rebuilt(Number<DecodeExtensionReasonCode, EncodeExtensionReasonCode>);
         m["invalidityDate"] = Rebuilt(InvalidityDate);
+        m["atsHashIndex"] = Rebuilt(AtsHashIndex);
+        m["docInfo"] = Rebuilt(DocInfo);
         m["signingCertificate"] = Rebuilt(SigningCertificate<DecodeRsaAttributeSigningCertificateValue,
                                                              EncodeRsaAttributeSigningCertificateValue, FreeESSCertIDs>);
         m["signingCertificateV2"] = Rebuilt(SigningCertificate<DecodeRsaAttributeSigningCertificateV2Value,

@@ -101,6 +101,28 @@ TV_API uint32_t DecodeRsaAttributeSigningCertificateV2Value(const uint8_t* in, u
 TV_API uint32_t EncodeRsaAttributeOtherSigningCertificateValue(const OtherCertIDs* certs, const CertificatePolicies* policies, uint8_t* out, uint32_t* outLen);
 TV_API uint32_t DecodeRsaAttributeOtherSigningCertificateValue(const uint8_t* in, uint32_t inLen, OtherCertIDs** outCerts, CertificatePolicies** outPolicies);
 
+/* ATS hash index (ETSI TS 101 733). The three hash lists are SEQUENCE OF OCTET STRING lists
+ * (CreateOctetStrings); the encoder borrows them. SHA-256 without parameters is the DEFAULT. When
+ * decoding, an OID or parameters buffer too small gets its needed size and nothing else, the lists
+ * are still handed out and the result is 0: compare each stored size with the room you gave. */
+TV_API uint32_t EncodeRsaAttributeAtsHashIndex(const uint8_t* hashOid, const uint8_t* hashParams, uint32_t hashParamsLen, const Asn1List* certificatesHashes, const Asn1List* crlsHashes, const Asn1List* unsignedAttrsHashes, uint8_t* out, uint32_t* outLen);
+TV_API uint32_t DecodeRsaAttributeAtsHashIndex(const uint8_t* in, uint32_t inLen, uint8_t* outHashOid, uint32_t* outHashOidLen, uint8_t* outHashParams, uint32_t* outHashParamsLen, Asn1List** outCertificatesHashes, Asn1List** outCrlsHashes, Asn1List** outUnsignedAttrsHashes);
+
+/* Validity { notBefore Time, notAfter Time }, each Time chosen by the year (UTCTime before 2050). */
+TV_API uint32_t EncodeRsaAttributeValidityValue(const LibraryTime* notBefore, const LibraryTime* notAfter, uint8_t* out, uint32_t* outLen);
+TV_API uint32_t DecodeRsaAttributeValidityValue(const uint8_t* in, uint32_t inLen, LibraryTime* outNotBefore, LibraryTime* outNotAfter);
+
+/* ExtSubjInfo { type OBJECT IDENTIFIER, value ANY }: the value is one complete DER element. */
+TV_API uint32_t EncodeRsaAttributeExtSubjInfoValue(const uint8_t* packedOid, const uint8_t* value, uint32_t valueLen, uint8_t* out, uint32_t* outLen);
+TV_API uint32_t DecodeRsaAttributeExtSubjInfoValue(const uint8_t* in, uint32_t inLen, uint8_t* outOid, uint32_t* outOidLen, uint8_t* outValue, uint32_t* outValueLen);
+
+/* DocInfo { docKind ENUMERATED, docText1..3 [0..2] UTF8String, docDate1..2 [3..4] GeneralizedTime,
+ * docText4 [5] UTF8String, all but the kind OPTIONAL }. A text is written when its pointer is not
+ * null, a date when it is not the null time; absent ones read back as length 0 and the null time.
+ * Decoding reads every field even after one fails and returns the last failing field's code. */
+TV_API uint32_t EncodeDocInfo(uint32_t docKind, const uint8_t* docText1, uint32_t docText1Len, const uint8_t* docText2, uint32_t docText2Len, const uint8_t* docText3, uint32_t docText3Len, const LibraryTime* docDate1, const LibraryTime* docDate2, const uint8_t* docText4, uint32_t docText4Len, uint8_t* out, uint32_t* outLen);
+TV_API uint32_t DecodeDocInfo(const uint8_t* in, uint32_t inLen, uint32_t* outDocKind, uint8_t* outDocText1, uint32_t* outDocText1Len, uint8_t* outDocText2, uint32_t* outDocText2Len, uint8_t* outDocText3, uint32_t* outDocText3Len, LibraryTime* outDocDate1, LibraryTime* outDocDate2, uint8_t* outDocText4, uint32_t* outDocText4Len);
+
 #ifdef __cplusplus
 }
 #endif

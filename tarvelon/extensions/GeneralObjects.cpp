@@ -281,14 +281,6 @@ uint32_t DecodeGeneralizedTime(const uint8_t* in, uint32_t inLen, LibraryTime* o
     return GetTimeFromGeneralizedTimeLeaf(leaf.get(), outTime);
 }
 
-// An absent time reads as the null time, the all-zero record (not through SetLibraryTimeToNull,
-// which refuses to write it).
-uint32_t GetOptionalTime(const void* leaf, LibraryTime* out) {
-    if (leaf) return GetTimeFromGeneralizedTimeLeaf(leaf, out);
-    *out = LibraryTime{};
-    return TV_OK;
-}
-
 // ---- named bits ---------------------------------------------------------------------------------
 
 // The flag word of a named-bit BIT STRING: at most four octets, unused bits cleared.

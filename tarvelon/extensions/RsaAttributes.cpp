@@ -8,6 +8,7 @@
 #include "tarvelon/extensions/OidKeyedList.h"
 #include "tarvelon/pkix/GeneralNames.h"
 #include "tarvelon/pkix/X509Algorithm.h"
+#include "tarvelon/text/LibraryTime.h"
 #include "tarvelon/tarvelon.h"
 
 TV_MODULE(RsaAttributes)
@@ -114,6 +115,62 @@ constexpr auto kOtherSigningCertificateParts = Slots<SigningCertificateSlot>({
 constinit const Asn1Descriptor kSigningCertificate = Sequence(kSigningCertificateParts);
 constinit const Asn1Descriptor kSigningCertificateV2 = Sequence(kSigningCertificateV2Parts);
 constinit const Asn1Descriptor kOtherSigningCertificate = Sequence(kOtherSigningCertificateParts);
+
+namespace {
+
+// ATSHashIndex ::= SEQUENCE {                                          (ETSI TS 101 733 6.4.1)
+constexpr auto kAtsHashIndexParts = Slots<AtsHashIndexSlot>({
+    {AtsHashIndexSlot::kHashIndAlgorithm, &kSha256ByDefault},  // hashIndAlgorithm        AlgorithmIdentifier DEFAULT {id-sha256}
+    {AtsHashIndexSlot::kCertificates, &kOctetStrings},         // certificatesHashIndex   SEQUENCE OF OCTET STRING
+    {AtsHashIndexSlot::kCrls, &kOctetStrings},                 // crlsHashIndex           SEQUENCE OF OCTET STRING
+    {AtsHashIndexSlot::kUnsignedAttrs, &kOctetStrings},        // unsignedAttrsHashIndex  SEQUENCE OF OCTET STRING
+});
+
+constexpr Asn1Descriptor kOptionalAny = Optional(Any());
+
+// ExtSubjInfo ::= SEQUENCE {                                           (private)
+constexpr auto kExtSubjInfoParts = Slots<ExtSubjInfoSlot>({
+    {ExtSubjInfoSlot::kType, &kOid},           // type   OBJECT IDENTIFIER
+    {ExtSubjInfoSlot::kValue, &kOptionalAny},  // value  ANY  -- read as absent when missing
+});
+
+constexpr Asn1Descriptor DocText(int32_t tag) { return Optional(Implicit(tag, kUtf8String)); }
+constexpr Asn1Descriptor DocDate(int32_t tag) { return Optional(Implicit(tag, kGeneralizedTime)); }
+constexpr Asn1Descriptor kDocText1 = DocText(0), kDocText2 = DocText(1), kDocText3 = DocText(2), kDocText4 = DocText(5);
+constexpr Asn1Descriptor kDocDate1 = DocDate(3), kDocDate2 = DocDate(4);
+
+// DocInfo ::= SEQUENCE {                                               (private)
+constexpr auto kDocInfoParts = Slots<DocInfoSlot>({
+    {DocInfoSlot::kDocKind, &kEnumerated},  // docKind   ENUMERATED
+    {DocInfoSlot::kDocText1, &kDocText1},   // docText1  [0] IMPLICIT UTF8String OPTIONAL
+    {DocInfoSlot::kDocText2, &kDocText2},   // docText2  [1] IMPLICIT UTF8String OPTIONAL
+    {DocInfoSlot::kDocText3, &kDocText3},   // docText3  [2] IMPLICIT UTF8String OPTIONAL
+    {DocInfoSlot::kDocDate1, &kDocDate1},   // docDate1  [3] IMPLICIT GeneralizedTime OPTIONAL
+    {DocInfoSlot::kDocDate2, &kDocDate2},   // docDate2  [4] IMPLICIT GeneralizedTime OPTIONAL
+    {DocInfoSlot::kDocText4, &kDocText4},   // docText4  [5] IMPLICIT UTF8String OPTIONAL
+});
+
+}  // namespace
+
+constinit const Asn1Descriptor kAtsHashIndex = Sequence(kAtsHashIndexParts);
+
+namespace {
+
+// The same without its first component. hashIndAlgorithm and certificatesHashIndex both begin with a
+// SEQUENCE tag, so an index that leaves the algorithm to its DEFAULT cannot be told apart by the tag:
+// the reader looks inside the first element and decodes with whichever shape fits.
+enum class AtsHashListsSlot : uint32_t { kCertificates, kCrls, kUnsignedAttrs, kCount };
+constexpr auto kAtsHashListsParts = Slots<AtsHashListsSlot>({
+    {AtsHashListsSlot::kCertificates, &kOctetStrings},   // certificatesHashIndex   SEQUENCE OF OCTET STRING
+    {AtsHashListsSlot::kCrls, &kOctetStrings},           // crlsHashIndex           SEQUENCE OF OCTET STRING
+    {AtsHashListsSlot::kUnsignedAttrs, &kOctetStrings},  // unsignedAttrsHashIndex  SEQUENCE OF OCTET STRING
+});
+
+constexpr Asn1Descriptor kAtsHashLists = Sequence(kAtsHashListsParts);
+
+}  // namespace
+constinit const Asn1Descriptor kExtSubjInfo = Sequence(kExtSubjInfoParts);
+constinit const Asn1Descriptor kDocInfo = Sequence(kDocInfoParts);
 
 }  // namespace tv::desc
 
@@ -639,4 +696,139 @@ extern "C" TV_API uint32_t DecodeRsaAttributeOtherSigningCertificateValue(const 
                                                                           OtherCertIDs** outCerts,
                                                                           CertificatePolicies** outPolicies) {
     return DecodeSigningCertificate(desc::kOtherSigningCertificate, in, inLen, outCerts, outPolicies);
+}
+
+// ---- attribute values: ATS hash index, validity, ExtSubjInfo, DocInfo ---------------------------------
+
+// The hash algorithm is built here; the three lists stay the caller's, standing in the slots of a
+// structure on the stack for the one write.
+extern "C" TV_API uint32_t EncodeRsaAttributeAtsHashIndex(const uint8_t* hashOid, const uint8_t* hashParams,
+                                                          uint32_t hashParamsLen, const Asn1List* certificatesHashes,
+                                                          const Asn1List* crlsHashes,
+                                                          const Asn1List* unsignedAttrsHashes, uint8_t* out,
+                                                          uint32_t* outLen) {
+    if (!hashOid || !certificatesHashes || !crlsHashes || !unsignedAttrsHashes || !outLen)
+        return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
+    OwnedValue algorithm(&desc::kAlgorithmIdentifier);
+    TV_TRY(SetAlgorithmOidAndParameters(algorithm.Out(), hashOid, hashParams, hashParamsLen));
+    const void* slots[] = {algorithm.get(), certificatesHashes, crlsHashes, unsignedAttrsHashes};
+    return EncodeSized(TV_SITE, slots, &desc::kAtsHashIndex, out, outLen);
+}
+
+// A short OID or parameters buffer is no failure here (callers compare the stored sizes with their
+// rooms): kept as callers have always had it.
+extern "C" TV_API uint32_t DecodeRsaAttributeAtsHashIndex(const uint8_t* in, uint32_t inLen, uint8_t* outHashOid,
+                                                          uint32_t* outHashOidLen, uint8_t* outHashParams,
+                                                          uint32_t* outHashParamsLen, Asn1List** outCertificatesHashes,
+                                                          Asn1List** outCrlsHashes, Asn1List** outUnsignedAttrsHashes) {
+    using S = desc::AtsHashIndexSlot;
+    if (!in || inLen == 0 || !outCertificatesHashes || !outCrlsHashes || !outUnsignedAttrsHashes)
+        return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
+    // An algorithm is there when the first element inside holds an OID first; anything the peek cannot
+    // read is left to the decoder to refuse.
+    Header outer, first, inner;
+    const bool withAlgorithm = ReadElement(in, inLen, &outer) != TV_OK || outer.contentLen == 0 ||
+                               ReadElement(in + outer.headerLen, outer.contentLen, &first) != TV_OK ||
+                               first.contentLen == 0 ||
+                               ParseHeader(in + outer.headerLen + first.headerLen, first.contentLen, &inner) != TV_OK ||
+                               inner.tag == ASN1_OBJECT_IDENTIFIER;
+    const Asn1Descriptor& d = withAlgorithm ? desc::kAtsHashIndex : desc::kAtsHashLists;
+    OwnedValue value(&d);
+    TV_TRY(DecodeValue(TV_SITE, d, in, inLen, value));
+    void** lists = static_cast<void**>(value.get()) + (withAlgorithm ? 1 : 0);  // the three lists, in order
+    const void* algorithm = withAlgorithm ? Slot(value.get(), S::kHashIndAlgorithm)
+                                          : static_cast<const void*>(desc::kSha256Algorithm);
+    const uint32_t rc = GetAlgorithmOidAndParameters(algorithm, outHashOid, outHashOidLen, outHashParams,
+                                                     outHashParamsLen);
+    if (rc != TV_OK && rc != TV_ERR_BUFFER_TOO_SMALL) return rc;
+    *outCertificatesHashes = static_cast<Asn1List*>(std::exchange(lists[0], nullptr));
+    *outCrlsHashes = static_cast<Asn1List*>(std::exchange(lists[1], nullptr));
+    *outUnsignedAttrsHashes = static_cast<Asn1List*>(std::exchange(lists[2], nullptr));
+    return TV_OK;
+}
+
+extern "C" TV_API uint32_t EncodeRsaAttributeValidityValue(const LibraryTime* notBefore, const LibraryTime* notAfter,
+                                                           uint8_t* out, uint32_t* outLen) {
+    using S = desc::ValiditySlot;
+    if (!notBefore || !notAfter) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
+    return EncodeBuilt(TV_SITE, desc::kValidity, out, outLen, [&](void* validity) -> uint32_t {
+        TV_TRY(SetTimeChoice(&Slot(validity, S::kNotBefore), notBefore));
+        return SetTimeChoice(&Slot(validity, S::kNotAfter), notAfter);
+    });
+}
+
+extern "C" TV_API uint32_t DecodeRsaAttributeValidityValue(const uint8_t* in, uint32_t inLen, LibraryTime* outNotBefore,
+                                                           LibraryTime* outNotAfter) {
+    using S = desc::ValiditySlot;
+    if (!outNotBefore || !outNotAfter) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
+    return DecodeRead(TV_SITE, desc::kValidity, in, inLen, [&](const void* validity) {
+        return FirstFailure({GetTimeIfChosen(TV_SITE, Slot(validity, S::kNotBefore), outNotBefore),
+                             GetTimeIfChosen(TV_SITE, Slot(validity, S::kNotAfter), outNotAfter)});
+    });
+}
+
+extern "C" TV_API uint32_t EncodeRsaAttributeExtSubjInfoValue(const uint8_t* packedOid, const uint8_t* value,
+                                                              uint32_t valueLen, uint8_t* out, uint32_t* outLen) {
+    using S = desc::ExtSubjInfoSlot;
+    if (!value) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
+    return EncodeBuilt(TV_SITE, desc::kExtSubjInfo, out, outLen, [&](void* info) -> uint32_t {
+        TV_TRY(SetOid(TV_SITE, &Slot(info, S::kType), packedOid));
+        return SetAny(TV_SITE, &Slot(info, S::kValue), value, valueLen);
+    });
+}
+
+// The OID's failure comes first; a value without its ANY part is 311.
+extern "C" TV_API uint32_t DecodeRsaAttributeExtSubjInfoValue(const uint8_t* in, uint32_t inLen, uint8_t* outOid,
+                                                              uint32_t* outOidLen, uint8_t* outValue,
+                                                              uint32_t* outValueLen) {
+    using S = desc::ExtSubjInfoSlot;
+    if (!outOidLen || !outValueLen) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
+    return DecodeRead(TV_SITE, desc::kExtSubjInfo, in, inLen, [&](const void* info) {
+        return FirstFailure({GetOid(TV_SITE, Slot(info, S::kType), outOid, outOidLen),
+                             GetLeaf(TV_SITE, Slot(info, S::kValue), outValue, outValueLen)});
+    });
+}
+
+extern "C" TV_API uint32_t EncodeDocInfo(uint32_t docKind, const uint8_t* docText1, uint32_t docText1Len,
+                                         const uint8_t* docText2, uint32_t docText2Len, const uint8_t* docText3,
+                                         uint32_t docText3Len, const LibraryTime* docDate1,
+                                         const LibraryTime* docDate2, const uint8_t* docText4, uint32_t docText4Len,
+                                         uint8_t* out, uint32_t* outLen) {
+    using S = desc::DocInfoSlot;
+    const auto date = [](void** slot, const LibraryTime* time) -> uint32_t {
+        return IsLibraryTimeNull(time) ? uint32_t{TV_OK} : SetGeneralizedTimeLeaf(slot, time);  // a truth value
+    };
+    return EncodeBuilt(TV_SITE, desc::kDocInfo, out, outLen, [&](void* info) -> uint32_t {
+        TV_TRY(SetNumber(&Slot(info, S::kDocKind), ASN1_ENUMERATED, docKind));
+        TV_TRY(SetOptionalLeaf(&Slot(info, S::kDocText1), ASN1_UTF8_STRING, docText1, docText1Len));
+        TV_TRY(SetOptionalLeaf(&Slot(info, S::kDocText2), ASN1_UTF8_STRING, docText2, docText2Len));
+        TV_TRY(SetOptionalLeaf(&Slot(info, S::kDocText3), ASN1_UTF8_STRING, docText3, docText3Len));
+        TV_TRY(date(&Slot(info, S::kDocDate1), docDate1));
+        TV_TRY(date(&Slot(info, S::kDocDate2), docDate2));
+        return SetOptionalLeaf(&Slot(info, S::kDocText4), ASN1_UTF8_STRING, docText4, docText4Len);
+    });
+}
+
+// Every field is read even after one fails; the last failing field's code is the result, as callers
+// have always had it.
+extern "C" TV_API uint32_t DecodeDocInfo(const uint8_t* in, uint32_t inLen, uint32_t* outDocKind, uint8_t* outDocText1,
+                                         uint32_t* outDocText1Len, uint8_t* outDocText2, uint32_t* outDocText2Len,
+                                         uint8_t* outDocText3, uint32_t* outDocText3Len, LibraryTime* outDocDate1,
+                                         LibraryTime* outDocDate2, uint8_t* outDocText4, uint32_t* outDocText4Len) {
+    using S = desc::DocInfoSlot;
+    if (!outDocKind || !outDocText1Len || !outDocText2Len || !outDocText3Len || !outDocDate1 || !outDocDate2 ||
+        !outDocText4Len)
+        return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
+    return DecodeRead(TV_SITE, desc::kDocInfo, in, inLen, [&](const void* info) {
+        uint32_t last = TV_OK;
+        for (uint32_t rc : {GetNumber(TV_SITE, Slot(info, S::kDocKind), outDocKind),
+                            GetOptionalLeaf(TV_SITE, Slot(info, S::kDocText1), outDocText1, outDocText1Len),
+                            GetOptionalLeaf(TV_SITE, Slot(info, S::kDocText2), outDocText2, outDocText2Len),
+                            GetOptionalLeaf(TV_SITE, Slot(info, S::kDocText3), outDocText3, outDocText3Len),
+                            GetOptionalTime(Slot(info, S::kDocDate1), outDocDate1),
+                            GetOptionalTime(Slot(info, S::kDocDate2), outDocDate2),
+                            GetOptionalLeaf(TV_SITE, Slot(info, S::kDocText4), outDocText4, outDocText4Len)})
+            if (rc != TV_OK) last = rc;
+        return last;
+    });
 }

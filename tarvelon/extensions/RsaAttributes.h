@@ -55,6 +55,26 @@ extern const Asn1Descriptor kSigningCertificate;
 extern const Asn1Descriptor kSigningCertificateV2;
 extern const Asn1Descriptor kOtherSigningCertificate;
 
+// ATSHashIndex ::= SEQUENCE {                                             (ETSI TS 101 733 6.4.1)
+//     hashIndAlgorithm        AlgorithmIdentifier DEFAULT {algorithm id-sha256},
+//     certificatesHashIndex   SEQUENCE OF OCTET STRING,
+//     crlsHashIndex           SEQUENCE OF OCTET STRING,
+//     unsignedAttrsHashIndex  SEQUENCE OF OCTET STRING }
+enum class AtsHashIndexSlot : uint32_t { kHashIndAlgorithm, kCertificates, kCrls, kUnsignedAttrs, kCount };
+extern const Asn1Descriptor kAtsHashIndex;
+
+// ExtSubjInfo ::= SEQUENCE { type OBJECT IDENTIFIER, value ANY }   -- the value may be missing on input
+enum class ExtSubjInfoSlot : uint32_t { kType, kValue, kCount };
+extern const Asn1Descriptor kExtSubjInfo;
+
+// DocInfo ::= SEQUENCE {
+//     docKind   ENUMERATED,
+//     docText1  [0] IMPLICIT UTF8String OPTIONAL,  docText2 [1] ..., docText3 [2] ...,
+//     docDate1  [3] IMPLICIT GeneralizedTime OPTIONAL,  docDate2 [4] ...,
+//     docText4  [5] IMPLICIT UTF8String OPTIONAL }
+enum class DocInfoSlot : uint32_t { kDocKind, kDocText1, kDocText2, kDocText3, kDocDate1, kDocDate2, kDocText4, kCount };
+extern const Asn1Descriptor kDocInfo;
+
 }  // namespace tv::desc
 
 namespace tv {

@@ -22,6 +22,18 @@ constexpr auto kTimeParts = Slots<TimeAlternative>({
 constinit const Asn1Descriptor kTime = Choice(kTimeParts);
 constinit const Asn1Descriptor kOptionalTime = Optional(Choice(kTimeParts));
 
+namespace {
+
+// Validity ::= SEQUENCE {                                             (RFC 5280 4.1.2.5)
+constexpr auto kValidityParts = Slots<ValiditySlot>({
+    {ValiditySlot::kNotBefore, &kTime},  // notBefore  Time
+    {ValiditySlot::kNotAfter, &kTime},   // notAfter   Time
+});
+
+}  // namespace
+
+constinit const Asn1Descriptor kValidity = Sequence(kValidityParts);
+
 }  // namespace tv::desc
 
 namespace tv {
@@ -313,6 +325,12 @@ uint32_t GetTimeFromTimeChoice(const void* choice, LibraryTime* out) noexcept {
     if (!c->value) return TV_FAIL(TV_ERR_MALFORMED);
     if (c->index == Index(desc::TimeAlternative::kUtcTime)) return ReadTimeLeaf(c->value, true, kUtcTimeLength, out);
     return ReadTimeLeaf(c->value, false, kGeneralizedTimeLength, out);
+}
+
+uint32_t GetOptionalTime(const void* leaf, LibraryTime* out) noexcept {
+    if (leaf) return GetTimeFromGeneralizedTimeLeaf(leaf, out);
+    *out = LibraryTime{};
+    return TV_OK;
 }
 
 uint32_t GetTimeIfChosen(Site site, const void* choice, LibraryTime* out) noexcept {

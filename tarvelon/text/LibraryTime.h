@@ -26,6 +26,10 @@ extern const Asn1Descriptor kTime;
 // Time OPTIONAL, as in TBSCertList.nextUpdate.
 extern const Asn1Descriptor kOptionalTime;
 
+// Validity ::= SEQUENCE { notBefore Time, notAfter Time }  (certificates and the validity attribute)
+enum class ValiditySlot : uint32_t { kNotBefore, kNotAfter, kCount };
+extern const Asn1Descriptor kValidity;
+
 }  // namespace tv::desc
 
 namespace tv {
@@ -55,6 +59,10 @@ uint32_t EncodeGeneralizedTimeElement(const LibraryTime* time, uint8_t* out, uin
 // octets (a 13-octet UTCTime is 307) where the Time reader needs 13: kept as it is.
 uint32_t GetTimeFromUtcTimeLeaf(const void* leaf, LibraryTime* out) noexcept;
 uint32_t GetTimeFromGeneralizedTimeLeaf(const void* leaf, LibraryTime* out) noexcept;
+
+// A GeneralizedTime leaf that may be absent: absent reads as the null time, the all-zero record
+// (not through SetLibraryTimeToNull, which refuses to write it).
+uint32_t GetOptionalTime(const void* leaf, LibraryTime* out) noexcept;
 
 // `choice` is an Asn1ChoiceValue of kTime; another alternative is 307.
 uint32_t GetTimeFromTimeChoice(const void* choice, LibraryTime* out) noexcept;

@@ -19,12 +19,6 @@ constexpr Asn1Descriptor kIssuerUniqueId = Optional(Implicit(1, kBitString));
 constexpr Asn1Descriptor kSubjectUniqueId = Optional(Implicit(2, kBitString));
 constexpr Asn1Descriptor kOptionalExtensions = Optional(Explicit(3, SequenceOf<&kExtension>()));
 
-// Validity ::= SEQUENCE {                                             (RFC 5280 4.1.2.5)
-constexpr auto kValidityParts = Slots<ValiditySlot>({
-        {ValiditySlot::kNotBefore, &kTime},  // notBefore  Time
-        {ValiditySlot::kNotAfter, &kTime},   // notAfter   Time
-    });
-
 // TBSCertificate ::= SEQUENCE {                                       (RFC 5280 4.1)
 // Name ::= CHOICE { rdnSequence RDNSequence } has one alternative, so the RDNSequence stands in
 // its slot directly: the encoding is the same, and the name getters hand out the list itself.
@@ -51,7 +45,6 @@ constexpr auto kCertificateParts = Slots<CertificateSlot>({
 
 }  // namespace
 
-constinit const Asn1Descriptor kValidity = Sequence(kValidityParts);
 constinit const Asn1Descriptor kTbsCertificate = Sequence(kTbsCertificateParts);
 constinit const Asn1Descriptor kCertificate = Sequence(kCertificateParts);
 constinit const Asn1Descriptor kCertificates = SequenceOf<&kCertificate>();

@@ -30,12 +30,8 @@ enum class TbsCertificateSlot : uint32_t {
     kCount
 };
 
-// Validity ::= SEQUENCE { notBefore Time, notAfter Time }
-enum class ValiditySlot : uint32_t { kNotBefore, kNotAfter, kCount };
-
 extern const Asn1Descriptor kCertificate;
 extern const Asn1Descriptor kTbsCertificate;
-extern const Asn1Descriptor kValidity;
 // Certificates ::= SEQUENCE OF Certificate
 extern const Asn1Descriptor kCertificates;
 
