@@ -92,6 +92,7 @@ const Shape kShapes[] = {
     {"OtherSigningCertificate", &kOtherSigningCertificate},
     {"ATSHashIndex", &kAtsHashIndex},
     {"DocInfo", &kDocInfo},
+    {"CompleteRevocationRefs", &kCompleteRevocationRefs},
     {"INTEGER", &kInteger},
     {"OCTET STRING", &kOctetString},
     {"SET OF INTEGER", &kSetOfInteger},

@@ -290,4 +290,93 @@ TEST(AttributeValues, SmallValuesAndTheirRules) {
     EXPECT_TRUE(SameTime(d1, from) && SameTime(d2, to));
 }
 
+// The references made with asn1parse, field by field: CRL identifier, OCSP identifiers by name and by
+// key. The issued time goes through the lone UTCTime reader, which wants 15 octets: the 13 of a
+// UTCTime are 307 there while every other part is still handed out.
+TEST(AttributeValues, CompleteRevocationRefsReadAsWritten) {
+    const Fields want = Expected().at("complete_revocation_refs.der");
+    const Bytes der = FixtureFile("attributes/complete_revocation_refs.der");
+    auto refs = Decoded<FreeCrlOcspRefs>(DecodeRsaAttributeCompleteRevocationRefs, der);
+    EXPECT_EQ(Get(EncodeRsaAttributeCompleteRevocationRefs, refs.p).bytes, der);
+    uint32_t count = 0, crlCount = 0, ocspCount = 0;
+    ASSERT_EQ(GetCrlOcspRefCount(refs, &count), TV_OK);
+    Fields got{{"refs", std::to_string(count)}};
+    auto ca = Decoded<FreeCertificate>(DecodeCertificate, FixtureFile("pki/ca_rsa.der"));
+    X509Name* caName = nullptr;
+    ASSERT_EQ(GetCertificateSubject(ca, &caName), TV_OK);
+    for (uint32_t i = 0; i < count; ++i) {
+        CrlListIDs* crls = nullptr;
+        OcspListIDs* ocsps = nullptr;
+        uint32_t typeLen = 0, valueLen = 0;
+        ASSERT_EQ(GetCrlOcspRefInformation(refs, i, &crls, &ocsps, nullptr, &typeLen, nullptr, &valueLen), TV_OK);
+        Append(got, "crlids", std::to_string(crls && GetCrlListIDsCount(crls, &crlCount) == TV_OK ? crlCount : 0));
+        Append(got, "ocspids", std::to_string(ocsps && GetOcspListIDsCount(ocsps, &ocspCount) == TV_OK ? ocspCount : 0));
+        Append(got, "otherRev", typeLen ? "yes" : "no");
+        for (uint32_t k = 0; crls && k < crlCount; ++k) {
+            Bytes hash(64), number(8);
+            uint8_t oid[16];
+            uint32_t n[4] = {64, 16, 0, 8};
+            X509Name* issuer = nullptr;
+            LibraryTime issued{};
+            EXPECT_EQ(GetCrlValidatedIdInformation(crls, k, hash.data(), &n[0], oid, &n[1], nullptr, &n[2], &issuer,
+                                                   &issued, number.data(), &n[3]), 307u);
+            hash.resize(n[0]), number.resize(n[3]);
+            got["crlHashForm"] = n[1] ? "other" : "sha1";
+            got["crlHash"] = Lower(hash);
+            got["crlIssuer"] = issuer && CompareX509Names(issuer, caName) == TV_OK ? "ca_rsa" : "?";
+            got["crlNumber"] = std::to_string(number.size() == 1 ? number[0] : 0);
+        }
+        for (uint32_t k = 0; ocsps && k < ocspCount; ++k) {
+            Bytes key(32), hash(64);
+            uint8_t oid[16];
+            uint32_t n[4] = {32, 64, 16, 0};
+            X509Name* name = nullptr;
+            LibraryTime produced{};
+            ASSERT_EQ(GetOcspResponseIdInformation(ocsps, k, &name, key.data(), &n[0], &produced, hash.data(), &n[1], oid,
+                                                   &n[2], nullptr, &n[3]), TV_OK);
+            key.resize(n[0]), hash.resize(n[1]);
+            Append(got, "responder", name ? "name" : "key");
+            Append(got, "responderName", name && CompareX509Names(name, caName) == TV_OK ? "ca_rsa" : "-");
+            Append(got, "responderKeyHash", key.empty() ? "-" : Lower(key));
+            Append(got, "producedAt", When(produced));
+            Append(got, "ocspRepHashForm", hash.empty() ? "-" : n[2] ? "other" : "sha1");
+            Append(got, "ocspRepHashAlg", n[2] ? Dotted(Bytes(oid, oid + n[2])) : "-");
+            Append(got, "ocspRepHashParams", "-");
+            Append(got, "ocspRepHash", hash.empty() ? "-" : Lower(hash));
+        }
+    }
+    Fields expected = want;
+    expected.erase("crlIssuedTime");  // unreadable here, as above
+    EXPECT_EQ(got, expected);
+}
+
+// Add takes the two identifier lists only when it succeeds; a responder without a name is byKey.
+TEST(AttributeValues, RevocationReferenceRules) {
+    const LibraryTime at{2025, 4, 1, 0, 0, 0};
+    const Bytes hash(20, 0x42);
+    Own<FreeCrlOcspRefs> refs;
+    ASSERT_EQ(CreateCrlOcspRefs(&refs.p), TV_OK);
+    EXPECT_GT(ForEachAllocationFailure([&] {
+                  Own<FreeCrlListIDs> crls;
+                  Own<FreeOcspListIDs> ocsps;
+                  TRY(CreateCrlListIDs(&crls.p));
+                  TRY(CreateOcspListIDs(&ocsps.p));
+                  TRY(AddCrlValidatedIdToList(crls, hash.data(), 20, nullptr, nullptr, 0, nullptr, nullptr, nullptr, 0));
+                  TRY(AddOcspResponseIdToList(ocsps, nullptr, hash.data(), 20, &at, nullptr, 0, nullptr, nullptr, 0));
+                  TRY(AddCrlOcspRefToList(refs, crls, ocsps, nullptr, nullptr, 0));
+                  crls.release(), ocsps.release();
+                  return uint32_t{TV_OK};
+              }),
+              1);
+    const Bytes der = Get(EncodeRsaAttributeCompleteRevocationRefs, refs.p).bytes;
+    // byKey is [2] around the key hash's OCTET STRING.
+    Bytes byKey = Hex("A2 16 04 14");
+    byKey.insert(byKey.end(), hash.begin(), hash.end());
+    EXPECT_EQ(Child(der, {0, 1, 0, 0, 0, 0, 0}), byKey);
+    EXPECT_EQ(AddCrlOcspRefToList(refs, nullptr, nullptr, nullptr, nullptr, 0), 32u);
+    Own<FreeOcspListIDs> ocsps;
+    ASSERT_EQ(CreateOcspListIDs(&ocsps.p), TV_OK);
+    EXPECT_EQ(AddOcspResponseIdToList(ocsps, nullptr, nullptr, 0, &at, nullptr, 0, nullptr, nullptr, 0), 32u);
+}
+
 }  // namespace

@@ -481,6 +481,8 @@ const std::map<std::string, Family>& Families() {
         m["reasonCode"] = Rebuilt(Number<DecodeExtensionReasonCode, EncodeExtensionReasonCode>);
         m["invalidityDate"] = Rebuilt(InvalidityDate);
         m["atsHashIndex"] = Rebuilt(AtsHashIndex);
+        m["completeRevocationRefs"] = Codec(DecodeRsaAttributeCompleteRevocationRefs, EncodeRsaAttributeCompleteRevocationRefs,
+                                           FreeCrlOcspRefs);
         m["docInfo"] = Rebuilt(DocInfo);
         m["signingCertificate"] = Rebuilt(SigningCertificate<DecodeRsaAttributeSigningCertificateValue,
                                                              EncodeRsaAttributeSigningCertificateValue, FreeESSCertIDs>);

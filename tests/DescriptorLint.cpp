@@ -114,6 +114,7 @@ TEST(DescriptorLint, EveryRootIsClean) {
         ROOT(RevokedCertificates), ROOT(CertificationRequest), ROOT(OcspRequest), ROOT(OcspResponse),
         ROOT(BasicOcspResponse), ROOT(BasicOcspResponses), ROOT(SingleResponse), ROOT(SigningCertificate),
         ROOT(SigningCertificateV2), ROOT(OtherSigningCertificate), ROOT(AtsHashIndex), ROOT(ExtSubjInfo), ROOT(DocInfo),
+        ROOT(CompleteRevocationRefs),
     };
 #undef ROOT
     // What the peers' layouts make the lint report: reasons under [1], the tag of onlyContainsUserCerts,

@@ -108,6 +108,36 @@ TV_API uint32_t DecodeRsaAttributeOtherSigningCertificateValue(const uint8_t* in
 TV_API uint32_t EncodeRsaAttributeAtsHashIndex(const uint8_t* hashOid, const uint8_t* hashParams, uint32_t hashParamsLen, const Asn1List* certificatesHashes, const Asn1List* crlsHashes, const Asn1List* unsignedAttrsHashes, uint8_t* out, uint32_t* outLen);
 TV_API uint32_t DecodeRsaAttributeAtsHashIndex(const uint8_t* in, uint32_t inLen, uint8_t* outHashOid, uint32_t* outHashOidLen, uint8_t* outHashParams, uint32_t* outHashParamsLen, Asn1List** outCertificatesHashes, Asn1List** outCrlsHashes, Asn1List** outUnsignedAttrsHashes);
 
+/* Complete revocation references (ETSI TS 101 733): a list of CrlOcspRef, each holding a CRL
+ * identifier list, an OCSP identifier list and/or another reference. Add takes the two identifier
+ * lists over on success only; Get hands out references into the element (null when absent) and the
+ * other reference's OID and value under the size protocol (length 0 when absent). */
+typedef Asn1List CrlOcspRefs;
+typedef Asn1List CrlListIDs;
+typedef Asn1List OcspListIDs;
+TV_API uint32_t CreateCrlOcspRefs(CrlOcspRefs** outList);
+TV_API uint32_t FreeCrlOcspRefs(CrlOcspRefs* list);
+TV_API uint32_t GetCrlOcspRefCount(const CrlOcspRefs* list, uint32_t* outCount);
+TV_API uint32_t AddCrlOcspRefToList(CrlOcspRefs* list, CrlListIDs* crlIds, OcspListIDs* ocspIds, const uint8_t* otherType, const uint8_t* otherValue, uint32_t otherValueLen);
+TV_API uint32_t GetCrlOcspRefInformation(const CrlOcspRefs* list, uint32_t index, CrlListIDs** outCrlIds, OcspListIDs** outOcspIds, uint8_t* outOtherType, uint32_t* outOtherTypeLen, uint8_t* outOtherValue, uint32_t* outOtherValueLen);
+TV_API uint32_t EncodeRsaAttributeCompleteRevocationRefs(const CrlOcspRefs* list, uint8_t* out, uint32_t* outLen);
+TV_API uint32_t DecodeRsaAttributeCompleteRevocationRefs(const uint8_t* in, uint32_t inLen, CrlOcspRefs** outList);
+/* A CRL identifier: the hash (sha1Hash without an algorithm), and when an issuer is given the
+ * crlIdentifier { issuer copied, issued time as UTCTime, number when given }. The issued time is
+ * read with the library's lone UTCTime reader, which wants 15 octets (a 13-octet UTCTime is 307). */
+TV_API uint32_t CreateCrlListIDs(CrlListIDs** outList);
+TV_API uint32_t FreeCrlListIDs(CrlListIDs* list);
+TV_API uint32_t GetCrlListIDsCount(const CrlListIDs* list, uint32_t* outCount);
+TV_API uint32_t AddCrlValidatedIdToList(CrlListIDs* list, const uint8_t* hash, uint32_t hashLen, const uint8_t* hashOid, const uint8_t* hashParams, uint32_t hashParamsLen, const X509Name* crlIssuer, const LibraryTime* crlIssuedTime, const uint8_t* crlNumber, uint32_t crlNumberLen);
+TV_API uint32_t GetCrlValidatedIdInformation(const CrlListIDs* list, uint32_t index, uint8_t* outHash, uint32_t* outHashLen, uint8_t* outHashOid, uint32_t* outHashOidLen, uint8_t* outHashParams, uint32_t* outHashParamsLen, X509Name** outCrlIssuer, LibraryTime* outCrlIssuedTime, uint8_t* outCrlNumber, uint32_t* outCrlNumberLen);
+/* An OCSP response identifier: the responder by name (copied) or, without a name, by its key hash;
+ * producedAt required; the response hash when given (sha1Hash without an algorithm). */
+TV_API uint32_t CreateOcspListIDs(OcspListIDs** outList);
+TV_API uint32_t FreeOcspListIDs(OcspListIDs* list);
+TV_API uint32_t GetOcspListIDsCount(const OcspListIDs* list, uint32_t* outCount);
+TV_API uint32_t AddOcspResponseIdToList(OcspListIDs* list, const X509Name* responderName, const uint8_t* responderKeyHash, uint32_t responderKeyHashLen, const LibraryTime* producedAt, const uint8_t* responseHash, uint32_t responseHashLen, const uint8_t* hashOid, const uint8_t* hashParams, uint32_t hashParamsLen);
+TV_API uint32_t GetOcspResponseIdInformation(const OcspListIDs* list, uint32_t index, X509Name** outResponderName, uint8_t* outResponderKeyHash, uint32_t* outResponderKeyHashLen, LibraryTime* outProducedAt, uint8_t* outResponseHash, uint32_t* outResponseHashLen, uint8_t* outHashOid, uint32_t* outHashOidLen, uint8_t* outHashParams, uint32_t* outHashParamsLen);
+
 /* Validity { notBefore Time, notAfter Time }, each Time chosen by the year (UTCTime before 2050). */
 TV_API uint32_t EncodeRsaAttributeValidityValue(const LibraryTime* notBefore, const LibraryTime* notAfter, uint8_t* out, uint32_t* outLen);
 TV_API uint32_t DecodeRsaAttributeValidityValue(const uint8_t* in, uint32_t inLen, LibraryTime* outNotBefore, LibraryTime* outNotAfter);

@@ -8,6 +8,7 @@
 #include "tarvelon/extensions/OidKeyedList.h"
 #include "tarvelon/pkix/GeneralNames.h"
 #include "tarvelon/pkix/X509Algorithm.h"
+#include "tarvelon/pkix/X509Name.h"
 #include "tarvelon/text/LibraryTime.h"
 #include "tarvelon/tarvelon.h"
 
@@ -153,6 +154,83 @@ constexpr auto kDocInfoParts = Slots<DocInfoSlot>({
 }  // namespace
 
 constinit const Asn1Descriptor kAtsHashIndex = Sequence(kAtsHashIndexParts);
+
+namespace {
+
+// CrlIdentifier ::= SEQUENCE {                                         (ETSI TS 101 733 5.7.3)
+enum class CrlIdentifierSlot : uint32_t { kCrlIssuer, kCrlIssuedTime, kCrlNumber, kCount };
+constexpr Asn1Descriptor kOptionalInteger = Optional(kInteger);
+constexpr auto kCrlIdentifierParts = Slots<CrlIdentifierSlot>({
+    {CrlIdentifierSlot::kCrlIssuer, &kX509Name},         // crlissuer      Name
+    {CrlIdentifierSlot::kCrlIssuedTime, &kUtcTime},      // crlIssuedTime  UTCTime
+    {CrlIdentifierSlot::kCrlNumber, &kOptionalInteger},  // crlNumber      INTEGER OPTIONAL
+});
+constexpr Asn1Descriptor kOptionalCrlIdentifier = Optional(Sequence(kCrlIdentifierParts));
+
+// CrlValidatedID ::= SEQUENCE {
+enum class CrlValidatedIdSlot : uint32_t { kCrlHash, kCrlIdentifier, kCount };
+constexpr auto kCrlValidatedIdParts = Slots<CrlValidatedIdSlot>({
+    {CrlValidatedIdSlot::kCrlHash, &kOtherHash},                    // crlHash        OtherHash
+    {CrlValidatedIdSlot::kCrlIdentifier, &kOptionalCrlIdentifier},  // crlIdentifier  CrlIdentifier OPTIONAL
+});
+constexpr Asn1Descriptor kCrlValidatedId = Sequence(kCrlValidatedIdParts);
+constexpr Asn1Descriptor kCrlValidatedIds = SequenceOf<&kCrlValidatedId>();
+
+// ResponderID ::= CHOICE { byName [1] EXPLICIT Name, byKey [2] EXPLICIT OCTET STRING }  -- the Name as a tree here
+enum class RefResponderKind : uint32_t { kByName, kByKey, kCount };
+constexpr Asn1Descriptor kRefByName = Explicit(1, SequenceOf<&kRelativeDistinguishedName>());
+constexpr Asn1Descriptor kRefByKey = Explicit(2, kOctetString);
+constexpr auto kRefResponderAlternatives = Slots<RefResponderKind>({
+    {RefResponderKind::kByName, &kRefByName},  // byName  [1] Name
+    {RefResponderKind::kByKey, &kRefByKey},    // byKey   [2] KeyHash
+});
+constexpr Asn1Descriptor kRefResponderId = Choice(kRefResponderAlternatives);
+
+// OcspIdentifier ::= SEQUENCE {
+enum class OcspIdentifierSlot : uint32_t { kResponderId, kProducedAt, kCount };
+constexpr auto kOcspIdentifierParts = Slots<OcspIdentifierSlot>({
+    {OcspIdentifierSlot::kResponderId, &kRefResponderId},   // ocspResponderID  ResponderID
+    {OcspIdentifierSlot::kProducedAt, &kGeneralizedTime},  // producedAt       GeneralizedTime
+});
+constexpr Asn1Descriptor kOcspIdentifier = Sequence(kOcspIdentifierParts);
+constexpr Asn1Descriptor kOptionalOtherHash = Optional(Choice(kOtherHashAlternatives));
+
+// OcspResponsesID ::= SEQUENCE {
+enum class OcspResponsesIdSlot : uint32_t { kOcspIdentifier, kOcspRepHash, kCount };
+constexpr auto kOcspResponsesIdParts = Slots<OcspResponsesIdSlot>({
+    {OcspResponsesIdSlot::kOcspIdentifier, &kOcspIdentifier},  // ocspIdentifier  OcspIdentifier
+    {OcspResponsesIdSlot::kOcspRepHash, &kOptionalOtherHash},  // ocspRepHash     OtherHash OPTIONAL
+});
+constexpr Asn1Descriptor kOcspResponsesId = Sequence(kOcspResponsesIdParts);
+constexpr Asn1Descriptor kOcspResponsesIds = SequenceOf<&kOcspResponsesId>();
+
+// CRLListID ::= SEQUENCE { crls SEQUENCE OF CrlValidatedID }, OcspListID ::= SEQUENCE { ocspResponses ... }
+enum class IdListSlot : uint32_t { kList, kCount };
+constexpr auto kCrlListIdParts = Slots<IdListSlot>({{IdListSlot::kList, &kCrlValidatedIds}});
+constexpr auto kOcspListIdParts = Slots<IdListSlot>({{IdListSlot::kList, &kOcspResponsesIds}});
+
+// OtherRevRefs ::= SEQUENCE {
+constexpr auto kOtherRevParts = Slots<OtherRevSlot>({
+    {OtherRevSlot::kType, &kOid},  // otherRevRefType  OtherRevRefType  -- OBJECT IDENTIFIER
+    {OtherRevSlot::kValue, &kAny},  // otherRevRefs     ANY DEFINED BY otherRevRefType
+});
+
+constexpr Asn1Descriptor kCrlIdsField = Explicit(0, Optional(Sequence(kCrlListIdParts)));
+constexpr Asn1Descriptor kOcspIdsField = Explicit(1, Optional(Sequence(kOcspListIdParts)));
+constexpr Asn1Descriptor kOtherRevField = Explicit(2, Optional(Sequence(kOtherRevParts)));
+
+// CrlOcspRef ::= SEQUENCE {
+constexpr auto kCrlOcspRefParts = Slots<CrlOcspRefSlot>({
+    {CrlOcspRefSlot::kCrlIds, &kCrlIdsField},      // crlids    [0] EXPLICIT CRLListID OPTIONAL
+    {CrlOcspRefSlot::kOcspIds, &kOcspIdsField},    // ocspids   [1] EXPLICIT OcspListID OPTIONAL
+    {CrlOcspRefSlot::kOtherRev, &kOtherRevField},  // otherRev  [2] EXPLICIT OtherRevRefs OPTIONAL
+});
+constexpr Asn1Descriptor kCrlOcspRef = Sequence(kCrlOcspRefParts);
+
+}  // namespace
+
+constinit const Asn1Descriptor kCompleteRevocationRefs = SequenceOf<&kCrlOcspRef>();
+constinit const Asn1Descriptor kOtherRev = Sequence(kOtherRevParts);
 
 namespace {
 
@@ -831,4 +909,225 @@ extern "C" TV_API uint32_t DecodeDocInfo(const uint8_t* in, uint32_t inLen, uint
             if (rc != TV_OK) last = rc;
         return last;
     });
+}
+
+// ---- attribute values: complete revocation references -------------------------------------------------
+
+namespace tv {
+namespace {
+
+using desc::CrlIdentifierSlot;
+using desc::CrlValidatedIdSlot;
+using desc::IdListSlot;
+using desc::OcspIdentifierSlot;
+using desc::OcspResponsesIdSlot;
+using desc::RefResponderKind;
+
+constinit const Family kCrlOcspRefsFamily{&desc::kCompleteRevocationRefs, Module::RsaAttributes, 0};
+constinit const Family kCrlListIdsFamily{&desc::kCrlValidatedIds, Module::RsaAttributes, 0};
+constinit const Family kOcspListIdsFamily{&desc::kOcspResponsesIds, Module::RsaAttributes, 0};
+
+// The identifier list inside a CRLListID or OcspListID block, or null.
+template <typename List>
+List* ListIn(const void* block) {
+    return block ? static_cast<List*>(Slot(block, IdListSlot::kList)) : nullptr;
+}
+
+// A block { list } in `slot` holding the caller's `list`; `lent` receives the address that holds it.
+uint32_t LendList(const Asn1Descriptor& d, Asn1List* list, void** slot, void*** lent) {
+    OwnedValue block(&d);
+    TV_TRY(NewStructure(TV_SITE, d, block));
+    Slot(block.get(), IdListSlot::kList) = list;
+    *lent = &Slot(block.get(), IdListSlot::kList);
+    *slot = block.Release();
+    return TV_OK;
+}
+
+// Lets go of the lent lists when it goes out of scope, unless they were handed over.
+struct LentLists {
+    void** slots[2] = {nullptr, nullptr};
+    ~LentLists() {
+        for (void** slot : slots)
+            if (slot) *slot = nullptr;
+    }
+};
+
+}  // namespace
+}  // namespace tv
+
+extern "C" TV_API uint32_t CreateCrlOcspRefs(CrlOcspRefs** outList) { return CreateT(kCrlOcspRefsFamily, outList); }
+extern "C" TV_API uint32_t FreeCrlOcspRefs(CrlOcspRefs* list) { return FreeT(kCrlOcspRefsFamily, list); }
+extern "C" TV_API uint32_t GetCrlOcspRefCount(const CrlOcspRefs* list, uint32_t* outCount) {
+    return ListCountT(kCrlOcspRefsFamily, list, outCount);
+}
+extern "C" TV_API uint32_t CreateCrlListIDs(CrlListIDs** outList) { return CreateT(kCrlListIdsFamily, outList); }
+extern "C" TV_API uint32_t FreeCrlListIDs(CrlListIDs* list) { return FreeT(kCrlListIdsFamily, list); }
+extern "C" TV_API uint32_t GetCrlListIDsCount(const CrlListIDs* list, uint32_t* outCount) {
+    return ListCountT(kCrlListIdsFamily, list, outCount);
+}
+extern "C" TV_API uint32_t CreateOcspListIDs(OcspListIDs** outList) { return CreateT(kOcspListIdsFamily, outList); }
+extern "C" TV_API uint32_t FreeOcspListIDs(OcspListIDs* list) { return FreeT(kOcspListIdsFamily, list); }
+extern "C" TV_API uint32_t GetOcspListIDsCount(const OcspListIDs* list, uint32_t* outCount) {
+    return ListCountT(kOcspListIdsFamily, list, outCount);
+}
+extern "C" TV_API uint32_t EncodeRsaAttributeCompleteRevocationRefs(const CrlOcspRefs* list, uint8_t* out,
+                                                                    uint32_t* outLen) {
+    return EncodeT(kCrlOcspRefsFamily, list, out, outLen);
+}
+extern "C" TV_API uint32_t DecodeRsaAttributeCompleteRevocationRefs(const uint8_t* in, uint32_t inLen,
+                                                                    CrlOcspRefs** outList) {
+    return DecodeT(kCrlOcspRefsFamily, in, inLen, outList);
+}
+
+// The two identifier lists become the reference's only once it is in the list; until then they stay
+// the caller's and leave their blocks before the guard frees them.
+extern "C" TV_API uint32_t AddCrlOcspRefToList(CrlOcspRefs* list, CrlListIDs* crlIds, OcspListIDs* ocspIds,
+                                               const uint8_t* otherType, const uint8_t* otherValue,
+                                               uint32_t otherValueLen) {
+    using S = desc::CrlOcspRefSlot;
+    using R = desc::OtherRevSlot;
+    const bool other = otherType && otherValue && otherValueLen;
+    if (!list || (!crlIds && !ocspIds && !other)) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
+    OwnedValue ref(&desc::kCrlOcspRef);
+    TV_TRY(NewStructure(TV_SITE, desc::kCrlOcspRef, ref));
+    LentLists lent;  // declared after the guard, so it lets go first
+    if (crlIds)
+        TV_TRY(LendList(*Component(desc::kCrlOcspRef, S::kCrlIds), crlIds, &Slot(ref.get(), S::kCrlIds), &lent.slots[0]));
+    if (ocspIds)
+        TV_TRY(LendList(*Component(desc::kCrlOcspRef, S::kOcspIds), ocspIds, &Slot(ref.get(), S::kOcspIds),
+                        &lent.slots[1]));
+    if (other) {
+        OwnedValue rev(&desc::kOtherRev);
+        TV_TRY(NewStructure(TV_SITE, desc::kOtherRev, rev));
+        TV_TRY(SetOid(TV_SITE, &Slot(rev.get(), R::kType), otherType));
+        TV_TRY(SetAny(TV_SITE, &Slot(rev.get(), R::kValue), otherValue, otherValueLen));
+        Slot(ref.get(), S::kOtherRev) = rev.Release();
+    }
+    TV_TRY(ListAppendT(kCrlOcspRefsFamily, list, ref));
+    lent.slots[0] = lent.slots[1] = nullptr;  // handed over with the reference
+    return TV_OK;
+}
+
+extern "C" TV_API uint32_t GetCrlOcspRefInformation(const CrlOcspRefs* list, uint32_t index, CrlListIDs** outCrlIds,
+                                                    OcspListIDs** outOcspIds, uint8_t* outOtherType,
+                                                    uint32_t* outOtherTypeLen, uint8_t* outOtherValue,
+                                                    uint32_t* outOtherValueLen) {
+    using S = desc::CrlOcspRefSlot;
+    if (!outCrlIds || !outOcspIds || !outOtherTypeLen || !outOtherValueLen) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
+    const void* ref = nullptr;
+    TV_TRY(ListElementT(kCrlOcspRefsFamily, list, index, &ref));
+    *outCrlIds = ListIn<CrlListIDs>(Slot(ref, S::kCrlIds));
+    *outOcspIds = ListIn<OcspListIDs>(Slot(ref, S::kOcspIds));
+    const void* other = Slot(ref, S::kOtherRev);
+    if (!other) {
+        *outOtherTypeLen = *outOtherValueLen = 0;
+        return TV_OK;
+    }
+    return FirstFailure({GetOid(TV_SITE, Slot(other, desc::OtherRevSlot::kType), outOtherType, outOtherTypeLen),
+                         GetLeaf(TV_SITE, Slot(other, desc::OtherRevSlot::kValue), outOtherValue, outOtherValueLen)});
+}
+
+extern "C" TV_API uint32_t AddCrlValidatedIdToList(CrlListIDs* list, const uint8_t* hash, uint32_t hashLen,
+                                                   const uint8_t* hashOid, const uint8_t* hashParams,
+                                                   uint32_t hashParamsLen, const X509Name* crlIssuer,
+                                                   const LibraryTime* crlIssuedTime, const uint8_t* crlNumber,
+                                                   uint32_t crlNumberLen) {
+    if (!list || !hash || (crlIssuer && !crlIssuedTime)) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
+    OwnedValue id(&desc::kCrlValidatedId);
+    TV_TRY(NewStructure(TV_SITE, desc::kCrlValidatedId, id));
+    TV_TRY(SetOtherHash(&Slot(id.get(), CrlValidatedIdSlot::kCrlHash), hashOid, hashParams, hashParamsLen, hash, hashLen));
+    if (crlIssuer) {
+        void*& identifier = Slot(id.get(), CrlValidatedIdSlot::kCrlIdentifier);
+        OwnedValue block(Component(desc::kCrlValidatedId, CrlValidatedIdSlot::kCrlIdentifier));
+        TV_TRY(NewStructure(TV_SITE, *Component(desc::kCrlValidatedId, CrlValidatedIdSlot::kCrlIdentifier), block));
+        TV_TRY(CopyValue(&desc::kX509Name, crlIssuer, &Slot(block.get(), CrlIdentifierSlot::kCrlIssuer)));
+        TV_TRY(SetUtcTimeLeaf(&Slot(block.get(), CrlIdentifierSlot::kCrlIssuedTime), crlIssuedTime));
+        if (crlNumber && crlNumberLen)
+            TV_TRY(SetOptionalLeaf(&Slot(block.get(), CrlIdentifierSlot::kCrlNumber), ASN1_INTEGER, crlNumber,
+                                   crlNumberLen));
+        identifier = block.Release();
+    }
+    return ListAppendT(kCrlListIdsFamily, list, id);
+}
+
+extern "C" TV_API uint32_t GetCrlValidatedIdInformation(const CrlListIDs* list, uint32_t index, uint8_t* outHash,
+                                                        uint32_t* outHashLen, uint8_t* outHashOid,
+                                                        uint32_t* outHashOidLen, uint8_t* outHashParams,
+                                                        uint32_t* outHashParamsLen, X509Name** outCrlIssuer,
+                                                        LibraryTime* outCrlIssuedTime, uint8_t* outCrlNumber,
+                                                        uint32_t* outCrlNumberLen) {
+    if (!outCrlIssuer || !outCrlIssuedTime || !outCrlNumberLen) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
+    const void* id = nullptr;
+    TV_TRY(ListElementT(kCrlListIdsFamily, list, index, &id));
+    const uint32_t hashRc = ReadOtherHash(Slot(id, CrlValidatedIdSlot::kCrlHash), outHashOid, outHashOidLen,
+                                          outHashParams, outHashParamsLen, outHash, outHashLen);
+    const void* identifier = Slot(id, CrlValidatedIdSlot::kCrlIdentifier);
+    *outCrlIssuer = identifier ? static_cast<X509Name*>(Slot(identifier, CrlIdentifierSlot::kCrlIssuer)) : nullptr;
+    if (!identifier) {
+        *outCrlIssuedTime = LibraryTime{};
+        *outCrlNumberLen = 0;
+        return hashRc;
+    }
+    return FirstFailure({hashRc, GetTimeFromUtcTimeLeaf(Slot(identifier, CrlIdentifierSlot::kCrlIssuedTime), outCrlIssuedTime),
+                         GetOptionalLeaf(TV_SITE, Slot(identifier, CrlIdentifierSlot::kCrlNumber), outCrlNumber,
+                                         outCrlNumberLen)});
+}
+
+// Without a name the key hash is recorded as byKey, so the entry encodes as RFC 5126 says and reads
+// back as a key hash.
+extern "C" TV_API uint32_t AddOcspResponseIdToList(OcspListIDs* list, const X509Name* responderName,
+                                                   const uint8_t* responderKeyHash, uint32_t responderKeyHashLen,
+                                                   const LibraryTime* producedAt, const uint8_t* responseHash,
+                                                   uint32_t responseHashLen, const uint8_t* hashOid,
+                                                   const uint8_t* hashParams, uint32_t hashParamsLen) {
+    if (!list || (!responderName && !responderKeyHash) || !producedAt) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
+    OwnedValue id(&desc::kOcspResponsesId);
+    TV_TRY(NewStructure(TV_SITE, desc::kOcspResponsesId, id));
+    OwnedValue identifier(&desc::kOcspIdentifier);
+    TV_TRY(NewStructure(TV_SITE, desc::kOcspIdentifier, identifier));
+    const RefResponderKind kind = responderName ? RefResponderKind::kByName : RefResponderKind::kByKey;
+    OwnedValue responder(Component(desc::kRefResponderId, kind));
+    if (responderName)
+        TV_TRY(CopyValue(&desc::kX509Name, responderName, responder.Out()));
+    else
+        TV_TRY(SetOptionalLeaf(responder.Out(), ASN1_OCTET_STRING, responderKeyHash, responderKeyHashLen));
+    TV_TRY(SetChoice(desc::kRefResponderId, &Slot(identifier.get(), OcspIdentifierSlot::kResponderId), kind, responder));
+    TV_TRY(SetGeneralizedTimeLeaf(&Slot(identifier.get(), OcspIdentifierSlot::kProducedAt), producedAt));
+    Slot(id.get(), OcspResponsesIdSlot::kOcspIdentifier) = identifier.Release();
+    if (responseHash)
+        TV_TRY(SetOtherHash(&Slot(id.get(), OcspResponsesIdSlot::kOcspRepHash), hashOid, hashParams, hashParamsLen,
+                            responseHash, responseHashLen));
+    return ListAppendT(kOcspListIdsFamily, list, id);
+}
+
+extern "C" TV_API uint32_t GetOcspResponseIdInformation(const OcspListIDs* list, uint32_t index,
+                                                        X509Name** outResponderName, uint8_t* outResponderKeyHash,
+                                                        uint32_t* outResponderKeyHashLen, LibraryTime* outProducedAt,
+                                                        uint8_t* outResponseHash, uint32_t* outResponseHashLen,
+                                                        uint8_t* outHashOid, uint32_t* outHashOidLen,
+                                                        uint8_t* outHashParams, uint32_t* outHashParamsLen) {
+    if (!outResponderName || !outResponderKeyHashLen || !outProducedAt || !outResponseHashLen || !outHashOidLen ||
+        !outHashParamsLen)
+        return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
+    const void* id = nullptr;
+    TV_TRY(ListElementT(kOcspListIdsFamily, list, index, &id));
+    const void* identifier = Slot(id, OcspResponsesIdSlot::kOcspIdentifier);
+    if (!identifier) return TV_FAIL(TV_ERR_ABSENT);
+    const void* responder = Slot(identifier, OcspIdentifierSlot::kResponderId);
+    *outResponderName = static_cast<X509Name*>(ChoiceValue(responder, RefResponderKind::kByName));
+    const void* keyHash = ChoiceValue(responder, RefResponderKind::kByKey);
+    uint32_t keyRc = TV_OK;
+    if (keyHash)
+        keyRc = GetLeaf(TV_SITE, keyHash, outResponderKeyHash, outResponderKeyHashLen);
+    else
+        *outResponderKeyHashLen = 0;
+    const void* hash = Slot(id, OcspResponsesIdSlot::kOcspRepHash);
+    uint32_t hashRc = TV_OK;
+    if (hash)
+        hashRc = ReadOtherHash(hash, outHashOid, outHashOidLen, outHashParams, outHashParamsLen, outResponseHash,
+                               outResponseHashLen);
+    else
+        *outResponseHashLen = *outHashOidLen = *outHashParamsLen = 0;
+    return FirstFailure({keyRc, GetTimeFromGeneralizedTimeLeaf(Slot(identifier, OcspIdentifierSlot::kProducedAt),
+                                                               outProducedAt), hashRc});
 }

@@ -55,6 +55,17 @@ extern const Asn1Descriptor kSigningCertificate;
 extern const Asn1Descriptor kSigningCertificateV2;
 extern const Asn1Descriptor kOtherSigningCertificate;
 
+// CrlOcspRef ::= SEQUENCE {                                                (ETSI TS 101 733 5.7.3)
+//     crlids    [0] EXPLICIT CRLListID OPTIONAL,     -- CRLListID ::= SEQUENCE { crls SEQUENCE OF CrlValidatedID }
+//     ocspids   [1] EXPLICIT OcspListID OPTIONAL,    -- OcspListID ::= SEQUENCE { ocspResponses SEQUENCE OF OcspResponsesID }
+//     otherRev  [2] EXPLICIT OtherRevRefs OPTIONAL }
+enum class CrlOcspRefSlot : uint32_t { kCrlIds, kOcspIds, kOtherRev, kCount };
+// CompleteRevocationRefs ::= SEQUENCE OF CrlOcspRef
+extern const Asn1Descriptor kCompleteRevocationRefs;
+// OtherRevRefs, OtherRevVals ::= SEQUENCE { type OBJECT IDENTIFIER, value ANY }
+enum class OtherRevSlot : uint32_t { kType, kValue, kCount };
+extern const Asn1Descriptor kOtherRev;
+
 // ATSHashIndex ::= SEQUENCE {                                             (ETSI TS 101 733 6.4.1)
 //     hashIndAlgorithm        AlgorithmIdentifier DEFAULT {algorithm id-sha256},
 //     certificatesHashIndex   SEQUENCE OF OCTET STRING,
