@@ -14,6 +14,7 @@
 #include "tarvelon/x509/X509Crl.h"
 #include "tarvelon/extensions/X509Extension.h"
 #include "tarvelon/x509/pkcs10.h"
+#include "tarvelon/messages/CmsTools.h"
 #include "tarvelon/messages/Ocsp.h"
 #include "tarvelon/tarvelon.h"
 #include "tarvelon/engine/Descriptor.h"
@@ -93,6 +94,7 @@ const Shape kShapes[] = {
     {"ATSHashIndex", &kAtsHashIndex},
     {"DocInfo", &kDocInfo},
     {"CompleteRevocationRefs", &kCompleteRevocationRefs},
+    {"RevocationValues", &kRevocationValues},
     {"INTEGER", &kInteger},
     {"OCTET STRING", &kOctetString},
     {"SET OF INTEGER", &kSetOfInteger},

@@ -379,4 +379,36 @@ TEST(AttributeValues, RevocationReferenceRules) {
     EXPECT_EQ(AddOcspResponseIdToList(ocsps, nullptr, nullptr, 0, &at, nullptr, 0, nullptr, nullptr, 0), 32u);
 }
 
+// Revocation values carry the real CRL and basic OCSP response; the lists handed out are lent back
+// to the encoder, which writes the same bytes and leaves them whole on every path.
+TEST(AttributeValues, RevocationValuesCarryWholeCrlsAndResponses) {
+    const Bytes der = FixtureFile("attributes/revocation_values.der");
+    X509Crls* crls = nullptr;
+    OcspBasicResponses* ocsps = nullptr;
+    uint32_t typeLen = 0, valueLen = 0;
+    ASSERT_EQ(DecodeRsaAttributeRevocationValues(der.data(), Size(der), &crls, &ocsps, nullptr, &typeLen, nullptr, &valueLen),
+              TV_OK);
+    Own<FreeX509Crls> heldCrls(crls);
+    Own<FreeOcspBasicResponses> heldOcsps(ocsps);
+    EXPECT_EQ(typeLen + valueLen, 0u);
+    X509Crl* crl = nullptr;
+    OcspBasicResponse* basic = nullptr;
+    ASSERT_EQ(GetX509CrlsCrl(crls, 0, &crl), TV_OK);
+    ASSERT_EQ(GetOcspBasicResponsesResponse(ocsps, 0, &basic), TV_OK);
+    EXPECT_EQ(Get(EncodeX509Crl, crl).bytes, FixtureFile("pki/crl_rsa.der"));
+    EXPECT_EQ(Get(EncodeOcspBasicResponse, basic).bytes, FixtureFile("ocsp/basic_rsa_single.der"));
+    EXPECT_GT(ForEachAllocationFailure([&] {
+                  return Get(EncodeRsaAttributeRevocationValues, static_cast<const X509Crls*>(crls),
+                             static_cast<const OcspBasicResponses*>(ocsps), nullptr, nullptr, 0u).rc;
+              }),
+              0);
+    EXPECT_EQ(Get(EncodeRsaAttributeRevocationValues, static_cast<const X509Crls*>(crls),
+                  static_cast<const OcspBasicResponses*>(ocsps), nullptr, nullptr, 0u).bytes, der);
+    // Another value alone, and nothing at all.
+    const Bytes other = Get(EncodeRsaAttributeRevocationValues, static_cast<const X509Crls*>(nullptr),
+                            static_cast<const OcspBasicResponses*>(nullptr), Packed("1.2.3").data(), Hex("05 00").data(), 2u).bytes;
+    EXPECT_EQ(ToHex(other), H("30 0A A2 08 30 06 06 02 2A 03 05 00"));
+    EXPECT_EQ(EncodeRsaAttributeRevocationValues(nullptr, nullptr, nullptr, nullptr, 0, nullptr, &typeLen), 32u);
+}
+
 }  // namespace

@@ -144,6 +144,19 @@ Got DocInfo(const Bytes& in) {
     return Get(EncodeDocInfo, kind, p(0), n[0], p(1), n[1], p(2), n[2], &d1, &d2, p(3), n[3]);
 }
 
+Got RevocationValues(const Bytes& in) {
+    X509Crls* crls = nullptr;
+    OcspBasicResponses* ocsps = nullptr;
+    uint8_t type[64];
+    Bytes value(4096);
+    uint32_t typeLen = sizeof type, valueLen = Size(value);
+    TRY(DecodeRsaAttributeRevocationValues(in.data(), Size(in), &crls, &ocsps, type, &typeLen, value.data(), &valueLen));
+    Own<FreeX509Crls> c(crls);
+    Own<FreeOcspBasicResponses> o(ocsps);
+    return Get(EncodeRsaAttributeRevocationValues, static_cast<const X509Crls*>(crls), static_cast<const OcspBasicResponses*>(ocsps),
+               typeLen ? type : nullptr, value.data(), valueLen);
+}
+
 Got InvalidityDate(const Bytes& in) {
     LibraryTime t{};
     TRY(DecodeExtensionInvalidityDate(in.data(), Size(in), &t));
@@ -481,6 +494,7 @@ const std::map<std::string, Family>& Families() {
         m["reasonCode"] = Rebuilt(Number<DecodeExtensionReasonCode, EncodeExtensionReasonCode>);
         m["invalidityDate"] = Rebuilt(InvalidityDate);
         m["atsHashIndex"] = Rebuilt(AtsHashIndex);
+        m["revocationValues"] = Rebuilt(RevocationValues);
         m["completeRevocationRefs"] = Codec(DecodeRsaAttributeCompleteRevocationRefs, EncodeRsaAttributeCompleteRevocationRefs,
                                            FreeCrlOcspRefs);
         m["docInfo"] = Rebuilt(DocInfo);

@@ -21,6 +21,7 @@
 #include "tarvelon/x509/Certificate.h"
 #include "tarvelon/x509/X509Crl.h"
 #include "tarvelon/x509/pkcs10.h"
+#include "tarvelon/messages/CmsTools.h"
 #include "tarvelon/messages/Ocsp.h"
 
 namespace {
@@ -114,7 +115,7 @@ TEST(DescriptorLint, EveryRootIsClean) {
         ROOT(RevokedCertificates), ROOT(CertificationRequest), ROOT(OcspRequest), ROOT(OcspResponse),
         ROOT(BasicOcspResponse), ROOT(BasicOcspResponses), ROOT(SingleResponse), ROOT(SigningCertificate),
         ROOT(SigningCertificateV2), ROOT(OtherSigningCertificate), ROOT(AtsHashIndex), ROOT(ExtSubjInfo), ROOT(DocInfo),
-        ROOT(CompleteRevocationRefs),
+        ROOT(CompleteRevocationRefs), ROOT(RevocationValues),
     };
 #undef ROOT
     // What the peers' layouts make the lint report: reasons under [1], the tag of onlyContainsUserCerts,

@@ -8,6 +8,8 @@
 #include "tarvelon/time.h"
 #include "tarvelon/x509name.h"
 #include "tarvelon/extension_values.h"
+#include "tarvelon/crl.h"
+#include "tarvelon/ocsp.h"
 
 #ifdef __cplusplus
 extern "C" {
@@ -137,6 +139,12 @@ TV_API uint32_t FreeOcspListIDs(OcspListIDs* list);
 TV_API uint32_t GetOcspListIDsCount(const OcspListIDs* list, uint32_t* outCount);
 TV_API uint32_t AddOcspResponseIdToList(OcspListIDs* list, const X509Name* responderName, const uint8_t* responderKeyHash, uint32_t responderKeyHashLen, const LibraryTime* producedAt, const uint8_t* responseHash, uint32_t responseHashLen, const uint8_t* hashOid, const uint8_t* hashParams, uint32_t hashParamsLen);
 TV_API uint32_t GetOcspResponseIdInformation(const OcspListIDs* list, uint32_t index, X509Name** outResponderName, uint8_t* outResponderKeyHash, uint32_t* outResponderKeyHashLen, LibraryTime* outProducedAt, uint8_t* outResponseHash, uint32_t* outResponseHashLen, uint8_t* outHashOid, uint32_t* outHashOidLen, uint8_t* outHashParams, uint32_t* outHashParamsLen);
+
+/* Revocation values (ETSI TS 101 733): decoded CRLs and basic OCSP responses, lent to the encoder,
+ * and/or another value { type, value }. At least one is required (32). Decoding hands out new lists
+ * (null when absent) and the other value's OID and DER under the size protocol (length 0 when absent). */
+TV_API uint32_t EncodeRsaAttributeRevocationValues(const X509Crls* crls, const OcspBasicResponses* ocspResponses, const uint8_t* otherType, const uint8_t* otherValue, uint32_t otherValueLen, uint8_t* out, uint32_t* outLen);
+TV_API uint32_t DecodeRsaAttributeRevocationValues(const uint8_t* in, uint32_t inLen, X509Crls** outCrls, OcspBasicResponses** outOcspResponses, uint8_t* outOtherType, uint32_t* outOtherTypeLen, uint8_t* outOtherValue, uint32_t* outOtherValueLen);
 
 /* Validity { notBefore Time, notAfter Time }, each Time chosen by the year (UTCTime before 2050). */
 TV_API uint32_t EncodeRsaAttributeValidityValue(const LibraryTime* notBefore, const LibraryTime* notAfter, uint8_t* out, uint32_t* outLen);

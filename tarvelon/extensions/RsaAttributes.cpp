@@ -209,11 +209,15 @@ enum class IdListSlot : uint32_t { kList, kCount };
 constexpr auto kCrlListIdParts = Slots<IdListSlot>({{IdListSlot::kList, &kCrlValidatedIds}});
 constexpr auto kOcspListIdParts = Slots<IdListSlot>({{IdListSlot::kList, &kOcspResponsesIds}});
 
+}  // namespace
+
 // OtherRevRefs ::= SEQUENCE {
-constexpr auto kOtherRevParts = Slots<OtherRevSlot>({
-    {OtherRevSlot::kType, &kOid},  // otherRevRefType  OtherRevRefType  -- OBJECT IDENTIFIER
+constinit const Components<SlotCount<OtherRevSlot>> kOtherRevParts = Slots<OtherRevSlot>({
+    {OtherRevSlot::kType, &kOid},   // otherRevRefType  OtherRevRefType  -- OBJECT IDENTIFIER
     {OtherRevSlot::kValue, &kAny},  // otherRevRefs     ANY DEFINED BY otherRevRefType
 });
+
+namespace {
 
 constexpr Asn1Descriptor kCrlIdsField = Explicit(0, Optional(Sequence(kCrlListIdParts)));
 constexpr Asn1Descriptor kOcspIdsField = Explicit(1, Optional(Sequence(kOcspListIdParts)));

@@ -65,6 +65,8 @@ extern const Asn1Descriptor kCompleteRevocationRefs;
 // OtherRevRefs, OtherRevVals ::= SEQUENCE { type OBJECT IDENTIFIER, value ANY }
 enum class OtherRevSlot : uint32_t { kType, kValue, kCount };
 extern const Asn1Descriptor kOtherRev;
+// Its components, for the explicitly tagged fields that hold one (otherRev, otherRevVals).
+extern const Components<SlotCount<OtherRevSlot>> kOtherRevParts;
 
 // ATSHashIndex ::= SEQUENCE {                                             (ETSI TS 101 733 6.4.1)
 //     hashIndAlgorithm        AlgorithmIdentifier DEFAULT {algorithm id-sha256},
