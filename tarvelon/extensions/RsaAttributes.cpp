@@ -653,21 +653,17 @@ uint32_t DecodeSigningCertificate(const Asn1Descriptor& d, const uint8_t* in, ui
 }  // namespace
 }  // namespace tv
 
-extern "C" TV_API uint32_t CreateESSCertIDs(ESSCertIDs** outList) { return CreateT(kEssCertIdsFamily, outList); }
-extern "C" TV_API uint32_t FreeESSCertIDs(ESSCertIDs* list) { return FreeT(kEssCertIdsFamily, list); }
-extern "C" TV_API uint32_t GetESSCertIDCount(const ESSCertIDs* list, uint32_t* outCount) {
-    return ListCountT(kEssCertIdsFamily, list, outCount);
-}
-extern "C" TV_API uint32_t CreateESSCertIDsV2(ESSCertIDsV2** outList) { return CreateT(kEssCertIdsV2Family, outList); }
-extern "C" TV_API uint32_t FreeESSCertIDsV2(ESSCertIDsV2* list) { return FreeT(kEssCertIdsV2Family, list); }
-extern "C" TV_API uint32_t GetESSCertIDV2Count(const ESSCertIDsV2* list, uint32_t* outCount) {
-    return ListCountT(kEssCertIdsV2Family, list, outCount);
-}
-extern "C" TV_API uint32_t CreateOtherCertIDs(OtherCertIDs** outList) { return CreateT(kOtherCertIdsFamily, outList); }
-extern "C" TV_API uint32_t FreeOtherCertIDs(OtherCertIDs* list) { return FreeT(kOtherCertIdsFamily, list); }
-extern "C" TV_API uint32_t GetOtherCertIDCount(const OtherCertIDs* list, uint32_t* outCount) {
-    return ListCountT(kOtherCertIdsFamily, list, outCount);
-}
+// The members every identifier list shares: Create<List>, Free<List> and Get<Counted>Count.
+#define TV_ID_LIST_MEMBERS(List, Counted, family)                                                                     \
+    extern "C" TV_API uint32_t Create##List(List** outList) { return CreateT(family, outList); }                      \
+    extern "C" TV_API uint32_t Free##List(List* list) { return FreeT(family, list); }                                 \
+    extern "C" TV_API uint32_t Get##Counted##Count(const List* list, uint32_t* outCount) {                            \
+        return ListCountT(family, list, outCount);                                                                    \
+    }
+
+TV_ID_LIST_MEMBERS(ESSCertIDs, ESSCertID, kEssCertIdsFamily)
+TV_ID_LIST_MEMBERS(ESSCertIDsV2, ESSCertIDV2, kEssCertIdsV2Family)
+TV_ID_LIST_MEMBERS(OtherCertIDs, OtherCertID, kOtherCertIdsFamily)
 extern "C" TV_API uint32_t EncodeOtherCertIDs(const OtherCertIDs* list, uint8_t* out, uint32_t* outLen) {
     return EncodeT(kOtherCertIdsFamily, list, out, outLen);
 }
@@ -744,41 +740,21 @@ extern "C" TV_API uint32_t GetOtherCertIDInformation(const OtherCertIDs* list, u
                          ReadIssuerSerial(Slot(id, S::kIssuerSerial), outIssuer, outSerial, outSerialLen)});
 }
 
-extern "C" TV_API uint32_t EncodeRsaAttributeSigningCertificateValue(const ESSCertIDs* certs,
-                                                                     const CertificatePolicies* policies, uint8_t* out,
-                                                                     uint32_t* outLen) {
-    return EncodeSigningCertificate(desc::kSigningCertificate, certs, policies, out, outLen);
-}
+// The exported pair of a signing-certificate value over its identifier list.
+#define TV_SIGNING_CERTIFICATE_CODEC(Name, List, descriptor)                                                        \
+    extern "C" TV_API uint32_t EncodeRsaAttribute##Name##Value(const List* certs, const CertificatePolicies* policies, \
+                                                               uint8_t* out, uint32_t* outLen) {                        \
+        return EncodeSigningCertificate(descriptor, certs, policies, out, outLen);                                      \
+    }                                                                                                                   \
+    extern "C" TV_API uint32_t DecodeRsaAttribute##Name##Value(const uint8_t* in, uint32_t inLen, List** outCerts,      \
+                                                               CertificatePolicies** outPolicies) {                     \
+        return DecodeSigningCertificate(descriptor, in, inLen, outCerts, outPolicies);                                  \
+    }
 
-extern "C" TV_API uint32_t DecodeRsaAttributeSigningCertificateValue(const uint8_t* in, uint32_t inLen,
-                                                                     ESSCertIDs** outCerts,
-                                                                     CertificatePolicies** outPolicies) {
-    return DecodeSigningCertificate(desc::kSigningCertificate, in, inLen, outCerts, outPolicies);
-}
-
-extern "C" TV_API uint32_t EncodeRsaAttributeSigningCertificateV2Value(const ESSCertIDsV2* certs,
-                                                                       const CertificatePolicies* policies,
-                                                                       uint8_t* out, uint32_t* outLen) {
-    return EncodeSigningCertificate(desc::kSigningCertificateV2, certs, policies, out, outLen);
-}
-
-extern "C" TV_API uint32_t DecodeRsaAttributeSigningCertificateV2Value(const uint8_t* in, uint32_t inLen,
-                                                                       ESSCertIDsV2** outCerts,
-                                                                       CertificatePolicies** outPolicies) {
-    return DecodeSigningCertificate(desc::kSigningCertificateV2, in, inLen, outCerts, outPolicies);
-}
-
-extern "C" TV_API uint32_t EncodeRsaAttributeOtherSigningCertificateValue(const OtherCertIDs* certs,
-                                                                          const CertificatePolicies* policies,
-                                                                          uint8_t* out, uint32_t* outLen) {
-    return EncodeSigningCertificate(desc::kOtherSigningCertificate, certs, policies, out, outLen);
-}
-
-extern "C" TV_API uint32_t DecodeRsaAttributeOtherSigningCertificateValue(const uint8_t* in, uint32_t inLen,
-                                                                          OtherCertIDs** outCerts,
-                                                                          CertificatePolicies** outPolicies) {
-    return DecodeSigningCertificate(desc::kOtherSigningCertificate, in, inLen, outCerts, outPolicies);
-}
+TV_SIGNING_CERTIFICATE_CODEC(SigningCertificate, ESSCertIDs, desc::kSigningCertificate)
+TV_SIGNING_CERTIFICATE_CODEC(SigningCertificateV2, ESSCertIDsV2, desc::kSigningCertificateV2)
+TV_SIGNING_CERTIFICATE_CODEC(OtherSigningCertificate, OtherCertIDs, desc::kOtherSigningCertificate)
+#undef TV_SIGNING_CERTIFICATE_CODEC
 
 // ---- attribute values: ATS hash index, validity, ExtSubjInfo, DocInfo ---------------------------------
 
@@ -959,21 +935,9 @@ struct LentLists {
 }  // namespace
 }  // namespace tv
 
-extern "C" TV_API uint32_t CreateCrlOcspRefs(CrlOcspRefs** outList) { return CreateT(kCrlOcspRefsFamily, outList); }
-extern "C" TV_API uint32_t FreeCrlOcspRefs(CrlOcspRefs* list) { return FreeT(kCrlOcspRefsFamily, list); }
-extern "C" TV_API uint32_t GetCrlOcspRefCount(const CrlOcspRefs* list, uint32_t* outCount) {
-    return ListCountT(kCrlOcspRefsFamily, list, outCount);
-}
-extern "C" TV_API uint32_t CreateCrlListIDs(CrlListIDs** outList) { return CreateT(kCrlListIdsFamily, outList); }
-extern "C" TV_API uint32_t FreeCrlListIDs(CrlListIDs* list) { return FreeT(kCrlListIdsFamily, list); }
-extern "C" TV_API uint32_t GetCrlListIDsCount(const CrlListIDs* list, uint32_t* outCount) {
-    return ListCountT(kCrlListIdsFamily, list, outCount);
-}
-extern "C" TV_API uint32_t CreateOcspListIDs(OcspListIDs** outList) { return CreateT(kOcspListIdsFamily, outList); }
-extern "C" TV_API uint32_t FreeOcspListIDs(OcspListIDs* list) { return FreeT(kOcspListIdsFamily, list); }
-extern "C" TV_API uint32_t GetOcspListIDsCount(const OcspListIDs* list, uint32_t* outCount) {
-    return ListCountT(kOcspListIdsFamily, list, outCount);
-}
+TV_ID_LIST_MEMBERS(CrlOcspRefs, CrlOcspRef, kCrlOcspRefsFamily)
+TV_ID_LIST_MEMBERS(CrlListIDs, CrlListIDs, kCrlListIdsFamily)
+TV_ID_LIST_MEMBERS(OcspListIDs, OcspListIDs, kOcspListIdsFamily)
 extern "C" TV_API uint32_t EncodeRsaAttributeCompleteRevocationRefs(const CrlOcspRefs* list, uint8_t* out,
                                                                     uint32_t* outLen) {
     return EncodeT(kCrlOcspRefsFamily, list, out, outLen);
