@@ -281,6 +281,16 @@ TEST(AttributeValues, SmallValuesAndTheirRules) {
     EXPECT_EQ(DecodeRsaAttributeExtSubjInfoValue(bare.data(), Size(bare), text[0], &oidLen, text[1], &valueLen), 311u);
     EXPECT_EQ(oidLen, 6u);
     EXPECT_EQ(EncodeRsaAttributeExtSubjInfoValue(oid.data(), Hex("05 00 05 00").data(), 4, nullptr, &n[0]), 32u);
+    // An ATS hash index of three empty lists: the first SEQUENCE is a list, not the algorithm.
+    const Bytes empty = Hex("30 06 30 00 30 00 30 00");
+    uint8_t ats[16];
+    uint32_t atsLen = sizeof ats, paramsLen = 0;
+    Asn1List *c = nullptr, *r = nullptr, *a = nullptr;
+    ASSERT_EQ(DecodeRsaAttributeAtsHashIndex(empty.data(), Size(empty), ats, &atsLen, nullptr, &paramsLen, &c, &r, &a), TV_OK);
+    EXPECT_EQ(Bytes(ats, ats + atsLen), Packed("2.16.840.1.101.3.4.2.1"));
+    EXPECT_EQ(Get(EncodeRsaAttributeAtsHashIndex, ats, nullptr, 0u, static_cast<const Asn1List*>(c),
+                  static_cast<const Asn1List*>(r), static_cast<const Asn1List*>(a)).bytes, empty);
+    for (Asn1List* list : {c, r, a}) FreeOctetStrings(list);
     // Validity: each Time by the year.
     const LibraryTime from{2049, 1, 2, 3, 4, 5}, to{2050, 1, 2, 3, 4, 5};
     const Bytes validity = Get(EncodeRsaAttributeValidityValue, &from, &to).bytes;

@@ -782,14 +782,14 @@ extern "C" TV_API uint32_t DecodeRsaAttributeAtsHashIndex(const uint8_t* in, uin
     using S = desc::AtsHashIndexSlot;
     if (!in || inLen == 0 || !outCertificatesHashes || !outCrlsHashes || !outUnsignedAttrsHashes)
         return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
-    // An algorithm is there when the first element inside holds an OID first; anything the peek cannot
-    // read is left to the decoder to refuse.
+    // An algorithm is there when the first element inside begins with an OID (an empty one is a hash
+    // list); what the peek cannot read is left to the decoder to refuse.
     Header outer, first, inner;
-    const bool withAlgorithm = ReadElement(in, inLen, &outer) != TV_OK || outer.contentLen == 0 ||
-                               ReadElement(in + outer.headerLen, outer.contentLen, &first) != TV_OK ||
-                               first.contentLen == 0 ||
-                               ParseHeader(in + outer.headerLen + first.headerLen, first.contentLen, &inner) != TV_OK ||
-                               inner.tag == ASN1_OBJECT_IDENTIFIER;
+    bool withAlgorithm = true;
+    if (ReadElement(in, inLen, &outer) == TV_OK && ReadElement(in + outer.headerLen, outer.contentLen, &first) == TV_OK)
+        withAlgorithm = first.contentLen != 0 &&
+                        ParseHeader(in + outer.headerLen + first.headerLen, first.contentLen, &inner) == TV_OK &&
+                        inner.tag == ASN1_OBJECT_IDENTIFIER;
     const Asn1Descriptor& d = withAlgorithm ? desc::kAtsHashIndex : desc::kAtsHashLists;
     OwnedValue value(&d);
     TV_TRY(DecodeValue(TV_SITE, d, in, inLen, value));
