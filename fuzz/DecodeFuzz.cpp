@@ -159,15 +159,19 @@ void RoundTrip(const Shape& s, const uint8_t* data, uint32_t size) {
     if ((rc = GetAsn1EncodedValue(first.get(), s.d, inPlace.p, &inPlace.n)) != TV_OK || !(inPlace == e1))
         Broken(s, "writing in place disagrees with Asn1Encode", rc);
 
+    // The engine's copy refuses NULL values (300, kept): a good or unknown OCSP status is one.
     OwnedValue copy(s.d);
-    if ((rc = CopyValue(s.d, first.get(), copy.Out())) != TV_OK) Broken(s, "copy failed", rc);
-    Encoding ec;
-    EncodeOrDie(s, copy.get(), &ec, "encoding a copy failed");
-    if (!(ec == e1)) Broken(s, "copy encodes differently", 0);
-    uint32_t equal = 0;
-    rc = CompareAsn1Objects(s.d, first.get(), copy.get(), &equal);
-    // Trees holding CHOICE or ANY cannot be compared (300); anything comparable must be equal.
-    if (rc == TV_OK ? equal != 1 : rc != TV_ERR_UNSUPPORTED_TYPE) Broken(s, "copy compares unequal", rc);
+    if ((rc = CopyValue(s.d, first.get(), copy.Out())) != TV_OK && rc != TV_ERR_UNSUPPORTED_TYPE)
+        Broken(s, "copy failed", rc);
+    if (rc == TV_OK) {
+        Encoding ec;
+        EncodeOrDie(s, copy.get(), &ec, "encoding a copy failed");
+        if (!(ec == e1)) Broken(s, "copy encodes differently", 0);
+        uint32_t equal = 0;
+        rc = CompareAsn1Objects(s.d, first.get(), copy.get(), &equal);
+        // Trees holding CHOICE or ANY cannot be compared (300); anything comparable must be equal.
+        if (rc == TV_OK ? equal != 1 : rc != TV_ERR_UNSUPPORTED_TYPE) Broken(s, "copy compares unequal", rc);
+    }
 
     OwnedValue second(s.d);
     if ((rc = Asn1DecodeItem(e1.p, e1.n, s.d, second.Out(), &used)) != TV_OK)
