@@ -17,5 +17,6 @@
 #include "tarvelon/crl.h"
 #include "tarvelon/request.h"
 #include "tarvelon/ocsp.h"
+#include "tarvelon/cms.h"
 
 #endif
