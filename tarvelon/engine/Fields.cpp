@@ -24,6 +24,7 @@ uint32_t GetLeaf(Site site, const void* leaf, uint8_t* out, uint32_t* outLen) no
 
 uint32_t GetOptionalLeaf(Site site, const void* leaf, uint8_t* out, uint32_t* outLen) noexcept {
     if (leaf) return GetLeaf(site, leaf, out, outLen);
+    if (!outLen) return Fail(site, TV_ERR_INVALID_ARGUMENT);
     *outLen = 0;
     return TV_OK;
 }

@@ -60,6 +60,48 @@ inline bool HasRoom(Site site, uint64_t n, const void* out, uint32_t* outLen, ui
     return false;
 }
 
+// ---- code page 1251 display text -------------------------------------------------------------------
+
+// UTF-8 to code page 1251, the display conversion callers have always had: octets below 0x80 are
+// copied; a lead octet 110xxxxx and the continuation after it give
+//   code = (lead & 3) * 64 + (next & 63) + ((lead >> 2) & 5) * 256
+// written as 0xA8 for U+0401, 0xB8 for U+0451 and (code - 848) mod 256 otherwise. The mask 5 (not 7)
+// decodes U+0400..U+047F correctly and nothing else reliably: kept as it is. Every other octet from
+// 0x80 up (three- and four-octet sequences, stray continuations) is dropped. Returns the number of
+// output octets, counted on past `room`; only those that fit are written.
+size_t Utf8ToCp1251(const uint8_t* in, size_t n, char* out, size_t room) noexcept;
+
+// BMPString (UTF-16, big-endian) to code page 1251, one octet per code unit (a lone last octet is
+// ignored): below U+0100 the low octet; then a table of 13 code units (Ukrainian and Belarusian
+// letters, degree, bullet, middle dot, numero, currency sign, Ё, ё); other units of U+0400..U+044F
+// their low octet minus 0x50 (so the unlisted U+0400..U+040F land on 0xB0..0xBF, kept as it is);
+// anything else "?". `out` takes n / 2 octets.
+void BmpToCp1251(const uint8_t* in, size_t n, char* out) noexcept;
+
+// A UTF-8 literal of ASCII and Russian letters as code page 1251, made at compile time so the
+// fixed texts read as what they say. Any other character does not compile.
+void NotRussianText();  // deliberately not constexpr: reaching it in a constant expression fails
+template <size_t N>
+struct Cp1251Text {
+    char text[N] = {};
+    size_t length = 0;
+    consteval Cp1251Text(const char (&utf8)[N]) {
+        for (size_t i = 0; i + 1 < N; ++i) {
+            const auto b = static_cast<uint8_t>(utf8[i]);
+            if (b < 0x80) {
+                text[length++] = utf8[i];
+                continue;
+            }
+            const auto next = static_cast<uint8_t>(utf8[++i]);
+            const uint32_t code = (b & 0x1Fu) << 6 | (next & 0x3Fu);
+            if (code == 0x401) text[length++] = char(0xA8);
+            else if (code == 0x451) text[length++] = char(0xB8);
+            else if (code >= 0x410 && code <= 0x44F) text[length++] = char(code - 0x350);
+            else NotRussianText();
+        }
+    }
+};
+
 // ---- SHA-1 --------------------------------------------------------------------------------------
 
 enum class Sha1Path { Auto, Portable, ShaNi };

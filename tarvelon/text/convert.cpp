@@ -133,6 +133,60 @@ extern "C" TV_API uint32_t IsArrayEquals(const uint8_t* inA, uint32_t inALen, co
     return TV_OK;
 }
 
+namespace tv {
+
+size_t Utf8ToCp1251(const uint8_t* in, size_t n, char* out, size_t room) noexcept {
+    size_t count = 0;
+    const auto put = [&](uint8_t c) {
+        if (count < room) out[count] = static_cast<char>(c);
+        ++count;
+    };
+    uint8_t lead = 0;
+    for (size_t i = 0; i < n; ++i) {
+        const uint8_t b = in[i];
+        if (b < 0x80) {
+            lead = 0;
+            put(b);
+        } else if ((b & 0xE0) == 0xC0) {
+            lead = b;
+        } else if (lead && (b & 0xC0) == 0x80) {
+            const uint32_t code = (lead & 3u) * 64 + (b & 63u) + ((lead >> 2) & 5u) * 256;
+            put(code == 1025 ? 0xA8 : code == 1105 ? 0xB8 : static_cast<uint8_t>(code - 848));
+            lead = 0;
+        } else {
+            lead = 0;
+        }
+    }
+    return count;
+}
+
+void BmpToCp1251(const uint8_t* in, size_t n, char* out) noexcept {
+    // Searched in this order; the first match wins.
+    static constexpr struct {
+        uint16_t unit;
+        uint8_t octet;
+    } kTable[] = {
+        {0x0404, 0xAA}, {0x0454, 0xBA}, {0x0407, 0xAF}, {0x0457, 0xBF}, {0x040E, 0xA1}, {0x045E, 0xA2}, {0x00B0, 0xB0},
+        {0x2022, 0x95}, {0x00B7, 0xB7}, {0x2116, 0xB9}, {0x00A4, 0xA4}, {0x0401, 0xA8}, {0x0451, 0xB8},
+    };
+    for (size_t i = 0; i + 1 < n; i += 2) {
+        const uint16_t unit = static_cast<uint16_t>(in[i] << 8 | in[i + 1]);
+        char c = '?';
+        if (unit < 0x100) {
+            c = static_cast<char>(unit);
+        } else if (const auto* hit = std::find_if(std::begin(kTable), std::end(kTable),
+                                                  [unit](const auto& e) { return e.unit == unit; });
+                   hit != std::end(kTable)) {
+            c = static_cast<char>(hit->octet);
+        } else if (unit >= 0x0400 && unit <= 0x044F) {
+            c = static_cast<char>(static_cast<uint8_t>((unit & 0xFF) - 0x50));
+        }
+        out[i / 2] = c;
+    }
+}
+
+}  // namespace tv
+
 extern "C" TV_API uint32_t ConvertAnsiToUTF8(const char* text, char* out, uint32_t* outLen) {
     if (!text || !outLen) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
     const auto* in = reinterpret_cast<const uint8_t*>(text);
