@@ -15,26 +15,11 @@ const Bytes kSha1 = Packed("1.3.14.3.2.26"), kNull = Hex("05 00"), kHash = Bytes
             kNonce = Packed("1.3.6.1.5.5.7.48.1.2");
 const LibraryTime kMarch5{2025, 3, 5, 6, 7, 8};
 
-template <auto Free, typename Create>
-Own<Free> Made(Create create) {
-    Own<Free> o;
-    EXPECT_EQ(create(&o.p), TV_OK);
-    return o;
-}
-
 template <typename T, typename H>
 T* Ref(uint32_t (*get)(H*, T**), H* h) {
     T* out = nullptr;
     EXPECT_EQ(get(h, &out), TV_OK);
     return out;
-}
-
-// A count as text, or the status that refused it: "2", "status 311".
-template <typename T>
-std::string Counted(uint32_t (*count)(const T*, uint32_t*), const T* h) {
-    uint32_t n = 0;
-    const uint32_t rc = count(h, &n);
-    return rc == TV_OK ? std::to_string(n) : "status " + std::to_string(rc);
 }
 
 // ---- openssl's messages, field by field -------------------------------------------------------------

@@ -64,13 +64,19 @@ template <typename T>
 std::tuple<T> OutOr(uint8_t*, uint32_t*, T arg) {
     return std::tuple<T>(arg);
 }
-inline std::tuple<uint8_t*, uint32_t*> OutOr(uint8_t* out, uint32_t* n, OutTag) { return {out, n}; }
+// The buffer as the getter takes it: octets, or the char buffer of a text.
+struct OutBuffer {
+    uint8_t* p;
+    operator uint8_t*() const { return p; }
+    operator char*() const { return reinterpret_cast<char*>(p); }
+};
+inline std::tuple<OutBuffer, uint32_t*> OutOr(uint8_t* out, uint32_t* n, OutTag) { return {OutBuffer{out}, n}; }
 template <typename Fn, typename... A>
 Got Get(Fn fn, A... args) {
     if constexpr ((std::is_same_v<A, OutTag> || ...))
         return Sized([&](uint8_t* out, uint32_t* n) { return std::apply(fn, std::tuple_cat(OutOr(out, n, args)...)); });
     else
-        return Sized([&](uint8_t* out, uint32_t* n) { return fn(args..., out, n); });
+        return Sized([&](uint8_t* out, uint32_t* n) { return fn(args..., OutBuffer{out}, n); });
 }
 
 // Owns a library object and frees it with the family's Free: Own<FreeCertificate> c; CreateCertificate(&c.p).
@@ -98,6 +104,22 @@ Own<Free> Decoded(Decode decode, const Bytes& in) {
     Own<Free> o;
     EXPECT_EQ(decode(in.data(), Size(in), &o.p), TV_OK);
     return o;
+}
+
+// A fresh object from a family's Create, expecting success: Made<FreeOcspRequest>(CreateOcspRequest).
+template <auto Free, typename Create>
+Own<Free> Made(Create create) {
+    Own<Free> o;
+    EXPECT_EQ(create(&o.p), TV_OK);
+    return o;
+}
+
+// A count as text, or the status that refused it: "2", "status 311".
+template <typename T>
+std::string Counted(uint32_t (*count)(const T*, uint32_t*), const T* h) {
+    uint32_t n = 0;
+    const uint32_t rc = count(h, &n);
+    return rc == TV_OK ? std::to_string(n) : "status " + std::to_string(rc);
 }
 
 // Runs `body` with the k-th allocation failing, k = 0, 1, ... until it succeeds without a failure;
