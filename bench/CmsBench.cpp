@@ -21,7 +21,8 @@
 // Touching fresh memory costs far more than copying into touched memory on these machines, so the
 // large rows carry, from one call made in a forked child:
 //   fresh_bufs  minor page faults of the call, in units of the content size (about the number of
-//               content-sized buffers first touched);
+//               content-sized buffers first touched; with transparent huge pages, e.g.
+//               GLIBC_TUNABLES=glibc.malloc.hugetlb=1, one fault maps 2 MiB and this undercounts);
 //   big_allocs  allocations of 1 MiB or more (the libraries' and the caller's);
 //   rss_MiB     ru_maxrss growth over the call (the child's peak is reset first, so nothing freed
 //               before hides it; the content and the message are already resident), and rss_x the
