@@ -83,6 +83,7 @@ constexpr auto kSignedDataParts = Slots<SignedDataSlot>({
 }  // namespace
 
 constinit const Asn1Descriptor kSignedData = Sequence(kSignedDataParts);
+constinit const Asn1Descriptor kSignedDataContent = Explicit(0, Sequence(kSignedDataParts));
 
 }  // namespace tv::desc
 
