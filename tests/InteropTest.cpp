@@ -363,7 +363,6 @@ protected:
     }
 };
 
-
 TEST_P(Interop, OpenSslAcceptsBuiltObjects) {
     const Case& c = GetParam();
     ASSERT_NO_FATAL_FAILURE(MakeCa());
@@ -652,7 +651,8 @@ TEST_P(Interop, OpenSslVerifiesExternallySignedCms) {
         ASSERT_EQ(CreateESSCertIDsV2(&ids.p), TV_OK);
         ASSERT_EQ(AddESSCertIDv2ToList(ids, Packed("2.16.840.1.101.3.4.2.1").data(), nullptr, 0, hash.data(), Size(hash),
                                        nullptr, nullptr, 0), TV_OK);
-        const Bytes value = Get(EncodeRsaAttributeSigningCertificateV2Value, ids.p, static_cast<CertificatePolicies*>(nullptr)).bytes;
+        const Bytes value =
+            Get(EncodeRsaAttributeSigningCertificateV2Value, ids.p, static_cast<CertificatePolicies*>(nullptr)).bytes;
         ASSERT_EQ(CreateRsaAttributes(&extra.p), TV_OK);
         ASSERT_EQ(AddRsaAttributesAttributeWithValue(extra, Packed("1.2.840.113549.1.9.16.2.47").data(), &index, value.data(),
                                                      Size(value)), TV_OK);
@@ -687,6 +687,7 @@ TEST_P(Interop, ReadsAndRemovesSignersOfCms) {
     }
     const Bytes one = Get(DeleteBufferCmsSignerInfo, 2u, both.data(), Size(both)).bytes;
     EXPECT_EQ(Counted(GetCmsSignedDataSignerInfosCount, SignedDataOf(one).p), "1");
+    EXPECT_EQ(Get(GetBufferCmsSignatureTimeAndCN, 1u, one.data(), Size(one), &t).bytes, Cp1251(s.issuerCn));
     CmsVerify(one, false);
 
     WriteFile(At("both.der"), both);
