@@ -62,7 +62,7 @@ std::string Named(const Bytes& stored, const std::string& name) {
     return !name.empty() && name != "-" && FixtureFile(name) == stored ? name : std::to_string(stored.size()) + " octets";
 }
 
-// A text getter's result as a string: Text(GetCertificateCN, cert).
+// A text getter run through the size protocol: TextOf(GetCertificateCN, cert).
 template <typename Fn, typename... A>
 Got TextOf(Fn fn, A... args) {
     return Sized([&](uint8_t* o, uint32_t* n) { return fn(args..., reinterpret_cast<char*>(o), n); });
@@ -142,19 +142,23 @@ void SignerFields(const Bytes& message, CmsSignedData* sd, uint32_t i, const Fie
     uint32_t count = 0;
     ASSERT_EQ(GetCmsSignerInfoSignedAttributes(signer, &attributes), TV_OK);
     EXPECT_EQ(GetRsaAttributesAttributesCount(attributes, &count), TV_OK);
+    LibraryTime t{}, attributeTime{};
+    EXPECT_EQ(GetBufferCmsSignatureTime(i + 1, message.data(), Size(message), &t), TV_OK);
     std::string attrs;
     for (uint32_t a = 0; a < count; ++a) {
         const Bytes type = Get(GetRsaAttributesAttributeOid, attributes, a).bytes;
         const Got value = Get(GetRsaAttributesAttributeValue, attributes, a, 0u);
         attrs += (a ? "+" : "") + Dotted(type);
         if (type == kMessageDigest) Append(got, "md", Compact(Get(DecodeRsaAttributeMessageDigestValue, value.bytes.data(), Size(value.bytes)).bytes, false));
+        if (type == kSigningTime) {
+            EXPECT_EQ(DecodeRsaAttributeSigningTimeValue(value.bytes.data(), Size(value.bytes), &attributeTime), TV_OK);
+            EXPECT_TRUE(SameTime(attributeTime, t));
+        }
         if (type == kContentType) {
             EXPECT_EQ(Dotted(Get(DecodeRsaAttributeContentTypeValue, value.bytes.data(), Size(value.bytes)).bytes), expected.at("eContentType"));
         }
     }
     Append(got, "attrs", attrs);
-    LibraryTime t{};
-    EXPECT_EQ(GetBufferCmsSignatureTime(i + 1, message.data(), Size(message), &t), TV_OK);
     char when[32];
     std::snprintf(when, sizeof when, "%04u%02u%02u%02u%02u%02uZ", t.year, t.month, t.day, t.hour, t.minute, t.second);
     Append(got, "signingTime", when);
