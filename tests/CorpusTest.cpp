@@ -400,16 +400,52 @@ std::vector<Entry> OcspSingleParts(void* h, const std::string& label) {
     return parts;
 }
 
-// Requested extensions, under either attribute OID, are an extension list.
+// The SignedData a ContentInfo carries.
+std::vector<Entry> CmsContentInfoParts(void* h, const std::string& label) {
+    std::vector<Entry> parts;
+    Add(parts, label + "/signedData", "cmsSignedData", Get(GetCmsContentInfoContent, static_cast<const CmsContentInfo*>(h)));
+    return parts;
+}
+
+// The certificates and CRLs a SignedData stores, and each signer's issuer and signed attributes.
+std::vector<Entry> CmsSignedDataParts(void* h, const std::string& label) {
+    auto* sd = static_cast<CmsSignedData*>(h);
+    std::vector<Entry> parts;
+    uint32_t count = 0, kind = 0;
+    EXPECT_EQ(GetCmsSignedDataCertificatesCount(sd, &count), TV_OK);
+    for (uint32_t i = 0; i < count; ++i)
+        Add(parts, label + "/certificate " + std::to_string(i), "certificate", Get(GetCmsSignedDataEncodedCertificate, sd, i, &kind));
+    EXPECT_EQ(GetCmsSignedDataCrlsCount(sd, &count), TV_OK);
+    for (uint32_t i = 0; i < count; ++i)
+        Add(parts, label + "/crl " + std::to_string(i), "crl", Get(GetCmsSignedDataEncodedCrl, sd, i, &kind));
+    EXPECT_EQ(GetCmsSignedDataSignerInfosCount(sd, &count), TV_OK);
+    for (uint32_t i = 0; i < count; ++i) {
+        const std::string signer = label + "/signer " + std::to_string(i);
+        CmsSignerInfo* info = Ref<CmsSignerInfo>(GetCmsSignedDataSignerInfo, sd, i);
+        X509Name* issuer = nullptr;
+        uint32_t serialLen = 0, keyIdLen = 0;
+        EXPECT_EQ(GetCmsSignerInfoSignerIdentifier(info, &issuer, nullptr, &serialLen, nullptr, &keyIdLen), TV_OK);
+        if (issuer) Add(parts, signer + "/issuer", "name", Get(EncodeX509Name, issuer));
+        Add(parts, signer + "/signedAttrs", "attributes", Get(GetCmsSignerInfoEncodedSignedAttributes, info));
+    }
+    return parts;
+}
+
+// Requested extensions, under either attribute OID, are an extension list; a signingCertificateV2
+// value has its own codec.
 std::vector<Entry> AttributeParts(void* h, const std::string& label) {
     const auto* attributes = static_cast<const RsaAttributes*>(h);
     static const Bytes kRequested[] = {Packed("1.2.840.113549.1.9.14"), Packed("1.3.6.1.4.1.311.2.1.14")};
+    static const Bytes kSigningCertificateV2 = Packed("1.2.840.113549.1.9.16.2.47");
     std::vector<Entry> parts;
     uint32_t count = 0;
     EXPECT_EQ(GetRsaAttributesAttributesCount(attributes, &count), TV_OK);
     for (uint32_t i = 0; i < count; ++i) {
-        if (std::count(std::begin(kRequested), std::end(kRequested), Get(GetRsaAttributesAttributeOid, attributes, i).bytes))
+        const Bytes oid = Get(GetRsaAttributesAttributeOid, attributes, i).bytes;
+        if (std::count(std::begin(kRequested), std::end(kRequested), oid))
             Add(parts, label + "/requested", "extensions", Get(GetRsaAttributesAttributeValue, attributes, i, 0u));
+        if (oid == kSigningCertificateV2)
+            Add(parts, label + "/signingCertificateV2", "signingCertificateV2", Get(GetRsaAttributesAttributeValue, attributes, i, 0u));
     }
     return parts;
 }
@@ -453,6 +489,10 @@ const std::map<std::string, Family>& Families() {
                                        GetOcspBasicResponseToBeSignedPart, OcspBasicParts);
         m["ocspSingleResponse"] = Codec(DecodeOcspSingleResponse, EncodeOcspSingleResponse, FreeOcspSingleResponse,
                                         nullptr, nullptr, OcspSingleParts);
+        m["cmsContentInfo"] = Codec(DecodeCmsContentInfo, EncodeCmsContentInfo, FreeCmsContentInfo, CreateCmsContentInfoCopy,
+                                    nullptr, CmsContentInfoParts);
+        m["cmsSignedData"] = Codec(DecodeCmsSignedData, EncodeCmsSignedData, FreeCmsSignedData, CreateCmsSignedDataCopy,
+                                   nullptr, CmsSignedDataParts);
         m["name"] = Codec(DecodeX509Name, EncodeX509Name, FreeX509Name, CopyX509Name);
         m["name"].compare = [](const void* a, const void* b) {
             return CompareX509Names(static_cast<const X509Name*>(a), static_cast<const X509Name*>(b));
