@@ -106,6 +106,10 @@ bool Children(const Element& parent, std::vector<Element>& out);
 inline bool Is(const Element& e, uint8_t cls, uint32_t tag) { return e.cls == cls && e.tag == tag; }
 inline bool IsUniversal(const Element& e, uint32_t tag) { return Is(e, ASN1_CLASS_UNIVERSAL, tag); }
 
+// What the outer header alone says about bytes that did not decode as the SEQUENCE they should be
+// (": truncated, 100 of 300 bytes"), or nothing when it looks whole.
+std::string OuterProblem(const Bytes& der);
+
 // Text of a string element, or its hex when it is not a string.
 std::string ElementText(const Element& e);
 

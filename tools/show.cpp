@@ -135,20 +135,6 @@ std::string KindNames() {
     return s;
 }
 
-// What the outer header alone says about bytes that no decoder took.
-std::string OuterProblem(const Bytes& der) {
-    uint8_t cls = 0, cons = 0;
-    uint32_t tag = 0, len = 0, indefinite = 0, header = 0;
-    if (GetAsn1ObjectInfo(der.data(), static_cast<uint32_t>(der.size()), &cls, &cons, &tag, &len, &indefinite,
-                          &header) != TV_OK)
-        return ": no DER header";
-    if (cls != ASN1_CLASS_UNIVERSAL || tag != ASN1_SEQUENCE) return ": does not start with a SEQUENCE";
-    if (!indefinite && uint64_t{header} + len > der.size())
-        return ": truncated, " + std::to_string(der.size()) + " of " + std::to_string(uint64_t{header} + len) +
-               " bytes";
-    return "";
-}
-
 }  // namespace
 
 int ShowObject(const char* path, const std::vector<uint8_t>& der) {

@@ -410,6 +410,7 @@ uint32_t DecodeSignedMessage(const Bytes& der, CmsSignedData** signedData, std::
     problem.clear();
     CmsContentInfo* info = nullptr;
     uint32_t rc = DecodeCmsContentInfo(der.data(), static_cast<uint32_t>(der.size()), &info);
+    if (rc != TV_OK) problem = rc == TV_ERR_INDEFINITE ? ": an indefinite length never ends" : OuterProblem(der);
     uint8_t type[256];
     uint32_t typeLen = sizeof type;
     if (rc == TV_OK) rc = GetCmsContentInfoTypeOid(info, type, &typeLen);
@@ -448,6 +449,7 @@ int ListSigners(const char* path, const Bytes& der) {
         std::fprintf(stderr, "tarvelon: %s: not a CMS signed message%s (status %u)\n", path, problem.c_str(), rc);
         return 1;
     }
+    if (count == 0) std::printf("no signers\n");
     int failures = 0;
     for (uint32_t number = 1; number <= count; ++number) {
         LibraryTime t{};
