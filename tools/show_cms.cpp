@@ -279,12 +279,21 @@ std::string CrlLine(uint32_t kind, const Bytes& der) {
 }
 
 // The certificates or the CRLs of the message, one line each; none prints nothing.
-template <class LineOf>
-void PrintStored(Report& report, const char* title, uint32_t countRc, uint32_t count, LineOf&& lineOf) {
-    if (countRc == TV_ERR_ABSENT) count = 0, countRc = TV_OK;
-    if (countRc != TV_OK) Print(1, std::string(title) + ": " + report.Failed(countRc));
+void PrintStored(Report& report, const char* title, const CmsSignedData* sd,
+                 uint32_t (*countOf)(const CmsSignedData*, uint32_t*),
+                 uint32_t (*get)(const CmsSignedData*, uint32_t, uint32_t*, uint8_t*, uint32_t*),
+                 std::string (*lineOf)(uint32_t kind, const Bytes& der)) {
+    uint32_t count = 0;
+    uint32_t rc = countOf(sd, &count);
+    if (rc == TV_ERR_ABSENT) count = 0, rc = TV_OK;
+    if (rc != TV_OK) Print(1, std::string(title) + ": " + report.Failed(rc));
     if (count) Print(1, std::string(title) + " (" + std::to_string(count) + "):");
-    for (uint32_t i = 0; i < count; ++i) Print(2, lineOf(i));
+    for (uint32_t i = 0; i < count; ++i) {
+        uint32_t kind = 0;
+        Bytes der;
+        rc = Fetch(der, [&](uint8_t* o, uint32_t* n) { return get(sd, i, &kind, o, n); });
+        Print(2, rc == TV_OK ? lineOf(kind, der) : report.Failed(rc));
+    }
 }
 
 std::string SignerIdentifier(Report& report, CmsSignerInfo* signer) {
@@ -348,22 +357,9 @@ int ShowSignedData(CmsSignedData* sd) {
         Print(2, got == TV_OK ? AlgorithmText(alg.oid) : report.Failed(got));
     }
 
-    rc = GetCmsSignedDataCertificatesCount(sd, &count);
-    PrintStored(report, "Certificates", rc, count, [&](uint32_t i) {
-        uint32_t kind = 0;
-        Bytes der;
-        const uint32_t got =
-            Fetch(der, [&](uint8_t* o, uint32_t* n) { return GetCmsSignedDataEncodedCertificate(sd, i, &kind, o, n); });
-        return got == TV_OK ? CertificateLine(kind, der) : report.Failed(got);
-    });
-    rc = GetCmsSignedDataCrlsCount(sd, &count);
-    PrintStored(report, "CRLs", rc, count, [&](uint32_t i) {
-        uint32_t kind = 0;
-        Bytes der;
-        const uint32_t got =
-            Fetch(der, [&](uint8_t* o, uint32_t* n) { return GetCmsSignedDataEncodedCrl(sd, i, &kind, o, n); });
-        return got == TV_OK ? CrlLine(kind, der) : report.Failed(got);
-    });
+    PrintStored(report, "Certificates", sd, GetCmsSignedDataCertificatesCount, GetCmsSignedDataEncodedCertificate,
+                CertificateLine);
+    PrintStored(report, "CRLs", sd, GetCmsSignedDataCrlsCount, GetCmsSignedDataEncodedCrl, CrlLine);
 
     rc = GetCmsSignedDataSignerInfosCount(sd, &count);
     if (rc == TV_ERR_ABSENT) count = 0, rc = TV_OK;
