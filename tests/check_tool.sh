@@ -206,6 +206,14 @@ for want in '  Content: detached' '    attribute certificate v1, 5 bytes' '    o
   '      Identifier: key id 01:02:03:04' '        messageDigest: 3 bytes (not decoded, status 302)' \
   '      Unsigned attributes (1):' '        1.2.3.4: 5 bytes'; do check line "$want" show "$tmp/made.p7"; done
 check line '1: no signing time, Подписант не найден' signers "$tmp/made.p7"
+# A signingTime with two values: each is shown, but it names no one time for signers.
+twice=$(tlv 30 "020101$(tlv 30 "$issuer$(tlv 02 07)")$sha256$(tlv a0 "$(attr 2a864886f70d010905 "$when$when")")300d06092a864886f70d0101010500$(tlv 04 0102)")
+bytes "$(signedData "$(tlv 31 "$twice")")" > "$tmp/twice.p7"
+check line '      Identifier: issuer CN=A, serial 07' show "$tmp/twice.p7"
+[ "$("$tool" show "$tmp/twice.p7" | grep -cx '        signingTime: 2025-01-01 00:00:00 UTC')" -eq 2 ] || fail "two signing times not shown"
+check fail 'twice\.p7: 1 field\(s\) could not be read' signers "$tmp/twice.p7"
+# The status stands in for the time; the display text has a '?' per octet of a PrintableString.
+[ "$("$tool" signers "$tmp/twice.p7" 2>/dev/null)" = '1: <unreadable, status 323>, ?' ] || fail "signers of twice.p7"
 bytes "$(signedData 3100)" > "$tmp/nosigners.p7"
 check line '  Signers: 0' show "$tmp/nosigners.p7"
 check line 'no signers' signers "$tmp/nosigners.p7"

@@ -377,8 +377,10 @@ int ShowSignedData(CmsSignedData* sd) {
     return report.failures;
 }
 
+
 // The signer texts are the library's display texts in code page 1251; the terminal gets UTF-8.
-std::string SignerName(CmsSignedData* sd, uint32_t number, const Bytes& der) {
+// Failures count in the report and show in place of the name.
+std::string SignerName(Report& report, CmsSignedData* sd, uint32_t number, const Bytes& der) {
     const auto len = static_cast<uint32_t>(der.size());
     uint32_t textLen = 0;
     uint32_t rc = GetBufferCmsSignatureTimeAndCN(number, der.data(), len, nullptr, nullptr, &textLen);
@@ -386,15 +388,14 @@ std::string SignerName(CmsSignedData* sd, uint32_t number, const Bytes& der) {
     if (rc == TV_OK) rc = GetBufferCmsSignatureTimeAndCN(number, der.data(), len, nullptr, ansi.data(), &textLen);
     // A key identifier longer than the display text allows has no text: show the identifier itself.
     CmsSignerInfo* signer = nullptr;
-    Report unused;
     if (rc == TV_ERR_BUFFER_TOO_SMALL && GetCmsSignedDataSignerInfo(sd, number - 1, &signer) == TV_OK)
-        return SignerIdentifier(unused, signer);
-    if (rc != TV_OK) return "<no name, status " + std::to_string(rc) + ">";
+        return SignerIdentifier(report, signer);
+    if (rc != TV_OK) return report.Failed(rc);
     ansi.resize(textLen);
-    std::string utf8(3 * ansi.size() + 1, '\0');  // no code page 1251 letter takes more than 3 octets
+    // No code page 1251 character takes more than 3 octets; the converter asks for 2n + 20 at least.
+    std::string utf8(3 * ansi.size() + 20, '\0');
     auto utf8Len = static_cast<uint32_t>(utf8.size());
-    if ((rc = ConvertAnsiToUTF8(ansi.c_str(), utf8.data(), &utf8Len)) != TV_OK)
-        return "<no name, status " + std::to_string(rc) + ">";
+    if ((rc = ConvertAnsiToUTF8(ansi.c_str(), utf8.data(), &utf8Len)) != TV_OK) return report.Failed(rc);
     utf8.resize(utf8Len);
     return PlainText(reinterpret_cast<const uint8_t*>(utf8.data()), utf8.size());
 }
@@ -446,20 +447,17 @@ int ListSigners(const char* path, const Bytes& der) {
         return 1;
     }
     if (count == 0) std::printf("no signers\n");
-    int failures = 0;
+    Report report;
     for (uint32_t number = 1; number <= count; ++number) {
         LibraryTime t{};
         rc = GetBufferCmsSignatureTime(number, der.data(), static_cast<uint32_t>(der.size()), &t);
-        const std::string time = rc == TV_OK               ? TimeText(t)
-                                 : rc == TV_ERR_NOT_FOUND ? std::string("no signing time")
-                                                          : "<unreadable signing time, status " + std::to_string(rc) + ">";
-        failures += rc != TV_OK && rc != TV_ERR_NOT_FOUND;
-        std::printf("%u: %s, %s\n", number, time.c_str(), SignerName(sd, number, der).c_str());
+        const std::string time = rc == TV_OK ? TimeText(t) : rc == TV_ERR_NOT_FOUND ? "no signing time" : report.Failed(rc);
+        std::printf("%u: %s, %s\n", number, time.c_str(), SignerName(report, sd, number, der).c_str());
     }
     FreeCmsSignedData(sd);
     std::fflush(stdout);
-    if (failures) {
-        std::fprintf(stderr, "tarvelon: %s: %d signing time(s) could not be read\n", path, failures);
+    if (report.failures) {
+        std::fprintf(stderr, "tarvelon: %s: %d field(s) could not be read\n", path, report.failures);
         return 1;
     }
     return 0;
