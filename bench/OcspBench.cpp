@@ -21,11 +21,10 @@
 #include <cstdio>
 #include <cstdlib>
 #include <ctime>
-#include <fstream>
-#include <iterator>
 #include <string>
 #include <vector>
 
+#include "BenchUtil.h"
 #include "tarvelon/tarvelon.h"
 
 // OpenSSL's headers cannot share a translation unit with ours (its ASN1_INTEGER... typedefs collide
@@ -90,12 +89,9 @@ namespace {
 
 constexpr int kNidSha256WithRsa = 668, kVAsn1Null = 5, kStringFlagBitsLeft = 0x08, kCertStatusGood = 0;
 
-using Bytes = std::vector<uint8_t>;
-
-Bytes Load(const std::string& relative) {
-    std::ifstream f(std::string(TV_FIXTURES) + "/" + relative, std::ios::binary);
-    return Bytes(std::istreambuf_iterator<char>(f), std::istreambuf_iterator<char>());
-}
+using bench::Bytes;
+using bench::Encoded;
+using bench::Load;
 
 X509* ToX509(const Bytes& der) {
     const unsigned char* p = der.data();
@@ -123,15 +119,6 @@ struct Fixture {
     ASN1_TIME* nextUpdate = nullptr;
     Bytes signature = Bytes(256, 0x5A);
 };
-
-// The size protocol: the size, then the octets; empty on failure.
-template <class T>
-Bytes Encoded(uint32_t (*encode)(const T*, uint8_t*, uint32_t*), const T* handle) {
-    uint32_t n = 0;
-    if (encode(handle, nullptr, &n) != 0) return {};
-    Bytes out(n);
-    return encode(handle, out.data(), &n) == 0 ? out : Bytes{};
-}
 
 Bytes TarvelonRespond(const Fixture& f, bool withCert) {
     OcspRequest* request = nullptr;

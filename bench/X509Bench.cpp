@@ -18,11 +18,10 @@
 #include <benchmark/benchmark.h>
 
 #include <cstdlib>
-#include <fstream>
-#include <iterator>
 #include <string>
 #include <vector>
 
+#include "BenchUtil.h"
 #include "tarvelon/tarvelon.h"
 
 // OpenSSL's headers cannot share a translation unit with ours: its ASN1_INTEGER, ASN1_BOOLEAN...
@@ -50,12 +49,8 @@ void CRYPTO_free(void* ptr, const char* file, int line);
 
 namespace {
 
-using Bytes = std::vector<uint8_t>;
-
-Bytes Load(const std::string& relative) {
-    std::ifstream f(std::string(TV_FIXTURES) + "/" + relative, std::ios::binary);
-    return Bytes(std::istreambuf_iterator<char>(f), std::istreambuf_iterator<char>());
-}
+using bench::Bytes;
+using bench::Load;
 
 const char* CertPath(const char* name) {
     static std::string path;

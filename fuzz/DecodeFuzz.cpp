@@ -15,6 +15,7 @@
 #include "tarvelon/extensions/X509Extension.h"
 #include "tarvelon/x509/pkcs10.h"
 #include "tarvelon/messages/CmsTools.h"
+#include "tarvelon/messages/Cms.h"
 #include "tarvelon/messages/Ocsp.h"
 #include "tarvelon/tarvelon.h"
 #include "tarvelon/engine/Descriptor.h"
@@ -95,6 +96,9 @@ const Shape kShapes[] = {
     {"DocInfo", &kDocInfo},
     {"CompleteRevocationRefs", &kCompleteRevocationRefs},
     {"RevocationValues", &kRevocationValues},
+    {"ContentInfo", &kContentInfo},
+    {"SignedData", &kSignedData},
+    {"SignerInfo", &kSignerInfo},
     {"INTEGER", &kInteger},
     {"OCTET STRING", &kOctetString},
     {"SET OF INTEGER", &kSetOfInteger},
@@ -278,6 +282,47 @@ void AttributeReaders(const uint8_t* data, uint32_t size) {
     }
 }
 
+// The readers of whole signed messages: every signer's time and text, each signer removed, and the
+// signer identifier matched against every certificate the message carries.
+void CmsReaders(const uint8_t* data, uint32_t size) {
+    uint32_t signers = 0, n = 0;
+    OwnedValue signedData(&kSignedData);
+    CmsContentInfo* info = nullptr;
+    if (DecodeCmsContentInfo(data, size, &info) != TV_OK) return;
+    uint8_t inner[8192];
+    n = sizeof inner;
+    if (GetCmsContentInfoContent(info, inner, &n) == TV_OK && n &&
+        DecodeCmsSignedData(inner, n, reinterpret_cast<CmsSignedData**>(signedData.Out())) == TV_OK) {
+        auto* sd = signedData.as<CmsSignedData>();
+        uint32_t certs = 0;
+        GetCmsSignedDataSignerInfosCount(sd, &signers);
+        GetCmsSignedDataCertificatesCount(sd, &certs);
+        for (uint32_t i = 0; i < signers; ++i) {
+            CmsSignerInfo* signer = nullptr;
+            if (GetCmsSignedDataSignerInfo(sd, i, &signer) != TV_OK) continue;
+            for (uint32_t c = 0; c < certs; ++c) {
+                uint8_t der[8192];
+                uint32_t kind = 0, len = sizeof der;
+                Certificate* cert = nullptr;
+                if (GetCmsSignedDataEncodedCertificate(sd, c, &kind, der, &len) == TV_OK &&
+                    DecodeCertificate(der, len, &cert) == TV_OK) {
+                    CompareSignerInfoAndCertificate(signer, cert);
+                    FreeCertificate(cert);
+                }
+            }
+        }
+    }
+    FreeCmsContentInfo(info);
+    for (uint32_t i = 1; i <= signers + 1; ++i) {
+        LibraryTime time{};
+        char text[1100];
+        uint8_t out[8192];
+        uint32_t textLen = sizeof text, outLen = sizeof out;
+        GetBufferCmsSignatureTimeAndCN(i, data, size, &time, text, &textLen);
+        DeleteBufferCmsSignerInfo(i, data, size, out, &outLen);
+    }
+}
+
 // Caller bytes stored as an ANY: what is accepted must be one whole element, so the stored header
 // spans exactly the stored octets and the ANY decoder takes all of them.
 void CallerAny(const uint8_t* data, uint32_t size) {
@@ -301,6 +346,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     PublicReaders(data, static_cast<uint32_t>(size));
     OcspReaders(data, static_cast<uint32_t>(size));
     AttributeReaders(data, static_cast<uint32_t>(size));
+    CmsReaders(data, static_cast<uint32_t>(size));
     CallerAny(data, static_cast<uint32_t>(size));
     return 0;
 }

@@ -21,6 +21,7 @@
 #include "tarvelon/x509/Certificate.h"
 #include "tarvelon/x509/X509Crl.h"
 #include "tarvelon/x509/pkcs10.h"
+#include "tarvelon/messages/Cms.h"
 #include "tarvelon/messages/CmsTools.h"
 #include "tarvelon/messages/Ocsp.h"
 
@@ -115,7 +116,7 @@ TEST(DescriptorLint, EveryRootIsClean) {
         ROOT(RevokedCertificates), ROOT(CertificationRequest), ROOT(OcspRequest), ROOT(OcspResponse),
         ROOT(BasicOcspResponse), ROOT(BasicOcspResponses), ROOT(SingleResponse), ROOT(SigningCertificate),
         ROOT(SigningCertificateV2), ROOT(OtherSigningCertificate), ROOT(AtsHashIndex), ROOT(ExtSubjInfo), ROOT(DocInfo),
-        ROOT(CompleteRevocationRefs), ROOT(RevocationValues),
+        ROOT(CompleteRevocationRefs), ROOT(RevocationValues), ROOT(ContentInfo), ROOT(SignedData), ROOT(SignerInfo),
     };
 #undef ROOT
     // What the peers' layouts make the lint report: reasons under [1], the tag of onlyContainsUserCerts,

@@ -1,6 +1,9 @@
 #include "tarvelon/engine/Error.h"
 
+#include <sys/mman.h>
+
 #include <atomic>
+#include <cstdlib>
 
 #include "tarvelon/engine/Engine.h"
 
@@ -23,6 +26,15 @@ std::atomic<uint32_t> gLastLine{0};
 
 namespace testing {
 std::atomic<long> gAllocsBeforeFailure{-1};
+}
+
+void* AllocLarge(size_t n) noexcept {
+    constexpr size_t kHugePage = size_t{2} << 20;
+    void* p = nullptr;
+    if (posix_memalign(&p, kHugePage, n) != 0) return nullptr;
+    // Advice only: where transparent huge pages are off the block is an ordinary one.
+    madvise(p, n, MADV_HUGEPAGE);
+    return p;
 }
 
 const char* ModuleName(Module m) noexcept { return kModuleNames[static_cast<size_t>(m)]; }

@@ -4,6 +4,7 @@
 // in memory or on files. The caller's provider does every digest and signature.
 #include <cstdio>
 #include <cstring>
+#include <utility>
 
 #include "tarvelon/messages/Cms.h"
 #include "tarvelon/messages/CmsTools.h"
@@ -71,40 +72,45 @@ uint32_t FillSignedAttributes(CmsSignerInfo* signerInfo, const uint8_t* digest, 
     return extra ? AppendRsaAttributes(attributes, extra) : uint32_t{TV_OK};
 }
 
-// A ContentInfo of type id-signedData around `signedData`, written straight into the caller's
-// buffer under the size protocol: the SignedData is encoded once, in place, behind the two headers
-// written here, instead of being encoded into a block that a ContentInfo then copies.
+// ContentInfo ::= SEQUENCE { contentType OBJECT IDENTIFIER, content [0] EXPLICIT SignedData }: the
+// ContentInfo of a signed message with its content typed, so that a message is read into its
+// SignedData in one pass (no copy of the inner encoding) and written straight into the caller's
+// buffer (no SignedData encoding for a ContentInfo to copy).
+constexpr auto kSignedMessageParts = Slots<ContentInfoSlot>({
+    {ContentInfoSlot::kContentType, &kOid},            // contentType  ContentType (id-signedData)
+    {ContentInfoSlot::kContent, &kSignedDataContent},  // content      [0] EXPLICIT SignedData
+});
+constexpr Asn1Descriptor kSignedMessage = Sequence(kSignedMessageParts);
+
 uint32_t WriteSignedMessage(const CmsSignedData* signedData, uint8_t* out, uint32_t* outLen) noexcept {
-    uint32_t inner = 0;
-    TV_TRY(EncodeSized(TV_SITE, signedData, &kSignedData, nullptr, &inner));
-    const size_t typeLen = HeaderSize(ASN1_OBJECT_IDENTIFIER, oid::kSignedData[0]) + oid::kSignedData[0];
-    const size_t explicitLen = HeaderSize(0, inner) + inner;
-    const size_t total = HeaderSize(ASN1_SEQUENCE, typeLen + explicitLen) + typeLen + explicitLen;
-    if (total > UINT32_MAX) return TV_FAIL(TV_ERR_LENGTH_TOO_LONG);
-    if (!out || *outLen < total) {
-        *outLen = static_cast<uint32_t>(total);
-        return out ? TV_FAIL(TV_ERR_BUFFER_TOO_SMALL) : uint32_t{TV_OK};
-    }
-    uint8_t* p = WriteHeader(out, ASN1_CLASS_UNIVERSAL, ASN1_CONSTRUCTED_FORM, ASN1_SEQUENCE, typeLen + explicitLen);
-    p = WriteHeader(p, ASN1_CLASS_UNIVERSAL, ASN1_PRIMITIVE_FORM, ASN1_OBJECT_IDENTIFIER, oid::kSignedData[0]);
-    std::memcpy(p, oid::kSignedData + 1, oid::kSignedData[0]);
-    p = WriteHeader(p + oid::kSignedData[0], ASN1_CLASS_CONTEXT, ASN1_CONSTRUCTED_FORM, 0, inner);
-    uint32_t innerLen = inner;
-    TV_TRY(EncodeSized(TV_SITE, signedData, &kSignedData, p, &innerLen));
-    *outLen = static_cast<uint32_t>(total);
-    return TV_OK;
+    Asn1Primitive type{ASN1_OBJECT_IDENTIFIER, oid::kSignedData[0], const_cast<uint8_t*>(oid::kSignedData + 1)};
+    const void* message[] = {&type, signedData};
+    return EncodeSized(TV_SITE, message, &kSignedMessage, out, outLen);
 }
 
-// The SignedData of an encoded ContentInfo: 32 for no message, 314 when it is not id-signedData.
+bool IsSignedDataType(const void* oid) noexcept {
+    const auto* type = static_cast<const Asn1Primitive*>(oid);
+    return type && type->length == oid::kSignedData[0] &&
+           std::memcmp(type->content, oid::kSignedData + 1, oid::kSignedData[0]) == 0;
+}
+
+// The SignedData of an encoded ContentInfo: 32 for no message, 314 when it is not id-signedData
+// (told apart from a broken SignedData by reading the input as a plain ContentInfo), 311 without
+// content.
 uint32_t DecodeSignedMessage(const uint8_t* in, uint32_t inLen, OwnedValue& signedData) noexcept {
     if (!in || inLen == 0) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
-    OwnedValue info(&kContentInfo);
-    TV_TRY(DecodeT(kContentInfoFamily, in, inLen, reinterpret_cast<CmsContentInfo**>(info.Out())));
-    const auto* type = static_cast<const Asn1Primitive*>(Slot(info.get(), ContentInfoSlot::kContentType));
-    if (!type || type->length != oid::kSignedData[0] ||
-        std::memcmp(type->content, oid::kSignedData + 1, oid::kSignedData[0]) != 0)
-        return TV_FAIL(TV_ERR_NOT_SIGNED_DATA);
-    return DecodeCarried(TV_SITE, Slot(info.get(), ContentInfoSlot::kContent), kSignedDataFamily, signedData.Out());
+    OwnedValue message(&kSignedMessage);
+    if (const uint32_t rc = Asn1DecodeItem(in, inLen, &kSignedMessage, message.Out(), nullptr); rc != TV_OK) {
+        OwnedValue plain(&kContentInfo);
+        if (Asn1DecodeItem(in, inLen, &kContentInfo, plain.Out(), nullptr) == TV_OK &&
+            !IsSignedDataType(Slot(plain.get(), ContentInfoSlot::kContentType)))
+            return TV_FAIL(TV_ERR_NOT_SIGNED_DATA);
+        return rc;
+    }
+    if (!IsSignedDataType(Slot(message.get(), ContentInfoSlot::kContentType))) return TV_FAIL(TV_ERR_NOT_SIGNED_DATA);
+    *signedData.Out() = std::exchange(Slot(message.get(), ContentInfoSlot::kContent), nullptr);
+    if (!signedData.get()) return TV_FAIL(TV_ERR_ABSENT);
+    return TV_OK;
 }
 
 // The signer `number` (from 1) of a decoded message: 322 when there is no such signer.

@@ -65,6 +65,8 @@ enum class SignedDataSlot : uint32_t {
     kCount
 };
 extern const Asn1Descriptor kSignedData;
+// content [0] EXPLICIT SignedData: a ContentInfo's content where the message is known to be signed.
+extern const Asn1Descriptor kSignedDataContent;
 
 }  // namespace tv::desc
 

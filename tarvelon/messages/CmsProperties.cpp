@@ -83,6 +83,7 @@ constexpr auto kSignedDataParts = Slots<SignedDataSlot>({
 }  // namespace
 
 constinit const Asn1Descriptor kSignedData = Sequence(kSignedDataParts);
+constinit const Asn1Descriptor kSignedDataContent = Explicit(0, Sequence(kSignedDataParts));
 
 }  // namespace tv::desc
 
@@ -99,9 +100,9 @@ using E = EncapsulatedContentInfoSlot;
 using I = SignerInfoSlot;
 using A = IssuerAndSerialNumberSlot;
 
-constinit const Family kDigestAlgorithmsFamily{Component(kSignedData, D::kDigestAlgorithms), Module::CmsProperties, 0};
-constinit const Family kSignerInfosFamily{Component(kSignedData, D::kSignerInfos), Module::CmsProperties, 0};
-constinit const Family kElementsFamily{Component(kSignedData, D::kCertificates), Module::CmsProperties, 0};
+constinit const Family kDigestAlgorithmsFamily{&kDigestAlgorithms, Module::CmsProperties, 0};
+constinit const Family kSignerInfosFamily{&kSignerInfos, Module::CmsProperties, 0};
+constinit const Family kElementsFamily{&kCertificateSet, Module::CmsProperties, 0};
 
 // The identifier octet each certificate kind 1..5 imposes (RFC 5652 10.2.2 CertificateChoices).
 constexpr uint8_t kCertificateKindOctet[] = {0x30, 0xA0, 0xA1, 0xA2, 0xA3};
