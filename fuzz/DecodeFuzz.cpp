@@ -17,6 +17,7 @@
 #include "tarvelon/messages/CmsTools.h"
 #include "tarvelon/messages/Cms.h"
 #include "tarvelon/messages/Ocsp.h"
+#include "tarvelon/messages/TimeStamp.h"
 #include "tarvelon/tarvelon.h"
 #include "tarvelon/engine/Descriptor.h"
 #include "tarvelon/engine/Engine.h"
@@ -99,6 +100,10 @@ const Shape kShapes[] = {
     {"ContentInfo", &kContentInfo},
     {"SignedData", &kSignedData},
     {"SignerInfo", &kSignerInfo},
+    {"TimeStampReq", &kTimeStampRequest},
+    {"TimeStampResp", &kTimeStampResponse},
+    {"TSTInfo", &kTstInfo},
+    {"SeveralData", &kSeveralData},
     {"INTEGER", &kInteger},
     {"OCTET STRING", &kOctetString},
     {"SET OF INTEGER", &kSetOfInteger},
@@ -323,6 +328,35 @@ void CmsReaders(const uint8_t* data, uint32_t size) {
     }
 }
 
+// The one-call time-stamp readers, every output asked for, and every handle they hand out freed.
+void TimeStampReaders(const uint8_t* data, uint32_t size) {
+    uint8_t b[6][256];
+    uint32_t n[6], version = 0, flag = 0;
+    const auto room = [&] {
+        for (uint32_t& len : n) len = sizeof b[0];
+    };
+    X509Extensions* extensions = nullptr;
+    room();
+    if (DecodeTimeStampReq(data, size, &version, b[0], &n[0], b[1], &n[1], b[2], &n[2], b[3], &n[3], b[4], &n[4], &flag,
+                           &extensions) != TV_ERR_INVALID_ARGUMENT)
+        FreeX509Extensions(extensions);
+    extensions = nullptr;
+    GeneralName* tsa = nullptr;
+    LibraryPreciseTime time{};
+    Accuracy accuracy{};
+    room();
+    DecodeTSTInfo(data, size, &version, b[0], &n[0], b[1], &n[1], b[2], &n[2], b[3], &n[3], b[4], &n[4], &time, &accuracy,
+                  &flag, b[5], &n[5], &tsa, &extensions);
+    FreeX509GeneralName(tsa);
+    FreeX509Extensions(extensions);
+    PKIFreeText* text = nullptr;
+    CmsContentInfo* token = nullptr;
+    if (DecodeTimeStampResp(data, size, &version, &text, &flag, &token) == TV_OK) {
+        FreePKIFreeText(text);
+        FreeCmsContentInfo(token);
+    }
+}
+
 // Caller bytes stored as an ANY: what is accepted must be one whole element, so the stored header
 // spans exactly the stored octets and the ANY decoder takes all of them.
 void CallerAny(const uint8_t* data, uint32_t size) {
@@ -347,6 +381,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     OcspReaders(data, static_cast<uint32_t>(size));
     AttributeReaders(data, static_cast<uint32_t>(size));
     CmsReaders(data, static_cast<uint32_t>(size));
+    TimeStampReaders(data, static_cast<uint32_t>(size));
     CallerAny(data, static_cast<uint32_t>(size));
     return 0;
 }

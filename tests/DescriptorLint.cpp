@@ -24,6 +24,7 @@
 #include "tarvelon/messages/Cms.h"
 #include "tarvelon/messages/CmsTools.h"
 #include "tarvelon/messages/Ocsp.h"
+#include "tarvelon/messages/TimeStamp.h"
 
 namespace {
 
@@ -117,6 +118,7 @@ TEST(DescriptorLint, EveryRootIsClean) {
         ROOT(BasicOcspResponse), ROOT(BasicOcspResponses), ROOT(SingleResponse), ROOT(SigningCertificate),
         ROOT(SigningCertificateV2), ROOT(OtherSigningCertificate), ROOT(AtsHashIndex), ROOT(ExtSubjInfo), ROOT(DocInfo),
         ROOT(CompleteRevocationRefs), ROOT(RevocationValues), ROOT(ContentInfo), ROOT(SignedData), ROOT(SignerInfo),
+        ROOT(TimeStampRequest), ROOT(TimeStampResponse), ROOT(TstInfo), ROOT(SeveralData),
     };
 #undef ROOT
     // What the peers' layouts make the lint report: reasons under [1], the tag of onlyContainsUserCerts,

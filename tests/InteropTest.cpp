@@ -2,13 +2,17 @@
 // a CRL revoking it and a PKCS#10 request are built field by field through the C API, signed by the
 // openssl command line over the to-be-signed bytes the library hands out, and then checked by
 // `openssl verify`, `openssl crl -verify` and `openssl req -verify`; OCSP responses and requests go
-// both ways with `openssl ocsp`. Once with GOST R 34.10-2012 (256-bit, paramset A) keys, once with
-// RSA 2048.
+// both ways with `openssl ocsp`; CMS signed messages signed the external way (openssl hashes and
+// signs, the library assembles) pass `openssl cms -verify`, and the library reads and trims the
+// signers of messages from either side. Once with GOST R 34.10-2012 (256-bit, paramset A) keys, once
+// with RSA 2048.
+#include <iconv.h>
 #include <sys/wait.h>
 
 #include <algorithm>
 #include <array>
 #include <cstdio>
+#include <ctime>
 #include <filesystem>
 #include <fstream>
 #include <functional>
@@ -41,13 +45,43 @@ void WriteFile(const std::string& path, const Bytes& b) {
     ASSERT_TRUE(f.good()) << path;
 }
 
-void WritePem(const std::string& path, const Bytes& der, const char* label) {
+Bytes Pem(const Bytes& der, const char* label) {
     const Got pem = Sized([&](uint8_t* o, uint32_t* n) {
         return EncodePem(der.data(), Size(der), label, reinterpret_cast<char*>(o), n);
     });
     EXPECT_EQ(pem.rc, TV_OK);
-    WriteFile(path, pem.bytes);
+    return pem.bytes;
 }
+
+void WritePem(const std::string& path, const Bytes& der, const char* label) { WriteFile(path, Pem(der, label)); }
+
+// UTF-8 text in code page 1251, the signer texts' encoding.
+Bytes Cp1251(const std::string& utf8) {
+    iconv_t cd = iconv_open("CP1251", "UTF-8");
+    EXPECT_NE(cd, iconv_t(-1));
+    std::string in = utf8;
+    Bytes out(in.size());
+    char *from = in.data(), *to = reinterpret_cast<char*>(out.data());
+    size_t left = in.size(), room = out.size();
+    EXPECT_EQ(iconv(cd, &from, &left, &to, &room), 0u) << utf8;
+    iconv_close(cd);
+    out.resize(out.size() - room);
+    return out;
+}
+
+// The SignedData of a ContentInfo.
+Own<FreeCmsSignedData> SignedDataOf(const Bytes& msg) {
+    const auto info = Decoded<FreeCmsContentInfo>(DecodeCmsContentInfo, msg);
+    return Decoded<FreeCmsSignedData>(DecodeCmsSignedData, Get(GetCmsContentInfoContent, info.p).bytes);
+}
+
+// A signer of the CMS cases from tests/fixtures/pki, with the algorithms its SignerInfo names.
+struct CmsSigner {
+    std::string cert, ca;  // fixture stems; the key is <cert>.key.pem
+    const char* digest;    // openssl dgst digest option
+    Bytes digestOid, sigAlg, sigParams;
+    std::string issuerCn;  // UTF-8
+};
 
 struct Case {
     const char* name;
@@ -55,6 +89,7 @@ struct Case {
     const char* genpkey;  // openssl genpkey arguments
     const char* digest;   // openssl dgst digest option
     Bytes sigAlg, sigParams;
+    const CmsSigner *signer, *cosigner;  // the CMS cases' first signer and the one added to its message
 };
 
 void PrintTo(const Case& c, std::ostream* os) { *os << c.name; }
@@ -177,9 +212,10 @@ protected:
     }
 
     // The signature over `tbs`, as `openssl dgst -sign` writes it.
-    Bytes Sign(const Bytes& tbs, const std::string& key) {
+    Bytes Sign(const Bytes& tbs, const std::string& key, const char* digest = nullptr) {
         WriteFile(At("tbs"), tbs);
-        Output s = Ossl("dgst " + std::string(GetParam().digest) + " -sign " + At(key) + " -out " + At("sig") + " " + At("tbs"));
+        Output s = Ossl("dgst " + std::string(digest ? digest : GetParam().digest) + " -sign " + At(key) + " -out " +
+                        At("sig") + " " + At("tbs"));
         EXPECT_EQ(s.status, 0) << s.out;
         return ReadFile(At("sig"));
     }
@@ -233,6 +269,97 @@ protected:
         EXPECT_EQ(r.status == 0, ok) << args << "\n" << r.out;
         for (const std::string& s : says) EXPECT_NE(r.out.find(s), std::string::npos) << s << "\n" << args << "\n" << r.out;
         return r;
+    }
+
+    // The CMS cases' work directory: the signers' keys, their CAs in cas.pem and the content. Every
+    // message is signed a day after the first signer's certificate was issued, and openssl checks
+    // the chains at that time, so the fixtures' validity does not run out under the test.
+    const std::string text = "Подписываемый документ Тарвелон\r\n";
+    const Bytes content = Text(text);
+    LibraryTime when{};
+    std::string attime;
+    void PrepareCms() {
+        const Case& c = GetParam();
+        Bytes cas;
+        for (const CmsSigner* s : {c.signer, c.cosigner}) {
+            WriteFile(At(s->cert + ".key"), FixtureFile("pki/" + s->cert + ".key.pem"));
+            const Bytes pem = Pem(FixtureFile("pki/" + s->ca + ".der"), "CERTIFICATE");
+            cas.insert(cas.end(), pem.begin(), pem.end());
+        }
+        WriteFile(At("cas.pem"), cas);
+        WriteFile(At("content"), content);
+        const auto cert = Decoded<FreeCertificate>(DecodeCertificate, FixtureFile("pki/" + c.signer->cert + ".der"));
+        ASSERT_EQ(GetCertificateValidNotBefore(cert, &when), TV_OK);
+        ASSERT_EQ(AddDaysToLibTime(&when, 1), TV_OK);
+        attime = std::to_string(Epoch(when));
+    }
+
+    Bytes Digest(const char* option, const std::string& file) {
+        Output d = Ossl("dgst " + std::string(option) + " -binary -out " + At("md") + " " + file);
+        EXPECT_EQ(d.status, 0) << d.out;
+        return ReadFile(At("md"));
+    }
+
+    // A message signed by `s` the external way: openssl hashes the content and signs the attributes
+    // the library hands out, the library assembles the message (onto `existing`, when given) with
+    // the signer's certificate.
+    Bytes SignCms(const CmsSigner& s, bool attached, const LibraryTime* time, const Bytes& existing = {},
+                  const RsaAttributes* extra = nullptr) {
+        const Bytes digest = Digest(s.digest, At("content")), cert = FixtureFile("pki/" + s.cert + ".der");
+        const Bytes tbs = extra ? Get(GetCmsSignedDataToBeSignedPart2, digest.data(), Size(digest), time, extra).bytes
+                                : Get(GetCmsSignedDataToBeSignedPart, digest.data(), Size(digest), time).bytes;
+        EXPECT_EQ(tbs.empty() ? 0 : tbs[0], 0x31);
+        // openssl's CMS signs (and checks) the DER SET of the attributes as `openssl dgst -sign` signs
+        // any input, GOST included: `cms -verify` accepts the output as it is, no octets reordered.
+        const Bytes sig = Sign(tbs, s.cert + ".key", s.digest);
+        const uint8_t* certs[] = {cert.data()};
+        const uint32_t lens[] = {Size(cert)};
+        const Got msg = Sized([&](uint8_t* o, uint32_t* n) {
+            return CreateCmsFileSignature2(attached ? content.data() : nullptr, attached ? Size(content) : 0, digest.data(),
+                                           Size(digest), time ? time : &when, s.digestOid.data(), nullptr, 0, cert.data(), Size(cert),
+                                           certs, lens, 1, s.sigAlg.data(), s.sigParams.data(), Size(s.sigParams), 1,
+                                           extra, 0, sig.data(), Size(sig), existing.empty() ? nullptr : existing.data(),
+                                           Size(existing), o, n);
+        });
+        EXPECT_EQ(msg.rc, TV_OK);
+        return time ? msg.bytes : Untimed(msg.bytes, digest, tbs);
+    }
+
+    // CreateCmsFileSignature2 wants a signing time along with signed attributes, so the message
+    // without one is the timed message with its last signer's attributes filled again, no time given.
+    Bytes Untimed(const Bytes& msg, const Bytes& digest, const Bytes& tbs) {
+        const auto sd = SignedDataOf(msg);
+        CmsSignerInfo* signer = nullptr;
+        RsaAttributes* attributes = nullptr;
+        uint32_t count = 0;
+        for (uint32_t rc : {GetCmsSignedDataSignerInfosCount(sd, &count), GetCmsSignedDataSignerInfo(sd, count - 1, &signer),
+                            GetCmsSignerInfoSignedAttributes(signer, &attributes), ClearRsaAttributes(attributes),
+                            FillCmsSignerInfoWithSignedAttributes(signer, digest.data(), Size(digest), nullptr)})
+            EXPECT_EQ(rc, TV_OK);
+        EXPECT_EQ(Get(GetCmsSignerInfoEncodedSignedAttributes, signer).bytes, tbs);
+        const Bytes inner = Get(EncodeCmsSignedData, sd.p).bytes;
+        const auto info = Made<FreeCmsContentInfo>(CreateCmsContentInfo);
+        EXPECT_EQ(SetCmsContentInfoTypeOid(info, Packed("1.2.840.113549.1.7.2").data()), TV_OK);
+        EXPECT_EQ(SetCmsContentInfoContent(info, inner.data(), Size(inner)), TV_OK);
+        return Get(EncodeCmsContentInfo, info.p).bytes;
+    }
+
+    // `openssl cms -verify` of a message (detached: given the content), which prints the content
+    // when every signer verifies, or fails saying `failure`.
+    void CmsVerify(const Bytes& msg, bool detached, const std::string& options = "", const char* failure = nullptr) {
+        WriteFile(At("msg.der"), msg);
+        Expect("cms -verify -binary -inform DER -in " + At("msg.der") + " -CAfile " + At("cas.pem") + " -attime " + attime +
+                   (detached ? " -content " + At("content") : "") + options,
+               failure ? std::vector<std::string>{"Verification failure", failure}
+                       : std::vector<std::string>{"Verification successful", text},
+               !failure);
+    }
+
+    static time_t Epoch(const LibraryTime& t) {
+        std::tm x{};
+        x.tm_year = int(t.year) - 1900, x.tm_mon = int(t.month) - 1, x.tm_mday = int(t.day);
+        x.tm_hour = int(t.hour), x.tm_min = int(t.minute), x.tm_sec = int(t.second);
+        return timegm(&x);
     }
 };
 
@@ -494,12 +621,100 @@ TEST_P(Interop, OpenSslExchangesOcspMessages) {
     EXPECT_EQ(Get(GetX509ExtensionsExtensionValue, exts, nonceOid.data()).bytes, ourNonce) << "the nonce did not come back";
 }
 
+// The external-signature workflow with openssl as the signer's provider, checked by `openssl cms
+// -verify`: with and without signing time, detached and attached; a second signer added to the
+// message (one digestAlgorithms entry when both use the same digest); CAdES-BES with the signer's
+// certificate hash, which `-cades` checks.
+TEST_P(Interop, OpenSslVerifiesExternallySignedCms) {
+    const Case& c = GetParam();
+    ASSERT_NO_FATAL_FAILURE(PrepareCms());
+    for (const LibraryTime* time : {&when, static_cast<LibraryTime*>(nullptr)})
+        for (const bool attached : {true, false}) {
+            SCOPED_TRACE(std::string(time ? "with" : "without") + " signing time, " + (attached ? "attached" : "detached"));
+            CmsVerify(SignCms(*c.signer, attached, time), !attached);
+        }
+
+    const Bytes both = SignCms(*c.cosigner, true, &when, SignCms(*c.signer, true, &when));
+    CmsVerify(both, false);
+    const auto sd = SignedDataOf(both);
+    EXPECT_EQ(Counted(GetCmsSignedDataSignerInfosCount, sd.p), "2");
+    EXPECT_EQ(Counted(GetCmsSignedDataDigestAlgorithmsCount, sd.p), c.signer->digestOid == c.cosigner->digestOid ? "1" : "2");
+
+    const Bytes certHash = Digest("-sha256", Fixture("pki/" + c.signer->cert + ".der"));
+    for (const bool right : {true, false}) {
+        SCOPED_TRACE(right ? "the signer's certificate hash" : "a wrong hash");
+        Bytes hash = certHash;
+        hash.back() ^= right ? 0 : 1;
+        Own<FreeESSCertIDsV2> ids;
+        Own<FreeRsaAttributes> extra;
+        uint32_t index = 0;
+        ASSERT_EQ(CreateESSCertIDsV2(&ids.p), TV_OK);
+        ASSERT_EQ(AddESSCertIDv2ToList(ids, Packed("2.16.840.1.101.3.4.2.1").data(), nullptr, 0, hash.data(), Size(hash),
+                                       nullptr, nullptr, 0), TV_OK);
+        const Bytes value =
+            Get(EncodeRsaAttributeSigningCertificateV2Value, ids.p, static_cast<CertificatePolicies*>(nullptr)).bytes;
+        ASSERT_EQ(CreateRsaAttributes(&extra.p), TV_OK);
+        ASSERT_EQ(AddRsaAttributesAttributeWithValue(extra, Packed("1.2.840.113549.1.9.16.2.47").data(), &index, value.data(),
+                                                     Size(value)), TV_OK);
+        CmsVerify(SignCms(*c.signer, true, &when, {}, extra), false, " -cades", right ? nullptr : "ess cert id not found");
+    }
+}
+
+// Signer time and text of openssl's and the library's messages, and signers removed, from buffers
+// and from files.
+TEST_P(Interop, ReadsAndRemovesSignersOfCms) {
+    const Case& c = GetParam();
+    ASSERT_NO_FATAL_FAILURE(PrepareCms());
+    const CmsSigner& s = *c.signer;
+    WritePem(At("signer.pem"), FixtureFile("pki/" + s.cert + ".der"), "CERTIFICATE");
+    const time_t before = time(nullptr);
+    Expect("cms -sign -binary -nodetach -outform DER -in " + At("content") + " -signer " + At("signer.pem") + " -inkey " +
+               At(s.cert + ".key") + " -out " + At("theirs.der"), {});
+    const time_t after = time(nullptr);
+    const Bytes theirs = ReadFile(At("theirs.der"));
+    LibraryTime t{};
+    // The EE serials hold unprintable octets, so the text is the issuer's common name alone.
+    EXPECT_EQ(Get(GetBufferCmsSignatureTimeAndCN, 1u, theirs.data(), Size(theirs), &t).bytes, Cp1251(s.issuerCn));
+    EXPECT_LE(before, Epoch(t));
+    EXPECT_LE(Epoch(t), after);
+    EXPECT_EQ(Get(DeleteBufferCmsSignerInfo, 1u, theirs.data(), Size(theirs)).bytes, content);
+
+    const Bytes both = SignCms(*c.cosigner, true, &when, SignCms(s, true, &when));
+    for (const auto& [n, signer] : {std::pair{1u, c.signer}, {2u, c.cosigner}}) {
+        t = {};
+        EXPECT_EQ(Get(GetBufferCmsSignatureTimeAndCN, n, both.data(), Size(both), &t).bytes, Cp1251(signer->issuerCn)) << n;
+        EXPECT_TRUE(SameTime(t, when)) << n;
+    }
+    const Bytes one = Get(DeleteBufferCmsSignerInfo, 2u, both.data(), Size(both)).bytes;
+    EXPECT_EQ(Counted(GetCmsSignedDataSignerInfosCount, SignedDataOf(one).p), "1");
+    EXPECT_EQ(Get(GetBufferCmsSignatureTimeAndCN, 1u, one.data(), Size(one), &t).bytes, Cp1251(s.issuerCn));
+    CmsVerify(one, false);
+
+    WriteFile(At("both.der"), both);
+    t = {};
+    EXPECT_EQ(Get(GetCmsSignatureTimeAndCN, 2u, At("both.der").c_str(), &t).bytes, Cp1251(c.cosigner->issuerCn));
+    EXPECT_TRUE(SameTime(t, when));
+    for (const auto& [n, from, expect] : {std::tuple{2u, "both.der", one}, {1u, "theirs.der", content}}) {
+        EXPECT_EQ(DeleteCmsSignerInfo(n, At(from).c_str(), At("out").c_str()), TV_OK) << from;
+        EXPECT_EQ(ReadFile(At("out")), expect) << from;
+    }
+    EXPECT_EQ(GetCmsSignatureTimeAndCN(1, At("missing").c_str(), &t, nullptr, nullptr), TV_ERR_FILE_OPEN);
+    EXPECT_EQ(DeleteCmsSignerInfo(1, At("missing").c_str(), At("out").c_str()), TV_ERR_FILE_OPEN);
+}
+
+const CmsSigner kEeGost{"ee_gost2012_256", "ca_gost2012_256", "-md_gost12_256", Packed("1.2.643.7.1.1.2.2"),
+                        Packed("1.2.643.7.1.1.1.1"), {}, "Тестовый УЦ ГОСТ 2012-256"},
+                kEeRsa{"ee_rsa", "ca_rsa", "-sha256", Packed("2.16.840.1.101.3.4.2.1"), Packed("1.2.840.113549.1.1.1"),
+                       Hex("05 00"), "Тестовый УЦ RSA"},
+                kCaRsa{"ca_rsa", "ca_rsa", "-sha256", Packed("2.16.840.1.101.3.4.2.1"), Packed("1.2.840.113549.1.1.1"),
+                       Hex("05 00"), "Тестовый УЦ RSA"};
+
 INSTANTIATE_TEST_SUITE_P(
     , Interop,
     ::testing::Values(Case{"Gost2012_256", true, "-algorithm gost2012_256 -pkeyopt paramset:A", "-md_gost12_256",
-                           Packed("1.2.643.7.1.1.3.2"), {}},
+                           Packed("1.2.643.7.1.1.3.2"), {}, &kEeGost, &kEeRsa},
                       Case{"Rsa2048", false, "-algorithm RSA -pkeyopt rsa_keygen_bits:2048", "-sha256",
-                           Packed("1.2.840.113549.1.1.11"), Hex("05 00")}),
+                           Packed("1.2.840.113549.1.1.11"), Hex("05 00"), &kEeRsa, &kCaRsa}),
     [](const ::testing::TestParamInfo<Case>& i) { return std::string(i.param.name); });
 
 }  // namespace

@@ -137,7 +137,8 @@ TV_API uint32_t FillCmsSignerInfoWithSignedAttributes2(CmsSignerInfo* signerInfo
 TV_API uint32_t GetCmsSignedDataToBeSignedPart(const uint8_t* inDigest, uint32_t inDigestLen, const LibraryTime* signingTime, uint8_t* out, uint32_t* outLen);
 TV_API uint32_t GetCmsSignedDataToBeSignedPart2(const uint8_t* inDigest, uint32_t inDigestLen, const LibraryTime* signingTime, const RsaAttributes* extra, uint8_t* out, uint32_t* outLen);
 /* A complete ContentInfo(SignedData) with one more signer. Content null: detached. The digest and time
- * are used only with withSignedAttributes. inCerts/inCertLens: further certificates (stored once
+ * are used only with withSignedAttributes, and then both are required (32): a signer whose signed
+ * attributes carry no signingTime is built with the SignerInfo functions instead. inCerts/inCertLens: further certificates (stored once
  * each; the signer's own certificate only when it is among them). inExisting: a message to add the
  * signer to (its eContent must equal the content when both are there: 320; no content passed makes
  * the result detached). reserved is not used. */

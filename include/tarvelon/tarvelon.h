@@ -18,5 +18,6 @@
 #include "tarvelon/request.h"
 #include "tarvelon/ocsp.h"
 #include "tarvelon/cms.h"
+#include "tarvelon/timestamp.h"
 
 #endif

@@ -232,6 +232,33 @@ template <typename Fill>
     return EncodeSized(site, value.get(), &d, out, outLen);
 }
 
+// ---- values lent for one write ----------------------------------------------------------------------
+
+// Slots of a temporary tree that hold the caller's values for the time of one write (an encoder that
+// takes handles, a list added only on success): emptied again when the guard goes, so the tree's
+// own guard, declared before this one, frees only what the tree made. Release() hands the values
+// over instead.
+template <size_t N>
+struct LentSlots {
+    void** slots[N] = {};
+    LentSlots() = default;
+    LentSlots(const LentSlots&) = delete;
+    LentSlots& operator=(const LentSlots&) = delete;
+    ~LentSlots() {
+        for (void** slot : slots)
+            if (slot) *slot = nullptr;
+    }
+    // Puts `value` (null: nothing) into `slot` as entry `i`.
+    void Lend(size_t i, void** slot, const void* value) noexcept {
+        if (!value) return;
+        *slot = const_cast<void*>(value);
+        slots[i] = slot;
+    }
+    void Release() noexcept {
+        for (void**& slot : slots) slot = nullptr;
+    }
+};
+
 // ---- lists held in a slot ---------------------------------------------------------------------------
 
 // Appends a finished element to the list in `slot` (a SEQUENCE OF or SET OF of family `f`), making

@@ -923,15 +923,6 @@ uint32_t LendList(const Asn1Descriptor& d, Asn1List* list, void** slot, void*** 
     return TV_OK;
 }
 
-// Lets go of the lent lists when it goes out of scope, unless they were handed over.
-struct LentLists {
-    void** slots[2] = {nullptr, nullptr};
-    ~LentLists() {
-        for (void** slot : slots)
-            if (slot) *slot = nullptr;
-    }
-};
-
 }  // namespace
 }  // namespace tv
 
@@ -958,7 +949,7 @@ extern "C" TV_API uint32_t AddCrlOcspRefToList(CrlOcspRefs* list, CrlListIDs* cr
     if (!list || (!crlIds && !ocspIds && !other)) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
     OwnedValue ref(&desc::kCrlOcspRef);
     TV_TRY(NewStructure(TV_SITE, desc::kCrlOcspRef, ref));
-    LentLists lent;  // declared after the guard, so it lets go first
+    LentSlots<2> lent;  // declared after the guard, so it lets go first
     if (crlIds)
         TV_TRY(LendList(*Component(desc::kCrlOcspRef, S::kCrlIds), crlIds, &Slot(ref.get(), S::kCrlIds), &lent.slots[0]));
     if (ocspIds)
@@ -972,7 +963,7 @@ extern "C" TV_API uint32_t AddCrlOcspRefToList(CrlOcspRefs* list, CrlListIDs* cr
         Slot(ref.get(), S::kOtherRev) = rev.Release();
     }
     TV_TRY(ListAppendT(kCrlOcspRefsFamily, list, ref));
-    lent.slots[0] = lent.slots[1] = nullptr;  // handed over with the reference
+    lent.Release();  // handed over with the reference
     return TV_OK;
 }
 

@@ -14,6 +14,8 @@ namespace tv::desc {
 //     content      [0] EXPLICIT ANY DEFINED BY contentType OPTIONAL }
 enum class ContentInfoSlot : uint32_t { kContentType, kContent, kCount };
 extern const Asn1Descriptor kContentInfo;
+// Its components, for fields that hold a ContentInfo OPTIONAL (a time-stamp response's token).
+extern const Components<SlotCount<ContentInfoSlot>> kContentInfoParts;
 
 // EncapsulatedContentInfo ::= SEQUENCE {
 //     eContentType  ContentType,

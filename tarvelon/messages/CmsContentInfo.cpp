@@ -13,13 +13,13 @@ namespace {
 
 constexpr Asn1Descriptor kContent = Explicit(0, Optional(kAny));
 
+}  // namespace
+
 // ContentInfo ::= SEQUENCE {                                          (RFC 5652 3)
-constexpr auto kContentInfoParts = Slots<ContentInfoSlot>({
+constinit const Components<SlotCount<ContentInfoSlot>> kContentInfoParts = Slots<ContentInfoSlot>({
     {ContentInfoSlot::kContentType, &kOid},  // contentType  ContentType
     {ContentInfoSlot::kContent, &kContent},  // content      [0] EXPLICIT ANY DEFINED BY contentType OPTIONAL
 });
-
-}  // namespace
 
 constinit const Asn1Descriptor kContentInfo = Sequence(kContentInfoParts);
 
