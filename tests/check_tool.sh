@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # The command-line tool: dumps real objects, converts between DER and PEM, summarises certificates,
-# CRLs, requests and OCSP messages, and refuses broken files with one message and a non-zero exit
-# instead of crashing.
+# CRLs, requests, OCSP and CMS messages, lists a CMS message's signers, and refuses broken files with
+# one message and a non-zero exit instead of crashing.
 set -uo pipefail
 tool=$1 fixtures=$2 pki=$2/pki cert=$2/certs/rsa_ca.der pem=$2/pem/rsa_ca.pem
 ee=$pki/ee_gost2012_256.der crl=$pki/crl_gost2012_256.der req=$pki/req_gost2012_256.der
@@ -149,4 +149,88 @@ bytes "$(tlv 30 "0a0100$(tlv a0 "$(tlv 30 "06092b0601050507300101$(tlv 04 0500)"
 check fail 'basic\.der: 1 field\(s\) could not be read' show "$tmp/basic.der"
 bytes 30050a0100a000 > "$tmp/resp.der"
 check fail 'cannot decode the OCSP response \(status 302\)' show "$tmp/resp.der"
+
+# CMS: openssl's CAdES messages checked against their EXPECT rows, the same as BER, PEM and
+# detached, and broken messages.
+a=$fixtures/attributes
+expect() { sed -n "s/^$1 .* $2=\([^ ]*\).*/\1/p" "$a/EXPECT"; }  # FILE KEY: the value of KEY in FILE's row
+colons() { sed 's/../&:/g; s/:$//' <<<"$1" | tr a-f A-F; }      # hex as the tool prints it
+when() { sed -E 's/(....)(..)(..)(..)(..)(..)/\1-\2-\3 \4:\5:\6 UTC/' <<<"$1"; }
+declare -A caCN=([rsa]='Тестовый УЦ RSA' [gost]='Тестовый УЦ ГОСТ 2012-256') algName=([rsa]=sha256 [gost]='GOST R 34.11-2012 256')
+for alg in rsa gost; do
+  m=cades_$alg.der v2=cades_${alg}_signing_certificate_v2.der
+  time=$(when "$(expect $m signingTime)") digestAlg=$(expect $m digestAlg)
+  summary "$a/$m" 'Content: 28 bytes' "Digest algorithm: ${algName[$alg]} ($digestAlg)" \
+    "Identifier: issuer INN=007701234567,OGRN=1027700132195,CN=${caCN[$alg]},O=Тарвелон,C=RU, serial $(colons "$(expect $m serial)")" \
+    "Signed attributes ($(expect $m attrs)):" "signingTime: $time" "messageDigest: $(colons "$(expect $m messageDigest)")" \
+    "Certificate 1: ${algName[$alg]} ($digestAlg), hash $(colons "$(expect $v2 certHash)")" \
+    "Serial $(colons "$(expect $m serial)"), subject CN=Иванов Иван Иванович, issuer CN=${caCN[$alg]}"
+  check line "1: $time, ${caCN[$alg]}" signers "$a/$m"
+  [ "$("$tool" signers "$a/$m" | wc -l)" -eq 1 ] || fail "signers of $m: not one line"
+done
+check line '        contentType: data (1.2.840.113549.1.7.1)' show "$a/cades_rsa.der"
+check line '        smimeCapabilities: 153 bytes' show "$a/cades_rsa.der"
+"$tool" show "$a/cades_rsa.der" > "$tmp/cades.txt"
+"$tool" pem CMS "$a/cades_rsa.der" > "$tmp/cades.pem"
+sed 's/BEGIN CMS/BEGIN PKCS7/; s/END CMS/END PKCS7/' "$tmp/cades.pem" > "$tmp/cades7.pem"
+check same "$tmp/cades.txt" show "$tmp/cades.pem"
+check same "$tmp/cades.txt" show "$tmp/cades7.pem"
+# openssl's streamed BER (indefinite lengths, eContent in segments), detached, and key-identifier
+# messages; a key identifier is longer than the library's display text takes, so signers shows it.
+if command -v openssl >/dev/null; then
+  openssl x509 -inform DER -in "$pki/ee_rsa.der" -out "$tmp/ee_rsa.pem"
+  printf 'streamed' > "$tmp/content.txt"
+  declare -A options=([stream]='-stream -nodetach' [detached]='' [keyid]='-keyid')
+  for form in "${!options[@]}"; do
+    openssl cms -sign -binary ${options[$form]} -outform DER -in "$tmp/content.txt" -signer "$tmp/ee_rsa.pem" \
+      -inkey "$pki/ee_rsa.key.pem" -out "$tmp/$form.der" 2>/dev/null || fail "openssl cms $form"
+  done
+  check line "1: $(sed 's/.*signingTime: //;t;d' <("$tool" show "$tmp/keyid.der")), key id $(openssl x509 -in "$tmp/ee_rsa.pem" -noout -ext subjectKeyIdentifier | sed -n 2p | tr -d ' ')" \
+    signers "$tmp/keyid.der"
+  [ "$(head -c 2 "$tmp/stream.der" | od -An -tx1 | tr -d ' ')" = 3080 ] || fail "openssl did not stream"
+  summary "$tmp/stream.der" 'Content: 8 bytes' 'Signers: 1'
+  check ok '  Content: detached' show "$tmp/detached.der"
+  check ok ', Тестовый УЦ RSA' signers "$tmp/stream.der"
+  head -c 400 "$tmp/stream.der" > "$tmp/cutber.p7"
+  check fail 'cutber\.p7: .*indefinite length never ends \(status 335\)' show "$tmp/cutber.p7"
+  check fail 'cutber\.p7: .*indefinite length never ends \(status 335\)' signers "$tmp/cutber.p7"
+fi
+# Hand-made: a key-identifier signer, kinds of certificates and CRLs other than the plain ones, a
+# certificate that does not decode, an undecodable signed attribute, a signingCertificate (v1) with
+# its SHA-1 hash alone, an unsigned attribute.
+oid() { tlv 06 "$1"; }
+sha256=$(tlv 30 "$(oid 608648016503040201)") data=2a864886f70d010701
+attr() { tlv 30 "$(oid "$1")$(tlv 31 "$2")"; }
+signer=$(tlv 30 "020103$(tlv 80 01020304)$sha256$(tlv a0 "$(attr 2a864886f70d010903 "$(oid $data)")$(attr 2a864886f70d010904 020105)$(attr 2a864886f70d010910020c "$(tlv 30 "$(tlv 30 "$(tlv 30 "$(tlv 04 "$(printf '%040x' 20)")")")")")")300d06092a864886f70d0101010500$(tlv 04 0102)$(tlv a1 "$(attr 2a0304 "$(tlv 04 aabbcc)")")")
+certs=$(tlv a0 "$(tlv a1 020100)$(tlv a3 "$(oid 2a0305)0500")3003020105")
+crls=$(tlv a1 "$(tlv a1 "$(oid 2b06010505071002)0500")$(od -An -tx1 -v "$pki/crl_rsa.der" | tr -d ' \n')")
+signedData() { tlv 30 "$(oid 2a864886f70d010702)$(tlv a0 "$(tlv 30 "020103$(tlv 31 "$sha256")$(tlv 30 "$(oid $data)")$1")")"; }
+bytes "$(signedData "$certs$crls$(tlv 31 "$signer")")" > "$tmp/made.p7"
+for want in '  Content: detached' '    attribute certificate v1, 5 bytes' '    other certificate format, 9 bytes' \
+  '    certificate, 5 bytes (not decoded, status 302)' '    other revocation info 1.3.6.1.5.5.7.16.2, 14 bytes' \
+  '      Identifier: key id 01:02:03:04' '        messageDigest: 3 bytes (not decoded, status 302)' \
+  '      Unsigned attributes (1):' '        1.2.3.4: 5 bytes' \
+  '    Issuer CN=Тестовый УЦ RSA, this update 2025-04-01 00:00:00 UTC, 9 entries' \
+  "        signingCertificate: Certificate 1: sha1 (1.3.14.3.2.26), hash $(printf '00:%.0s' {1..19})14"; do check line "$want" show "$tmp/made.p7"; done
+check line '1: no signing time, Подписант не найден' signers "$tmp/made.p7"
+# A signingTime with two values: each is shown, but it names no one time for signers.
+twice=$(tlv 30 "020101$(tlv 30 "$issuer$(tlv 02 07)")$sha256$(tlv a0 "$(attr 2a864886f70d010905 "$when$when")")300d06092a864886f70d0101010500$(tlv 04 0102)")
+bytes "$(signedData "$(tlv 31 "$twice")")" > "$tmp/twice.p7"
+check line '      Identifier: issuer CN=A, serial 07' show "$tmp/twice.p7"
+[ "$("$tool" show "$tmp/twice.p7" | grep -cx '        signingTime: 2025-01-01 00:00:00 UTC')" -eq 2 ] || fail "two signing times not shown"
+check fail 'twice\.p7: 1 field\(s\) could not be read' signers "$tmp/twice.p7"
+# The status stands in for the time; the display text has a '?' per octet of a PrintableString.
+[ "$("$tool" signers "$tmp/twice.p7" 2>/dev/null)" = '1: <unreadable, status 323>, ?' ] || fail "signers of twice.p7"
+bytes "$(signedData 3100)" > "$tmp/nosigners.p7"
+check line '  Signers: 0' show "$tmp/nosigners.p7"
+check line 'no signers' signers "$tmp/nosigners.p7"
+# Broken: cut short, another content type, no CMS at all.
+head -c 1000 "$a/cades_rsa.der" > "$tmp/cut.p7"
+bytes "$(tlv 30 "$(oid $data)$(tlv a0 "$(tlv 04 4142)")")" > "$tmp/data.p7"
+check fail 'cut\.p7: cannot decode the CMS signed message: truncated, 1000 of [0-9]+ bytes \(status 302\)' show "$tmp/cut.p7"
+check fail 'cut\.p7: not a CMS signed message: truncated, 1000 of [0-9]+ bytes \(status 302\)' signers "$tmp/cut.p7"
+check fail 'data\.p7: cannot decode the CMS signed message: content type data \(1\.2\.840\.113549\.1\.7\.1\) is not signedData \(status 314\)' show "$tmp/data.p7"
+check fail 'data\.p7: not a CMS signed message: content type data .* \(status 314\)' signers "$tmp/data.p7"
+check fail 'ee_rsa\.der: not a CMS signed message \(status 302\)' signers "$pki/ee_rsa.der"
+check fail 'empty\.der' signers "$tmp/empty.der"
 echo "tool: ok"

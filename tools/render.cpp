@@ -20,6 +20,15 @@ void Print(const Lines& lines, int extraDepth) {
     for (const auto& [depth, text] : lines.items) Print(depth + extraDepth, text);
 }
 
+void PrintHeaded(int depth, const std::string& head, const Lines& lines) {
+    if (lines.items.size() == 1) {
+        Print(depth, head + ": " + lines.items[0].second);
+        return;
+    }
+    Print(depth, head + ":");
+    Print(lines, depth + 1);
+}
+
 // ---------------------------------------------------------------------------------------------
 // Buffers, hex, numbers, times
 
@@ -244,6 +253,19 @@ std::string ElementText(const Element& e) {
     return '#' + Hex(e.content - (e.total - e.len), e.total, kHexShown);
 }
 
+std::string OuterProblem(const Bytes& der) {
+    uint8_t cls = 0, cons = 0;
+    uint32_t tag = 0, len = 0, indefinite = 0, header = 0;
+    if (GetAsn1ObjectInfo(der.data(), static_cast<uint32_t>(der.size()), &cls, &cons, &tag, &len, &indefinite,
+                          &header) != TV_OK)
+        return ": no DER header";
+    if (cls != ASN1_CLASS_UNIVERSAL || tag != ASN1_SEQUENCE) return ": does not start with a SEQUENCE";
+    if (!indefinite && uint64_t{header} + len > der.size())
+        return ": truncated, " + std::to_string(der.size()) + " of " + std::to_string(uint64_t{header} + len) +
+               " bytes";
+    return "";
+}
+
 // ---------------------------------------------------------------------------------------------
 // Object identifiers and their names
 
@@ -372,14 +394,15 @@ std::string AttributeValueText(uint8_t cls, uint8_t cons, uint8_t tag, const Byt
     return '#' + CompactHex(element.data(), element.size()).substr(2);
 }
 
-uint32_t NameText(const X509Name* name, std::string& out) {
+// With `only` (a dotted OID) set, the entries of other types are left out.
+uint32_t NameText(const X509Name* name, std::string& out, const char* only = nullptr) {
     uint32_t rdns = 0;
     if (uint32_t rc = GetX509NameRdnCount(name, &rdns)) return rc;
     out.clear();
     for (uint32_t r = rdns; r-- > 0;) {
         uint32_t entries = 0;
         if (uint32_t rc = GetX509NameEntryCount(name, r, &entries)) return rc;
-        if (r + 1 != rdns) out += ',';
+        bool first = true;
         for (uint32_t e = 0; e < entries; ++e) {
             uint8_t cls = 0, cons = 0, tag = 0, oid[256];
             uint32_t len = 0, oidLen = 0;
@@ -390,8 +413,11 @@ uint32_t NameText(const X509Name* name, std::string& out) {
             if (uint32_t rc = GetX509NameEntryExt(name, r, e, value.data(), &len, &cls, &cons, &tag, oid, &oidLen))
                 return rc;
             value.resize(len);
-            if (e) out += '+';
-            out += Named(kAttributeNames, OidText(oid)) + "=" + AttributeValueText(cls, cons, tag, value);
+            const std::string type = OidText(oid);
+            if (only && type != only) continue;
+            if (!out.empty()) out += first ? ',' : '+';
+            first = false;
+            out += Named(kAttributeNames, type) + "=" + AttributeValueText(cls, cons, tag, value);
         }
     }
     if (out.empty()) out = "(empty)";
@@ -404,6 +430,12 @@ std::string NameOrStatus(const X509Name* name) {
     std::string text;
     if (uint32_t rc = NameText(name, text)) return "<unreadable name, status " + std::to_string(rc) + ">";
     return text;
+}
+
+std::string CommonNameText(const X509Name* name) {
+    std::string text;
+    if (uint32_t rc = NameText(name, text, "2.5.4.3")) return "<unreadable name, status " + std::to_string(rc) + ">";
+    return text == "(empty)" ? NameOrStatus(name) : text;
 }
 
 std::string NameField(Report& report, uint32_t rc, const X509Name* name) {
@@ -489,9 +521,7 @@ uint32_t AddGeneralNames(const GeneralNames* names, int depth, const char* prefi
 
 std::string AlgorithmText(const Bytes& oid) {
     if (oid.empty()) return "<none>";
-    const std::string dotted = OidText(oid.data());
-    const char* name = Lookup(kAlgorithmNames, dotted);
-    return name ? std::string(name) + " (" + dotted + ")" : dotted;
+    return NamedWithOid(kAlgorithmNames, OidText(oid.data()));
 }
 
 namespace {
@@ -577,17 +607,18 @@ void PrintSignature(int depth, const Bytes& oid, const Bytes& params, const Byte
 }  // namespace
 
 void PrintAlgorithmPart(Part part, Report& report, uint32_t algorithmRc, const AlgorithmParts& alg, uint32_t octetsRc,
-                        const Bytes& octets) {
+                        const Bytes& octets, int depth) {
     const std::string title = part == Part::PublicKey ? "Public key: " : "Signature algorithm: ";
     if (algorithmRc != TV_OK || octetsRc != TV_OK) {
-        Print(1, title + (algorithmRc != TV_OK ? report.Failed(algorithmRc) : AlgorithmText(alg.oid)));
-        if (octetsRc != TV_OK) Print(2, (part == Part::PublicKey ? "Key: " : "Signature: ") + report.Failed(octetsRc));
+        Print(depth, title + (algorithmRc != TV_OK ? report.Failed(algorithmRc) : AlgorithmText(alg.oid)));
+        if (octetsRc != TV_OK)
+            Print(depth + 1, (part == Part::PublicKey ? "Key: " : "Signature: ") + report.Failed(octetsRc));
         return;
     }
     if (part == Part::PublicKey)
-        PrintPublicKey(1, alg.oid, alg.params, octets);
+        PrintPublicKey(depth, alg.oid, alg.params, octets);
     else
-        PrintSignature(1, alg.oid, alg.params, octets);
+        PrintSignature(depth, alg.oid, alg.params, octets);
 }
 
 }  // namespace show

@@ -29,6 +29,10 @@ struct Lines {
 void Print(int depth, const std::string& text);
 void Print(const Lines& lines, int extraDepth);
 
+// A value's lines under its head: "head: line" when there is one line, else the head alone and the
+// lines one level deeper.
+void PrintHeaded(int depth, const std::string& head, const Lines& lines);
+
 // Values that a decoded object should always yield; a failure is shown in place and makes the exit
 // status non-zero, but the rest of the summary is still printed.
 struct Report {
@@ -102,6 +106,10 @@ bool Children(const Element& parent, std::vector<Element>& out);
 inline bool Is(const Element& e, uint8_t cls, uint32_t tag) { return e.cls == cls && e.tag == tag; }
 inline bool IsUniversal(const Element& e, uint32_t tag) { return Is(e, ASN1_CLASS_UNIVERSAL, tag); }
 
+// What the outer header alone says about bytes that did not decode as the SEQUENCE they should be
+// (": truncated, 100 of 300 bytes"), or nothing when it looks whole.
+std::string OuterProblem(const Bytes& der);
+
 // Text of a string element, or its hex when it is not a string.
 std::string ElementText(const Element& e);
 
@@ -128,11 +136,21 @@ std::string Named(const OidName (&table)[N], const std::string& dotted) {
     return name ? name : dotted;
 }
 
+// "name (dotted)", or the dotted OID alone when it has no name.
+template <size_t N>
+std::string NamedWithOid(const OidName (&table)[N], const std::string& dotted) {
+    const char* name = Lookup(table, dotted);
+    return name ? std::string(name) + " (" + dotted + ")" : dotted;
+}
+
 // ---------------------------------------------------------------------------------------------
 // Names and general names
 
 // The RFC 4514 string of a name, or the status of reading it.
 std::string NameOrStatus(const X509Name* name);
+
+// Only the common names of a name (as RFC 4514 text), the whole name when it has none.
+std::string CommonNameText(const X509Name* name);
 
 // A name field of the object: its text, or the status of its getter or of reading it.
 std::string NameField(Report& report, uint32_t rc, const X509Name* name);
@@ -178,19 +196,20 @@ std::string AlgorithmText(const Bytes& oid);
 
 enum class Part { PublicKey, Signature };
 
-// Prints the algorithm and its key or signature, or the statuses of reading them.
+// Prints the algorithm and its key or signature at `depth`, or the statuses of reading them.
 void PrintAlgorithmPart(Part part, Report& report, uint32_t algorithmRc, const AlgorithmParts& alg, uint32_t octetsRc,
-                        const Bytes& octets);
+                        const Bytes& octets, int depth = 1);
 
 // The public key or the signature with its algorithm, read through the kind's own getters.
 template <class Object, class GetAlgorithmFn, class GetOctetsFn>
-void PrintAlgorithmPart(Part part, Report& report, Object* object, GetAlgorithmFn getAlgorithm, GetOctetsFn getOctets) {
+void PrintAlgorithmPart(Part part, Report& report, Object* object, GetAlgorithmFn getAlgorithm, GetOctetsFn getOctets,
+                        int depth = 1) {
     AlgorithmParts alg;
     const uint32_t rc = GetAlgorithm(
         alg, [&](uint8_t* o, uint32_t* ol, uint8_t* p, uint32_t* pl) { return getAlgorithm(object, o, ol, p, pl); });
     Bytes octets;
     const uint32_t octetsRc = Fetch(octets, [&](uint8_t* o, uint32_t* n) { return getOctets(object, o, n); });
-    PrintAlgorithmPart(part, report, rc, alg, octetsRc, octets);
+    PrintAlgorithmPart(part, report, rc, alg, octetsRc, octets, depth);
 }
 
 }  // namespace show

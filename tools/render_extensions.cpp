@@ -455,12 +455,7 @@ void PrintExtensions(uint32_t rc, const X509Extensions* extensions, int depth, c
             if (kind && kind->print) hex += " (not decoded, status " + std::to_string(rc) + ")";
             lines.Add(0, hex);
         }
-        if (lines.items.size() == 1) {
-            Print(depth + 1, head + ": " + lines.items[0].second);
-        } else {
-            Print(depth + 1, head + ":");
-            Print(lines, depth + 2);
-        }
+        PrintHeaded(depth + 1, head, lines);
     }
 }
 

@@ -80,11 +80,27 @@ bool IsOcspResponse(const Bytes& der) {
     return ReadOcspMessage(der, parts) && IsUniversal(parts[0], ASN1_ENUMERATED);
 }
 
+// A CMS ContentInfo is SEQUENCE { contentType OBJECT IDENTIFIER, [0] content }, often in BER with
+// indefinite lengths, so the outer header is read alone and only the OID after it must be whole; the
+// constructed [0] octet after the OID tells it from a SEQUENCE OF OBJECT IDENTIFIER.
+bool IsContentInfo(const Bytes& der) {
+    uint8_t cls = 0, cons = 0;
+    uint32_t tag = 0, len = 0, indefinite = 0, header = 0;
+    Element type;
+    if (GetAsn1ObjectInfo(der.data(), static_cast<uint32_t>(der.size()), &cls, &cons, &tag, &len, &indefinite,
+                          &header) != TV_OK ||
+        cls != ASN1_CLASS_UNIVERSAL || tag != ASN1_SEQUENCE || !cons || header >= der.size() ||
+        !ReadElement(der.data() + header, der.size() - header, type) || !IsUniversal(type, ASN1_OBJECT_IDENTIFIER))
+        return false;
+    const size_t content = header + type.total;
+    return content < der.size() && der[content] == 0xA0;  // [0], constructed
+}
+
 // Decodes as one kind and prints; returns the decoder's status (the summary's own failures go to
-// `failures`).
+// `failures`, what the status alone does not say to `problem`).
 template <class Object, uint32_t (*Decode)(const uint8_t*, uint32_t, Object**), uint32_t (*Free)(Object*),
           int (*Show)(Object*)>
-uint32_t DecodeAndShow(const Bytes& der, int& failures) {
+uint32_t DecodeAndShow(const Bytes& der, int& failures, std::string& /*problem*/) {
     Object* object = nullptr;
     const uint32_t rc = Decode(der.data(), static_cast<uint32_t>(der.size()), &object);
     if (rc == TV_OK) failures = Show(object);
@@ -95,7 +111,7 @@ uint32_t DecodeAndShow(const Bytes& der, int& failures) {
 struct Kind {
     const char* name;
     bool (*detect)(const Bytes& der);
-    uint32_t (*decodeAndShow)(const Bytes& der, int& failures);
+    uint32_t (*decodeAndShow)(const Bytes& der, int& failures, std::string& problem);
 };
 
 // The first kind whose detector matches is shown. When none matches, every decoder is tried in this
@@ -108,9 +124,10 @@ const Kind kKinds[] = {
     {"OCSP request", IsOcspRequest, DecodeAndShow<OcspRequest, DecodeOcspRequest, FreeOcspRequest, ShowOcspRequest>},
     {"OCSP response", IsOcspResponse,
      DecodeAndShow<OcspResponse, DecodeOcspResponse, FreeOcspResponse, ShowOcspResponse>},
+    {"CMS signed message", IsContentInfo, DecodeAndShowCms},
 };
 
-// "certificate, CRL, certification request, OCSP request or OCSP response"
+// "certificate, CRL, certification request, OCSP request, OCSP response or CMS signed message"
 std::string KindNames() {
     std::string s;
     const size_t n = std::size(kKinds);
@@ -118,24 +135,11 @@ std::string KindNames() {
     return s;
 }
 
-// What the outer header alone says about bytes that no decoder took.
-std::string OuterProblem(const Bytes& der) {
-    uint8_t cls = 0, cons = 0;
-    uint32_t tag = 0, len = 0, indefinite = 0, header = 0;
-    if (GetAsn1ObjectInfo(der.data(), static_cast<uint32_t>(der.size()), &cls, &cons, &tag, &len, &indefinite,
-                          &header) != TV_OK)
-        return ": no DER header";
-    if (cls != ASN1_CLASS_UNIVERSAL || tag != ASN1_SEQUENCE) return ": does not start with a SEQUENCE";
-    if (!indefinite && uint64_t{header} + len > der.size())
-        return ": truncated, " + std::to_string(der.size()) + " of " + std::to_string(uint64_t{header} + len) +
-               " bytes";
-    return "";
-}
-
 }  // namespace
 
 int ShowObject(const char* path, const std::vector<uint8_t>& der) {
     int failures = 0;
+    std::string problem;
     const Kind* kind = nullptr;
     for (const Kind& k : kKinds) {
         if (k.detect(der)) {
@@ -144,15 +148,16 @@ int ShowObject(const char* path, const std::vector<uint8_t>& der) {
         }
     }
     if (kind) {
-        const uint32_t rc = kind->decodeAndShow(der, failures);
+        const uint32_t rc = kind->decodeAndShow(der, failures, problem);
         if (rc != TV_OK) {
-            std::fprintf(stderr, "tarvelon: %s: cannot decode the %s (status %u)\n", path, kind->name, rc);
+            std::fprintf(stderr, "tarvelon: %s: cannot decode the %s%s (status %u)\n", path, kind->name,
+                         problem.c_str(), rc);
             return 1;
         }
     } else {
         uint32_t rc = TV_OK, first = TV_OK;
         for (const Kind& k : kKinds) {
-            rc = k.decodeAndShow(der, failures);
+            rc = k.decodeAndShow(der, failures, problem);
             if (rc == TV_OK) break;
             if (first == TV_OK) first = rc;
         }

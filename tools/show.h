@@ -1,8 +1,10 @@
-// tarvelon show: readable summary of a certificate, CRL, certification request or OCSP message.
+// tarvelon show: readable summary of a certificate, CRL, certification request, OCSP message or CMS
+// signed message; tarvelon signers: the signers of a CMS signed message.
 #ifndef TARVELON_TOOLS_SHOW_H
 #define TARVELON_TOOLS_SHOW_H
 
 #include <cstdint>
+#include <string>
 #include <vector>
 
 #include "tarvelon/tarvelon.h"
@@ -20,6 +22,15 @@ int ShowCrl(X509Crl* crl);
 int ShowRequest(PKCS10CertReq* request);
 int ShowOcspRequest(OcspRequest* request);
 int ShowOcspResponse(OcspResponse* response);
+
+// CMS signed messages (show_cms.cpp). A ContentInfo that holds no SignedData is refused with
+// TV_ERR_NOT_SIGNED_DATA; `problem` then says why in a few words (", content type ... is not ...").
+uint32_t DecodeSignedMessage(const std::vector<uint8_t>& der, CmsSignedData** signedData, std::string& problem);
+uint32_t DecodeAndShowCms(const std::vector<uint8_t>& der, int& failures, std::string& problem);
+
+// One line per signer of the message read from `path`: number, signing time, name. Returns the
+// process exit code.
+int ListSigners(const char* path, const std::vector<uint8_t>& der);
 
 }  // namespace show
 

@@ -4,9 +4,10 @@
 //   tarvelon pem LABEL FILE    the object as PEM text with that label
 //   tarvelon der FILE          the object as raw DER
 //   tarvelon show FILE         readable summary of a certificate, CRL, certification request,
-//                              OCSP request or OCSP response
+//                              OCSP request, OCSP response or CMS signed message
+//   tarvelon signers FILE      the signers of a CMS signed message, one line each
 //
-// Every FILE may be DER or PEM: text with a BEGIN marker is decoded first.
+// Every FILE may be DER (BER for CMS) or PEM: text with a BEGIN marker is decoded first.
 #include <cstdio>
 #include <cstring>
 #include <string>
@@ -18,14 +19,16 @@
 namespace {
 
 const char* kUsage =
-    "usage: tarvelon asn1 FILE | pem LABEL FILE | der FILE | show FILE\n"
+    "usage: tarvelon asn1 FILE | pem LABEL FILE | der FILE | show FILE | signers FILE\n"
     "  asn1 FILE         dump the BER/DER element tree of FILE\n"
     "  pem LABEL FILE    write FILE as PEM text with LABEL to stdout\n"
     "  der FILE          write FILE as raw DER to stdout\n"
     "  show FILE         summary of a certificate, CRL, certification request,\n"
-    "                    OCSP request or OCSP response;\n"
+    "                    OCSP request, OCSP response or CMS signed message;\n"
     "                    names in RFC 4514 order (last RDN of the encoding first)\n"
-    "FILE may be DER or PEM.\n";
+    "  signers FILE      number, signing time and name of each signer of a CMS\n"
+    "                    signed message\n"
+    "FILE may be DER or PEM; CMS messages may be BER.\n";
 
 bool ReadFile(const char* path, std::vector<uint8_t>& data) {
     FILE* f = std::fopen(path, "rb");
@@ -233,6 +236,12 @@ int ShowCommand(const char* path) {
     return show::ShowObject(path, der);
 }
 
+int SignersCommand(const char* path) {
+    std::vector<uint8_t> der;
+    if (int rc = ReadObject(path, der)) return rc;
+    return show::ListSigners(path, der);
+}
+
 int Asn1Command(const char* path) {
     std::vector<uint8_t> data;
     if (int rc = ReadObject(path, data)) return rc;
@@ -253,6 +262,7 @@ int main(int argc, char** argv) {
     if (argc == 4 && std::strcmp(argv[1], "pem") == 0) return PemCommand(argv[2], argv[3]);
     if (argc == 3 && std::strcmp(argv[1], "der") == 0) return DerCommand(argv[2]);
     if (argc == 3 && std::strcmp(argv[1], "show") == 0) return ShowCommand(argv[2]);
+    if (argc == 3 && std::strcmp(argv[1], "signers") == 0) return SignersCommand(argv[2]);
     std::fputs(kUsage, stderr);
     return 2;
 }
