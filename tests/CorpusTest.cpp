@@ -535,6 +535,7 @@ const std::map<std::string, Family>& Families() {
         m["invalidityDate"] = Rebuilt(InvalidityDate);
         m["atsHashIndex"] = Rebuilt(AtsHashIndex);
         m["revocationValues"] = Rebuilt(RevocationValues);
+        m["severalData"] = Codec(DecodeSeveralData, EncodeSeveralData, FreeSeveralData);
         m["completeRevocationRefs"] = Codec(DecodeRsaAttributeCompleteRevocationRefs, EncodeRsaAttributeCompleteRevocationRefs,
                                            FreeCrlOcspRefs);
         m["docInfo"] = Rebuilt(DocInfo);
