@@ -4,8 +4,9 @@
 // `openssl verify`, `openssl crl -verify` and `openssl req -verify`; OCSP responses and requests go
 // both ways with `openssl ocsp`; CMS signed messages signed the external way (openssl hashes and
 // signs, the library assembles) pass `openssl cms -verify`, and the library reads and trims the
-// signers of messages from either side. Once with GOST R 34.10-2012 (256-bit, paramset A) keys, once
-// with RSA 2048.
+// signers of messages from either side; a time-stamp authority written with the library answers
+// `openssl ts -query` and passes `openssl ts -verify`. Once with GOST R 34.10-2012 (256-bit,
+// paramset A) keys, once with RSA 2048.
 #include <iconv.h>
 #include <sys/wait.h>
 
@@ -73,6 +74,24 @@ Bytes Cp1251(const std::string& utf8) {
 Own<FreeCmsSignedData> SignedDataOf(const Bytes& msg) {
     const auto info = Decoded<FreeCmsContentInfo>(DecodeCmsContentInfo, msg);
     return Decoded<FreeCmsSignedData>(DecodeCmsSignedData, Get(GetCmsContentInfoContent, info.p).bytes);
+}
+
+// And back: the id-signedData ContentInfo around a SignedData.
+Own<FreeCmsContentInfo> ContentInfoOf(const CmsSignedData* sd) {
+    const Bytes inner = Get(EncodeCmsSignedData, sd).bytes;
+    auto info = Made<FreeCmsContentInfo>(CreateCmsContentInfo);
+    EXPECT_EQ(SetCmsContentInfoTypeOid(info, Packed("1.2.840.113549.1.7.2").data()), TV_OK);
+    EXPECT_EQ(SetCmsContentInfoContent(info, inner.data(), Size(inner)), TV_OK);
+    return info;
+}
+
+// A signingCertificateV2 attribute value (RFC 5035) naming one certificate by its SHA-256 hash.
+Bytes SigningCertificateV2(const Bytes& sha256) {
+    Own<FreeESSCertIDsV2> ids;
+    EXPECT_EQ(CreateESSCertIDsV2(&ids.p), TV_OK);
+    EXPECT_EQ(AddESSCertIDv2ToList(ids, Packed("2.16.840.1.101.3.4.2.1").data(), nullptr, 0, sha256.data(), Size(sha256),
+                                   nullptr, nullptr, 0), TV_OK);
+    return Get(EncodeRsaAttributeSigningCertificateV2Value, ids.p, static_cast<CertificatePolicies*>(nullptr)).bytes;
 }
 
 // A signer of the CMS cases from tests/fixtures/pki, with the algorithms its SignerInfo names.
@@ -195,9 +214,11 @@ protected:
     std::string At(const std::string& name) const { return dir + "/" + name; }
     Output Ossl(const std::string& args) { return Shell(openssl + " " + args); }
 
-    // Makes a key; returns its SubjectPublicKeyInfo as openssl writes it, and taken apart.
-    Spki MakeKey(const std::string& name, Bytes* der) {
-        Output g = Ossl("genpkey " + std::string(GetParam().genpkey) + " -out " + At(name));
+    // Makes a key of the case's algorithm (`as`, by default the test's); returns its
+    // SubjectPublicKeyInfo as openssl writes it, and taken apart.
+    Spki MakeKey(const std::string& name, Bytes* der, const Case* as = nullptr) {
+        const Case& c = as ? *as : GetParam();
+        Output g = Ossl("genpkey " + std::string(c.genpkey) + " -out " + At(name));
         EXPECT_EQ(g.status, 0) << g.out;
         Output p = Ossl("pkey -in " + At(name) + " -pubout -outform DER -out " + At(name + ".pub"));
         EXPECT_EQ(p.status, 0) << p.out;
@@ -207,7 +228,7 @@ protected:
         Spki s{Bytes(n[0]), Bytes(n[1]), Bytes(n[2]), {}};
         EXPECT_EQ(DecodeSubjectPublicKeyInfo(der->data(), Size(*der), s.oid.data(), &n[0], s.key.data(), &n[1],
                                              s.params.data(), &n[2]), TV_OK);
-        if (GetParam().gost) s.raw = Get(DecodePublicKeyGostR34102012, s.key.data(), n[1]).bytes;
+        if (c.gost) s.raw = Get(DecodePublicKeyGostR34102012, s.key.data(), n[1]).bytes;
         return s;
     }
 
@@ -221,11 +242,12 @@ protected:
     }
 
     // A certificate of `k` for `subject` under `issuer`, signed with the key file `signer` once
-    // `extend` has added its extensions.
+    // `extend` has added its extensions; the algorithms are those of `as`, by default the test's case.
     Own<FreeCertificate> Issue(const Bytes& serial, const X509Name* issuer, const X509Name* subject, const Spki& k,
                                const std::string& signer,
-                               const std::function<void(Certificate*, X509Extensions*)>& extend = {}) {
-        const Case& c = GetParam();
+                               const std::function<void(Certificate*, X509Extensions*)>& extend = {},
+                               const Case* as = nullptr) {
+        const Case& c = as ? *as : GetParam();
         const LibraryTime from{2024, 1, 1, 0, 0, 0}, to = FromNow(3650);
         Own<FreeCertificate> cert;
         X509Extensions* exts = nullptr;
@@ -241,7 +263,7 @@ protected:
               GetCertificateExtensions(cert, &exts)})
             EXPECT_EQ(rc, TV_OK);
         if (extend) extend(cert, exts);
-        const Bytes sig = Sign(Get(GetCertificateToBeSignedPart, cert.p).bytes, signer);
+        const Bytes sig = Sign(Get(GetCertificateToBeSignedPart, cert.p).bytes, signer, c.digest);
         EXPECT_EQ(SetCertificateSignature(cert, sig.data(), Size(sig)), TV_OK);
         return cert;
     }
@@ -337,11 +359,7 @@ protected:
                             FillCmsSignerInfoWithSignedAttributes(signer, digest.data(), Size(digest), nullptr)})
             EXPECT_EQ(rc, TV_OK);
         EXPECT_EQ(Get(GetCmsSignerInfoEncodedSignedAttributes, signer).bytes, tbs);
-        const Bytes inner = Get(EncodeCmsSignedData, sd.p).bytes;
-        const auto info = Made<FreeCmsContentInfo>(CreateCmsContentInfo);
-        EXPECT_EQ(SetCmsContentInfoTypeOid(info, Packed("1.2.840.113549.1.7.2").data()), TV_OK);
-        EXPECT_EQ(SetCmsContentInfoContent(info, inner.data(), Size(inner)), TV_OK);
-        return Get(EncodeCmsContentInfo, info.p).bytes;
+        return Get(EncodeCmsContentInfo, ContentInfoOf(sd).p).bytes;
     }
 
     // `openssl cms -verify` of a message (detached: given the content), which prints the content
@@ -645,14 +663,9 @@ TEST_P(Interop, OpenSslVerifiesExternallySignedCms) {
         SCOPED_TRACE(right ? "the signer's certificate hash" : "a wrong hash");
         Bytes hash = certHash;
         hash.back() ^= right ? 0 : 1;
-        Own<FreeESSCertIDsV2> ids;
         Own<FreeRsaAttributes> extra;
         uint32_t index = 0;
-        ASSERT_EQ(CreateESSCertIDsV2(&ids.p), TV_OK);
-        ASSERT_EQ(AddESSCertIDv2ToList(ids, Packed("2.16.840.1.101.3.4.2.1").data(), nullptr, 0, hash.data(), Size(hash),
-                                       nullptr, nullptr, 0), TV_OK);
-        const Bytes value =
-            Get(EncodeRsaAttributeSigningCertificateV2Value, ids.p, static_cast<CertificatePolicies*>(nullptr)).bytes;
+        const Bytes value = SigningCertificateV2(hash);
         ASSERT_EQ(CreateRsaAttributes(&extra.p), TV_OK);
         ASSERT_EQ(AddRsaAttributesAttributeWithValue(extra, Packed("1.2.840.113549.1.9.16.2.47").data(), &index, value.data(),
                                                      Size(value)), TV_OK);
@@ -709,12 +722,155 @@ const CmsSigner kEeGost{"ee_gost2012_256", "ca_gost2012_256", "-md_gost12_256", 
                 kCaRsa{"ca_rsa", "ca_rsa", "-sha256", Packed("2.16.840.1.101.3.4.2.1"), Packed("1.2.840.113549.1.1.1"),
                        Hex("05 00"), "Тестовый УЦ RSA"};
 
-INSTANTIATE_TEST_SUITE_P(
-    , Interop,
-    ::testing::Values(Case{"Gost2012_256", true, "-algorithm gost2012_256 -pkeyopt paramset:A", "-md_gost12_256",
-                           Packed("1.2.643.7.1.1.3.2"), {}, &kEeGost, &kEeRsa},
-                      Case{"Rsa2048", false, "-algorithm RSA -pkeyopt rsa_keygen_bits:2048", "-sha256",
-                           Packed("1.2.840.113549.1.1.11"), Hex("05 00"), &kEeRsa, &kCaRsa}),
-    [](const ::testing::TestParamInfo<Case>& i) { return std::string(i.param.name); });
+const Case kGost{"Gost2012_256", true, "-algorithm gost2012_256 -pkeyopt paramset:A", "-md_gost12_256",
+                 Packed("1.2.643.7.1.1.3.2"), {}, &kEeGost, &kEeRsa},
+           kRsa{"Rsa2048", false, "-algorithm RSA -pkeyopt rsa_keygen_bits:2048", "-sha256",
+                Packed("1.2.840.113549.1.1.11"), Hex("05 00"), &kEeRsa, &kCaRsa};
+
+std::string CaseName(const ::testing::TestParamInfo<Case>& i) { return i.param.name; }
+
+INSTANTIATE_TEST_SUITE_P(, Interop, ::testing::Values(kGost, kRsa), CaseName);
+
+// Time stamps from an authority written with the library, a GOST R 34.10-2012-256 one and an RSA
+// one, each certified for time stamping by the pki CA of its algorithm. Both answer in one test so
+// that their tokens can travel together in a SeveralData; it runs under the GOST case alone, whose
+// openssl has the engine loaded (RSA stays with the default provider).
+class TimeStamps : public Interop {};
+
+// openssl asks (digest, nonce, certReq, a policy) and checks the answer: `ts -reply -text` shows
+// what the TSTInfo says, `ts -verify` checks the imprint, nonce, policy and TSA name against the
+// query, the ESS signingCertificateV2 against the signer and the chain up to the pki CA. Then both
+// tokens go through one SeveralData's encoding, come out unchanged and still verify.
+TEST_P(TimeStamps, OpenSslVerifiesTokensOfLibraryTsas) {
+    const char* kPolicy = "1.3.6.1.4.1.99999.31.1";
+    const Bytes tstInfoType = Packed("1.2.840.113549.1.9.16.1.4");
+    WriteFile(At("content"), content);
+    // The SignerInfo's algorithms and the issuing CA are those of the case's CMS signer.
+    const struct Tsa { const Case* c; Bytes certSerial, serial; std::string cn, says; } tsas[] = {
+        {&kGost, Hex("75 A0 00 01"), Hex("01 5E 71 A1 00 01"), "TSA GOST 2012-256", "Serial number: 0x015E71A10001"},
+        {&kRsa, Hex("75 A0 00 02"), Hex("01 5E 71 A1 00 02"), "TSA RSA", "Serial number: 0x015E71A10002"}};
+    // Against the query of `asked` (by default the TSA's own), which only that query passes.
+    auto verify = [&](const Tsa& t, const std::string& in, const Tsa* asked = nullptr) {
+        const std::string f = At(t.c->name);
+        Expect("ts -verify -queryfile " + At((asked ? asked : &t)->c->name) + ".tsq " + in + " -CAfile " + f +
+                   ".ca.pem -untrusted " + f + ".pem",
+               {asked ? "message imprint mismatch" : "Verification: OK"}, !asked);
+    };
+    std::vector<Bytes> responses;
+    for (const Tsa& t : tsas) {
+        const Case& c = *t.c;
+        const CmsSigner& s = *c.signer;
+        const std::string f = At(c.name);  // this TSA's files
+        SCOPED_TRACE(c.name);
+
+        const Bytes caDer = FixtureFile("pki/" + s.ca + ".der");
+        WritePem(f + ".ca.pem", caDer, "CERTIFICATE");
+        WriteFile(f + ".ca.key", FixtureFile("pki/" + s.ca + ".key.pem"));
+        const auto ca = Decoded<FreeCertificate>(DecodeCertificate, caDer);
+        X509Name* issuer = nullptr;
+        ASSERT_EQ(GetCertificateSubject(ca, &issuer), TV_OK);
+        Bytes spki;
+        const auto cert = Issue(t.certSerial, issuer, MakeName(t.cn), MakeKey(c.name + std::string(".key"), &spki, &c),
+                                c.name + std::string(".ca.key"), [&](Certificate* x, X509Extensions* exts) {
+                                    // RFC 3161 2.3: timeStamping alone, critical
+                                    AddExt(exts, "2.5.29.37", 1, ExtendedKeyUsage("1.3.6.1.5.5.7.3.8"));
+                                    ASSERT_EQ(SetCertificateAuthorityKeyIdentifier(x, ca), TV_OK);
+                                }, &c);
+        const Bytes certDer = Get(EncodeCertificate, cert.p).bytes;
+        WriteFile(f + ".der", certDer);
+        WritePem(f + ".pem", certDer, "CERTIFICATE");
+
+        Expect("ts -query -data " + At("content") + " " + s.digest + " -cert -tspolicy " + kPolicy + " -out " + f + ".tsq", {});
+        const Bytes query = ReadFile(f + ".tsq");
+        uint32_t version = 0, certReq = 0;
+        Own<FreeX509Extensions> queryExts;
+        const auto [hashOid, hashParams, imprint, policy, nonce] = Parts<5>([&](auto... o) {
+            FreeX509Extensions(queryExts.release());
+            return DecodeTimeStampReq(query.data(), Size(query), &version, o..., &certReq, &queryExts.p);
+        });
+        EXPECT_EQ(Hexes<3>({hashOid, imprint, policy}), Hexes<3>({s.digestOid, Digest(s.digest, At("content")), Packed(kPolicy)}));
+        EXPECT_EQ(version, 1u);
+        EXPECT_EQ(certReq, 1u);
+        ASSERT_FALSE(nonce.empty());
+
+        LibraryPreciseTime genTime{};
+        ASSERT_EQ(GetCurrentLibPreciseTime(&genTime), TV_OK);
+        genTime.millisecond = 250;  // the clock gives whole seconds
+        const Accuracy accuracy{1, 500, 0};
+        const Bytes subject = SubjectDer(cert);
+        Own<FreeX509GeneralName> tsaName;
+        ASSERT_EQ(AllocX509GeneralNameValue(&tsaName.p, 4, subject.data(), Size(subject)), TV_OK);  // directoryName
+        const Bytes tst = Get(EncodeTSTInfo, 1u, policy.data(), hashOid.data(), hashParams.data(), Size(hashParams),
+                              imprint.data(), Size(imprint), t.serial.data(), Size(t.serial), &genTime, &accuracy, 0u,
+                              nonce.data(), Size(nonce), tsaName.p, nullptr).bytes;
+        WriteFile(f + ".tst", tst);
+
+        // The token: eContent the TSTInfo, the signed attributes naming its type, its digest and the
+        // TSA certificate (by SHA-256 for GOST too, which openssl accepts), signed by openssl.
+        const Bytes typeValue = Get(EncodeRsaAttributeContentTypeValue, tstInfoType.data()).bytes,
+                    tstDigest = Digest(s.digest, f + ".tst"),
+                    digestValue = Get(EncodeRsaAttributeMessageDigestValue, tstDigest.data(), Size(tstDigest)).bytes,
+                    certValue = SigningCertificateV2(Digest("-sha256", f + ".der"));
+        const auto sd = Made<FreeCmsSignedData>(CreateCmsSignedData);
+        CmsSignerInfo* signer = nullptr;
+        RsaAttributes* attributes = nullptr;
+        uint32_t index = 0;
+        for (uint32_t rc :
+             {SetCmsSignedDataVersion(sd, 3), AddCmsSignedDataDigestAlgorithmOidAndParameters(sd, s.digestOid.data(), nullptr, 0),
+              SetCmsSignedDataContentTypeOid(sd, tstInfoType.data()), SetCmsSignedDataContent(sd, tst.data(), Size(tst)),
+              AddCmsSignedDataEncodedCertificate(sd, TV_CMS_CERT_CERTIFICATE, certDer.data(), Size(certDer)),
+              AddCmsSignedDataSignerInfo(sd, &signer), SetCmsSignerInfoVersion(signer, 1),
+              SetCmsSignerInfoSignerIdentifierIssuerAndSerialNumber(signer, issuer, t.certSerial.data(), Size(t.certSerial)),
+              SetCmsSignerInfoDigestAlgorithmOidAndParameters(signer, s.digestOid.data(), nullptr, 0),
+              GetCmsSignerInfoSignedAttributes(signer, &attributes),
+              AddRsaAttributesAttributeWithValue(attributes, Packed("1.2.840.113549.1.9.3").data(), &index, typeValue.data(),
+                                                 Size(typeValue)),
+              AddRsaAttributesAttributeWithValue(attributes, Packed("1.2.840.113549.1.9.4").data(), &index, digestValue.data(),
+                                                 Size(digestValue)),
+              AddRsaAttributesAttributeWithValue(attributes, Packed("1.2.840.113549.1.9.16.2.47").data(), &index,
+                                                 certValue.data(), Size(certValue)),
+              SetCmsSignerInfoSignatureAlgorithmOidAndParameters(signer, s.sigAlg.data(), s.sigParams.data(), Size(s.sigParams))})
+            ASSERT_EQ(rc, TV_OK);
+        const Bytes sig = Sign(Get(GetCmsSignerInfoEncodedSignedAttributes, signer).bytes, c.name + std::string(".key"), s.digest);
+        ASSERT_EQ(SetCmsSignerInfoSignature(signer, sig.data(), Size(sig)), TV_OK);
+        const Bytes resp = Get(EncodeTimeStampResp, 0u, nullptr, 0u, ContentInfoOf(sd).p).bytes;
+        WriteFile(f + ".tsr", resp);
+
+        const bool sign = nonce.size() > 1 && nonce[0] == 0;  // openssl shows the value, not the octets
+        std::string shown = ToHex(nonce.data() + sign, nonce.size() - sign);
+        std::erase(shown, ' ');
+        Expect("ts -reply -text -in " + f + ".tsr", {"Status: Granted.", std::string("Policy OID: ") + kPolicy, t.says,
+                                                     "Nonce: 0x" + shown,
+                                                     "Accuracy: 0x01 seconds, 0x01F4 millis",
+                                                     ".25 ", "TSA: DirName:", t.cn});
+        verify(t, "-in " + f + ".tsr");
+        responses.push_back(resp);
+    }
+
+    auto list = Made<FreeSeveralData>(CreateSeveralData);
+    for (const Bytes& resp : responses) {
+        uint32_t status = 99, failInfo = 99;
+        Own<FreePKIFreeText> text;
+        Own<FreeCmsContentInfo> token;
+        ASSERT_EQ(DecodeTimeStampResp(resp.data(), Size(resp), &status, &text.p, &failInfo, &token.p), TV_OK);
+        EXPECT_EQ(status + failInfo, 0u);
+        EXPECT_EQ(text.p, nullptr);
+        ASSERT_EQ(Give(AddSeveralDataContentInfo, list.p, token), TV_OK);
+    }
+    const auto back = Decoded<FreeSeveralData>(DecodeSeveralData, Get(EncodeSeveralData, list.p).bytes);
+    ASSERT_EQ(Counted(GetSeveralDataContentInfoCount, back.p), "2");
+    for (uint32_t i : {0u, 1u}) {
+        SCOPED_TRACE(tsas[i].c->name);
+        CmsContentInfo* token = nullptr;
+        ASSERT_EQ(GetSeveralDataContentInfo(back, i, &token), TV_OK);
+        EXPECT_EQ(Get(EncodeTimeStampResp, 0u, nullptr, 0u, token).bytes, responses[i]);
+        const std::string f = At(tsas[i].c->name);
+        WriteFile(f + ".token", Get(EncodeCmsContentInfo, token).bytes);
+        verify(tsas[i], "-token_in -in " + f + ".token");
+        verify(tsas[i], "-token_in -in " + f + ".token", &tsas[1 - i]);
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(, TimeStamps, ::testing::Values(kGost), CaseName);
 
 }  // namespace
