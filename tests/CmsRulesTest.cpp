@@ -138,6 +138,12 @@ TEST(CmsSignedData, DigestAlgorithmsContentAndSigners) {
     EXPECT_EQ(SetCmsSignedDataContentTypeOid(sd, Packed("1.2.840.113549.1.7.1").data()), TV_OK);
     EXPECT_EQ(SetCmsSignedDataContent(sd, kContent.data(), Size(kContent)), TV_OK);
     EXPECT_EQ(Get(GetCmsSignedDataContent, sd.p).bytes, kContent);
+    const Bytes octets = Get(EncodeCmsContentInfoContent, kContent.data(), Size(kContent)).bytes;
+    EXPECT_EQ(octets.size(), kContent.size() + 2);
+    EXPECT_EQ(Get(DecodeCmsContentInfoContent, octets.data(), Size(octets)).bytes, kContent) << "id-data: an OCTET STRING";
+    CmsEncapsulatedContentInfo* encap = nullptr;
+    EXPECT_EQ(GetCmsSignedDataContentInfo(sd, &encap), TV_OK);
+    EXPECT_NE(encap, nullptr);
     EXPECT_EQ(SetCmsSignedDataContent(sd, kContent.data(), 0), TV_OK);
     EXPECT_EQ(Get(GetCmsSignedDataContent, sd.p).bytes, Bytes{}) << "detached";
     EXPECT_EQ(Get(EncodeCmsSignedData, sd.p).hex(), H("30 14 02 01 01 31 00 30 0B 06 09 2A 86 48 86 F7 0D 01 07 01 31 00"))
@@ -369,6 +375,11 @@ TEST(CmsWorkflow, DisplayTextsInCodePage1251) {
     EXPECT_NE(withNext.find(" 01.04.2025 00:00:00 GMT, "), std::string::npos);
     EXPECT_NE(withNext.find(" 01.05.2025 00:00:00 GMT, "), std::string::npos);
     EXPECT_EQ(withNext.substr(withNext.size() - 6), "\xD3\xD6 RSA") << "issuer's common name last";
+    // The certificate's identifier text (UTF-8 in the extension) in code page 1251; without the extension, its 322.
+    auto ee = Decoded<FreeCertificate>(DecodeCertificate, Cert("ee_rsa"));
+    EXPECT_EQ(Get(GetKestruneIdentifierFromCertificate, ee.p, Out).bytes, Text("\xEA\xEB\xFE\xF7-7f3a-19c2"));
+    auto ca = Decoded<FreeCertificate>(DecodeCertificate, Cert("ca_rsa"));
+    EXPECT_EQ(Get(GetKestruneIdentifierFromCertificate, ca.p, Out).rc, 322u);
     // GetVersionInfo: the NUL needs room; a null buffer is refused, not sized.
     char banner[200];
     uint32_t len = sizeof banner;

@@ -128,7 +128,7 @@ uint32_t ReadElement(const void* set, uint32_t index, uint32_t contextTags, uint
     const auto* element = static_cast<const Asn1Primitive*>(list->items[index]);
     if (outKind) *outKind = ElementKind(element, contextTags, firstContextTag);
     if (outLen) return GetLeaf(TV_SITE, element, out, outLen);
-    return out ? TV_FAIL(TV_ERR_INVALID_ARGUMENT) : TV_OK;
+    return out ? TV_FAIL(TV_ERR_INVALID_ARGUMENT) : uint32_t{TV_OK};
 }
 
 // The list in an optional SET slot, made on first use.

@@ -129,7 +129,7 @@ struct Outputs {
         shortOfRoom = true;
         return TV_OK;
     }
-    uint32_t Result() const noexcept { return shortOfRoom ? TV_ERR_BUFFER_TOO_SMALL : uint32_t{TV_OK}; }
+    uint32_t Result() const noexcept { return shortOfRoom ? uint32_t{TV_ERR_BUFFER_TOO_SMALL} : uint32_t{TV_OK}; }
 };
 
 // An optional OID or leaf for an optional output: no length pointer skips it, absent reads as length 0.
