@@ -2,9 +2,6 @@
 // signatures and those made with asn1parse, read field by field against what openssl printed; the
 // DEFAULT hash algorithm, the both-or-neither issuerSerial, the readers that go on after a short
 // buffer, and lists lent to the encoders.
-#include <fstream>
-#include <map>
-#include <sstream>
 
 #include "TestUtil.h"
 
@@ -12,36 +9,13 @@ using namespace tvtest;
 
 namespace {
 
-using Fields = std::map<std::string, std::string>;
-
 std::map<std::string, Fields> Expected() {
     std::map<std::string, Fields> all;
-    std::ifstream lines(Fixture("attributes/EXPECT"));
-    for (std::string line, file, pair; std::getline(lines, line);) {
-        if (line.empty() || line[0] == '#') continue;
-        std::istringstream words(line);
-        for (words >> file; words >> pair;) all[file][pair.substr(0, pair.find('='))] = pair.substr(pair.find('=') + 1);
-    }
+    for (auto& [file, fields] : ExpectRows("attributes")) all[file] = std::move(fields);
     return all;
 }
 
-std::string Lower(const Bytes& b) {
-    std::string hex;
-    for (uint8_t c : b) hex += "0123456789abcdef"[c >> 4], hex += "0123456789abcdef"[c & 15];
-    return hex;
-}
-
-std::string Dotted(const Bytes& packed) {
-    char text[128];
-    uint32_t n = sizeof text;
-    return packed.empty() ? "-" : ConvertOidToString(packed.data(), text, &n) == TV_OK ? std::string(text) : "?";
-}
-
-void Append(Fields& got, const std::string& key, const std::string& item) {
-    std::string& list = got[key];
-    if (!list.empty()) list += ',';
-    list += item;
-}
+std::string Lower(const Bytes& b) { return PlainHex(b, true); }
 
 // One certificate identifier as EXPECT names its parts.
 template <typename Read>
@@ -56,9 +30,7 @@ void CertId(Read read, Fields& got) {
     Append(got, "hashParams", params.empty() ? "-" : params == Hex("05 00") ? "null" : "?");
     Append(got, "certHash", Lower(hash));
     Append(got, "issuerSerial", issuer ? "yes" : "no");
-    std::string hex = ToHex(serial);
-    std::erase(hex, ' ');
-    Append(got, "serial", serial.empty() ? "-" : hex);
+    Append(got, "serial", serial.empty() ? "-" : PlainHex(serial));
 }
 
 TEST(AttributeValues, SigningCertificatesReadAsOpenSslWroteThem) {

@@ -5,8 +5,6 @@
 
 #include <algorithm>
 #include <cstdio>
-#include <fstream>
-#include <map>
 #include <sstream>
 
 #include "TestUtil.h"
@@ -15,22 +13,8 @@ using namespace tvtest;
 
 namespace {
 
-using Fields = std::map<std::string, std::string>;
-
 const Bytes kSigningTime = Packed("1.2.840.113549.1.9.5"), kMessageDigest = Packed("1.2.840.113549.1.9.4"),
             kContentType = Packed("1.2.840.113549.1.9.3");
-
-std::string Dotted(const Bytes& packed) {
-    const Got text = Sized([&](uint8_t* o, uint32_t* n) { return ConvertOidToString(packed.data(), reinterpret_cast<char*>(o), n); });
-    return text.rc == TV_OK ? std::string(reinterpret_cast<const char*>(text.bytes.data())) : "status " + std::to_string(text.rc);
-}
-
-std::string Compact(const Bytes& b, bool upper) {
-    std::string s = ToHex(b);
-    std::erase(s, ' ');
-    if (!upper) std::transform(s.begin(), s.end(), s.begin(), ::tolower);
-    return s;
-}
 
 // EXPECT writes names in UTF-8 with _ for spaces; the library's texts are code page 1251.
 std::string Utf8(const Bytes& cp1251) {
@@ -46,10 +30,6 @@ std::string Utf8(const Bytes& cp1251) {
     return out;
 }
 
-void Append(Fields& got, const std::string& key, const std::string& item, const char* separator = ",") {
-    got[key] += (got[key].empty() ? "" : separator) + item;
-}
-
 std::vector<std::string> Split(const std::string& list) {
     std::vector<std::string> items;
     std::istringstream in(list);
@@ -60,12 +40,6 @@ std::vector<std::string> Split(const std::string& list) {
 // `name` when the stored bytes are that fixture's, else the bytes' size.
 std::string Named(const Bytes& stored, const std::string& name) {
     return !name.empty() && name != "-" && FixtureFile(name) == stored ? name : std::to_string(stored.size()) + " octets";
-}
-
-// A text getter run through the size protocol: TextOf(GetCertificateCN, cert).
-template <typename Fn, typename... A>
-Got TextOf(Fn fn, A... args) {
-    return Sized([&](uint8_t* o, uint32_t* n) { return fn(args..., reinterpret_cast<char*>(o), n); });
 }
 
 // "serial, " prefixes the signer texts when every serial octet is printable.
@@ -124,7 +98,7 @@ void SignerFields(const Bytes& message, CmsSignedData* sd, uint32_t i, const Fie
         EXPECT_TRUE(serial.empty());
     }
     Append(got, "sid", issuer ? "issuerAndSerial" : "keyid");
-    Append(got, "id", Compact(issuer ? serial : keyId, true));
+    Append(got, "id", PlainHex(issuer ? serial : keyId));
     EXPECT_EQ(CompareSignerInfoAndCertificate(signer, cert), TV_OK);
     EXPECT_EQ(CompareSignerInfoAndCertificate(signer, other), TV_ERR_DIFFERENT);
     Append(got, "cert", want("cert"));
@@ -149,7 +123,7 @@ void SignerFields(const Bytes& message, CmsSignedData* sd, uint32_t i, const Fie
         const Bytes type = Get(GetRsaAttributesAttributeOid, attributes, a).bytes;
         const Got value = Get(GetRsaAttributesAttributeValue, attributes, a, 0u);
         attrs += (a ? "+" : "") + Dotted(type);
-        if (type == kMessageDigest) Append(got, "md", Compact(Get(DecodeRsaAttributeMessageDigestValue, value.bytes.data(), Size(value.bytes)).bytes, false));
+        if (type == kMessageDigest) Append(got, "md", PlainHex(Get(DecodeRsaAttributeMessageDigestValue, value.bytes.data(), Size(value.bytes)).bytes, true));
         if (type == kSigningTime) {
             EXPECT_EQ(DecodeRsaAttributeSigningTimeValue(value.bytes.data(), Size(value.bytes), &attributeTime), TV_OK);
             EXPECT_TRUE(SameTime(attributeTime, t));
@@ -177,8 +151,8 @@ void SignerFields(const Bytes& message, CmsSignedData* sd, uint32_t i, const Fie
 
     // The signer text: "serial, " and the identifier's issuer CN; a signer named by a key
     // identifier longer than four octets has none.
-    const Got text = TextOf(GetBufferCmsSignatureTimeAndCN, i + 1, message.data(), Size(message), &t);
-    const Got cn = TextOf(GetCertificateCN, cert.p);
+    const Got text = Get(GetBufferCmsSignatureTimeAndCN, i + 1, message.data(), Size(message), &t, Out);
+    const Got cn = Get(GetCertificateCN, cert.p, Out);
     const std::string prefix = Printable(Get(GetCertificateSerialNumber, cert.p).bytes);
     ASSERT_EQ(cn.rc, TV_OK);
     EXPECT_EQ(std::string(cn.bytes.begin(), cn.bytes.begin() + prefix.size()), prefix);
@@ -238,14 +212,9 @@ Fields MessageFields(const Bytes& message, const Fields& expected) {
 }
 
 TEST(CmsFixtures, EveryMessageReadsBackAsOpensslPrintedIt) {
-    std::ifstream lines(Fixture("cms/EXPECT"));
     int files = 0;
-    for (std::string line, file, pair; std::getline(lines, line);) {
-        if (line.empty() || line[0] == '#') continue;
+    for (const auto& [file, expected] : ExpectRows("cms")) {
         ++files;
-        std::istringstream words(line);
-        Fields expected;
-        for (words >> file; words >> pair;) expected[pair.substr(0, pair.find('='))] = pair.substr(pair.find('=') + 1);
         SCOPED_TRACE(file);
         const Bytes message = FixtureFile("cms/" + file);
         EXPECT_EQ(MessageFields(message, expected), expected);

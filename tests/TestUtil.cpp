@@ -3,6 +3,7 @@
 #include <cctype>
 #include <fstream>
 #include <iterator>
+#include <sstream>
 
 #include "tarvelon/engine/Mem.h"
 
@@ -35,6 +36,39 @@ Bytes ReadFile(const std::string& path) {
 
 std::string Fixture(const std::string& relative) { return std::string(TV_FIXTURES) + "/" + relative; }
 Bytes FixtureFile(const std::string& relative) { return ReadFile(Fixture(relative)); }
+
+std::vector<std::pair<std::string, Fields>> ExpectRows(const std::string& folder) {
+    std::vector<std::pair<std::string, Fields>> rows;
+    std::ifstream lines(Fixture(folder + "/EXPECT"));
+    for (std::string line, pair; std::getline(lines, line);) {
+        if (line.empty() || line[0] == '#') continue;
+        std::istringstream words(line);
+        auto& [file, fields] = rows.emplace_back();
+        for (words >> file; words >> pair;) fields[pair.substr(0, pair.find('='))] = pair.substr(pair.find('=') + 1);
+    }
+    return rows;
+}
+
+void Append(Fields& got, const std::string& key, const std::string& item, const char* separator) {
+    std::string& list = got[key];
+    list += (list.empty() ? "" : separator) + item;
+}
+
+std::string PlainHex(const Bytes& b, bool lower) {
+    std::string hex = ToHex(b);
+    std::erase(hex, ' ');
+    if (lower)
+        for (char& c : hex) c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
+    return hex;
+}
+
+std::string Dotted(const Bytes& packed) {
+    if (packed.empty()) return "-";
+    char text[160];
+    uint32_t n = sizeof text;
+    const uint32_t rc = ConvertOidToString(packed.data(), text, &n);
+    return rc == TV_OK ? std::string(text) : "status " + std::to_string(rc);
+}
 
 Bytes Child(const Bytes& der, std::initializer_list<int> path) {
     const uint8_t* at = der.data();

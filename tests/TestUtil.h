@@ -4,6 +4,7 @@
 
 #include <cstdint>
 #include <functional>
+#include <map>
 #include <string>
 #include <tuple>
 #include <type_traits>
@@ -31,6 +32,17 @@ inline uint32_t Size(const Bytes& b) { return static_cast<uint32_t>(b.size()); }
 Bytes ReadFile(const std::string& path);
 std::string Fixture(const std::string& relative);
 Bytes FixtureFile(const std::string& relative);
+
+// A fixture folder's EXPECT file: one line per file, "FILE KEY=VALUE...", # starts a comment. The
+// field-by-field tests read a file into the same keys and compare the maps whole.
+using Fields = std::map<std::string, std::string>;
+std::vector<std::pair<std::string, Fields>> ExpectRows(const std::string& folder);
+// Appends `item` to the list at `key` (comma-separated, as EXPECT writes lists over repeated parts).
+void Append(Fields& got, const std::string& key, const std::string& item, const char* separator = ",");
+// Hex without spaces, as EXPECT writes octets.
+std::string PlainHex(const Bytes& b, bool lower = false);
+// A packed OID as dotted text; "-" for none.
+std::string Dotted(const Bytes& packed);
 
 // The element reached from `der` by child indexes, header included: Child(cert, {0, 6}) is the
 // SubjectPublicKeyInfo of a v3 certificate. Empty when the path does not exist.

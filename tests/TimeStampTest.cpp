@@ -3,17 +3,12 @@
 // byte. The corpus round-trips the SeveralData file (two of these tokens).
 #include <algorithm>
 #include <cstdio>
-#include <fstream>
-#include <map>
-#include <sstream>
 
 #include "TestUtil.h"
 
 using namespace tvtest;
 
 namespace {
-
-using Fields = std::map<std::string, std::string>;
 
 // A decoder's output buffer, read back as the octets it was given.
 struct Buf {
@@ -40,9 +35,7 @@ std::string Policy(const Bytes& packed, const Fields& expected) {
 // Octets as EXPECT writes them: hex, INTEGER contents without leading zero octets, "-" for none.
 std::string Plain(const Bytes& b, bool integer = false) {
     if (b.empty()) return "-";
-    std::string hex = ToHex(Bytes(integer ? std::find_if(b.begin(), b.end() - 1, [](uint8_t o) { return o; }) : b.begin(), b.end()));
-    std::erase(hex, ' ');
-    return hex;
+    return PlainHex(Bytes(integer ? std::find_if(b.begin(), b.end() - 1, [](uint8_t o) { return o; }) : b.begin(), b.end()));
 }
 
 std::string Bool(uint32_t b) { return b ? "yes" : "no"; }
@@ -160,13 +153,8 @@ Fields TokenFields(const Bytes& der, const Fields& expected) {
 TEST(TimeStampFixtures, EveryFieldReadsBackAsOpenSslPrintedItAndWritesBackTheSameBytes) {
     const std::pair<const char*, Fields (*)(const Bytes&, const Fields&)> readers[] = {
         {"query_", QueryFields}, {"reply_", ReplyFields}, {"token_", TokenFields}};
-    std::ifstream lines(Fixture("timestamp/EXPECT"));
     int files = 0;
-    for (std::string line, file, pair; std::getline(lines, line);) {
-        if (line.empty() || line[0] == '#') continue;
-        std::istringstream words(line);
-        Fields expected;
-        for (words >> file; words >> pair;) expected[pair.substr(0, pair.find('='))] = pair.substr(pair.find('=') + 1);
+    for (const auto& [file, expected] : ExpectRows("timestamp")) {
         for (auto [prefix, read] : readers) {
             if (!file.starts_with(prefix)) continue;
             EXPECT_EQ(read(FixtureFile("timestamp/" + file), expected), expected) << file;
