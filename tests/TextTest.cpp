@@ -399,6 +399,36 @@ TEST(Time, SetterStoresFieldByFieldUntilOneFails) {
     EXPECT_EQ(std::vector<uint32_t>(f, f + 8), std::vector<uint32_t>({29, 2, 2024, 1, 2, 3, 0, 0}));
 }
 
+// The heap records of the time-stamp interface: made zeroed (the only null time there is), copied
+// whole, read as null when every field is zero or the record is missing.
+TEST(Time, RecordsLifeCycle) {
+    LibraryTime* t = nullptr;
+    LibraryPreciseTime* p = nullptr;
+    Accuracy* a = nullptr;
+    ASSERT_EQ(CreateLibraryTime(&t) | CreateLibraryPreciseTime(&p) | CreateAccuracy(&a), 0u);
+    EXPECT_EQ(IsLibraryTimeNull(t) + IsLibraryPreciseTimeNull(p) + IsAccuracyNull(a), 3u);
+    EXPECT_EQ(IsLibraryTimeNull(nullptr) + IsLibraryPreciseTimeNull(nullptr) + IsAccuracyNull(nullptr), 3u);
+    EXPECT_EQ(SetLibraryPreciseTimeToNull(p), 313u);
+    ASSERT_EQ(SetLibraryPreciseTime(p, 1, 2, 2026, 3, 4, 5, 0, 1), 0u);
+    EXPECT_EQ(IsLibraryPreciseTimeNull(p), 0u) << "a microsecond is enough";
+    ASSERT_EQ(SetAccuracy(a, 0, 500, 0), 0u);
+    Accuracy copy{9, 9, 9};
+    LibraryPreciseTime pc{};
+    LibraryTime tc{1, 1, 1, 1, 1, 1};
+    EXPECT_EQ(CopyAccuracy(&copy, a) | CopyLibraryPreciseTime(&pc, p) | CopyLibraryTime(&tc, t), 0u);
+    EXPECT_EQ(std::memcmp(&pc, p, sizeof pc), 0);
+    EXPECT_EQ(IsLibraryTimeNull(&tc), 1u);
+    uint32_t f[3] = {7, 7, 7};
+    ASSERT_EQ(GetAccuracy(&copy, &f[0], &f[1], &f[2]), 0u);
+    EXPECT_EQ(std::vector<uint32_t>(f, f + 3), std::vector<uint32_t>({0, 500, 0}));
+    EXPECT_EQ(GetAccuracy(nullptr, &f[0], &f[1], &f[2]), 32u);
+    EXPECT_EQ(f[1], 0u) << "a missing record reads as zeros";
+    EXPECT_EQ(SetAccuracyToNull(a), 0u);
+    EXPECT_EQ(IsAccuracyNull(a), 1u);
+    EXPECT_EQ(CopyLibraryTime(&tc, nullptr), 32u);
+    EXPECT_EQ(FreeLibraryTime(t) | FreeLibraryPreciseTime(p) | FreeAccuracy(a), 0u);
+}
+
 TEST(Time, ArithmeticComparisonAndNow) {
     // Expected dates from Python's datetime.date + timedelta.
     for (auto [start, days, expected] :
