@@ -16,6 +16,7 @@
 #include "tarvelon/x509/pkcs10.h"
 #include "tarvelon/messages/CmsTools.h"
 #include "tarvelon/messages/Cms.h"
+#include "tarvelon/messages/Enveloped.h"
 #include "tarvelon/messages/Ocsp.h"
 #include "tarvelon/messages/TimeStamp.h"
 #include "tarvelon/tarvelon.h"
@@ -104,6 +105,9 @@ const Shape kShapes[] = {
     {"TimeStampResp", &kTimeStampResponse},
     {"TSTInfo", &kTstInfo},
     {"SeveralData", &kSeveralData},
+    {"EnvelopedData", &kEnvelopedData},
+    {"KeyTransRecipientInfo", &kKeyTrans},
+    {"GostR3410-KeyTransport", &kGostR3410KeyTransport},
     {"INTEGER", &kInteger},
     {"OCTET STRING", &kOctetString},
     {"SET OF INTEGER", &kSetOfInteger},
@@ -357,6 +361,55 @@ void TimeStampReaders(const uint8_t* data, uint32_t size) {
     }
 }
 
+// An enveloped message read as its recipient's software would: every recipient, for key transport
+// its fields and the GOST key transport inside its encrypted key, the content's algorithm and the
+// GOST 28147-89 parameters in it.
+void GostKeyTransportReaders(const uint8_t* data, uint32_t size) {
+    GostR3410KeyTransport* transport = nullptr;
+    if (DecodeGostR3410KeyTransport(data, size, &transport) != TV_OK) return;
+    uint8_t b[256], p[256];
+    uint32_t n = sizeof b, m = sizeof p;
+    for (auto get : {GetGostR3410KeyTransportEncryptedKey, GetGostR3410KeyTransportMaskKey, GetGostR3410KeyTransportMacKey,
+                     GetGostR3410KeyTransportUkm, GetGostR3410KeyTransportEphemeralPublicKey}) {
+        n = sizeof b;
+        get(transport, b, &n);
+    }
+    n = sizeof b;
+    GetGostR3410KeyTransportEncryptionParamSetOid(transport, b, &n);
+    n = sizeof b;
+    GetGostR3410KeyTransportEphemeralPublicKeyAlgorithmOidAndParameters(transport, b, &n, p, &m);
+    FreeGostR3410KeyTransport(transport);
+}
+
+void EnvelopedReaders(const uint8_t* data, uint32_t size) {
+    CmsEnvelopedData* enveloped = nullptr;
+    if (DecodeCmsEnvelopedData(data, size, &enveloped) != TV_OK) return;
+    uint8_t b[4096], p[256];
+    uint32_t count = 0, kind = 0, n = sizeof b, m = sizeof p;
+    if (GetCmsEnvelopedDataRecipientInfosCount(enveloped, &count) == TV_OK)
+        for (uint32_t i = 0; i < count; ++i) {
+            void* value = nullptr;
+            if (GetCmsEnvelopedDataRecipientInfo(enveloped, i, &value, &kind) != TV_OK || kind != TV_CMS_RECIPIENT_KEY_TRANS)
+                continue;
+            auto* keyTrans = static_cast<KeyTrans*>(value);
+            X509Name* issuer = nullptr;
+            uint32_t serialLen = 64, keyIdLen = 64;
+            GetKeyTransRecipientIdentifier(keyTrans, &issuer, b, &serialLen, p, &keyIdLen);
+            n = sizeof b, m = sizeof p;
+            GetKeyTransKeyEncryptionAlgorithmOidAndParameters(keyTrans, b, &n, p, &m);
+            n = sizeof b;
+            if (GetKeyTransEncryptedKey(keyTrans, b, &n) == TV_OK) GostKeyTransportReaders(b, n);
+        }
+    for (uint32_t i = 0; GetCmsEnvelopedDataEncodedCertificate(enveloped, i, &kind, nullptr, nullptr) == TV_OK; ++i) {}
+    n = sizeof b, m = sizeof p;
+    if (GetCmsEnvelopedDataContentEncryptionAlgorithmOidAndParameters(enveloped, b, &n, p, &m) == TV_OK) {
+        uint8_t iv[64], oid[64];
+        uint32_t ivLen = sizeof iv, oidLen = sizeof oid;
+        DecodeGost2814789Parameters(p, m, iv, &ivLen, oid, &oidLen);
+    }
+    FreeCmsEnvelopedData(enveloped);
+}
+
 // Caller bytes stored as an ANY: what is accepted must be one whole element, so the stored header
 // spans exactly the stored octets and the ANY decoder takes all of them.
 void CallerAny(const uint8_t* data, uint32_t size) {
@@ -382,6 +435,8 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     AttributeReaders(data, static_cast<uint32_t>(size));
     CmsReaders(data, static_cast<uint32_t>(size));
     TimeStampReaders(data, static_cast<uint32_t>(size));
+    EnvelopedReaders(data, static_cast<uint32_t>(size));
+    GostKeyTransportReaders(data, static_cast<uint32_t>(size));
     CallerAny(data, static_cast<uint32_t>(size));
     return 0;
 }

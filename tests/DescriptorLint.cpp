@@ -23,6 +23,7 @@
 #include "tarvelon/x509/pkcs10.h"
 #include "tarvelon/messages/Cms.h"
 #include "tarvelon/messages/CmsTools.h"
+#include "tarvelon/messages/Enveloped.h"
 #include "tarvelon/messages/Ocsp.h"
 #include "tarvelon/messages/TimeStamp.h"
 
@@ -118,7 +119,8 @@ TEST(DescriptorLint, EveryRootIsClean) {
         ROOT(BasicOcspResponse), ROOT(BasicOcspResponses), ROOT(SingleResponse), ROOT(SigningCertificate),
         ROOT(SigningCertificateV2), ROOT(OtherSigningCertificate), ROOT(AtsHashIndex), ROOT(ExtSubjInfo), ROOT(DocInfo),
         ROOT(CompleteRevocationRefs), ROOT(RevocationValues), ROOT(ContentInfo), ROOT(SignedData), ROOT(SignerInfo),
-        ROOT(TimeStampRequest), ROOT(TimeStampResponse), ROOT(TstInfo), ROOT(SeveralData),
+        ROOT(TimeStampRequest), ROOT(TimeStampResponse), ROOT(TstInfo), ROOT(SeveralData), ROOT(EnvelopedData),
+        ROOT(KeyTrans), ROOT(GostR3410KeyTransport),
     };
 #undef ROOT
     // What the peers' layouts make the lint report: reasons under [1], the tag of onlyContainsUserCerts,

@@ -18,6 +18,7 @@
 #include "tarvelon/request.h"
 #include "tarvelon/ocsp.h"
 #include "tarvelon/cms.h"
+#include "tarvelon/enveloped.h"
 #include "tarvelon/timestamp.h"
 
 #endif

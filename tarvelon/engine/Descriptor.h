@@ -110,6 +110,14 @@ constexpr Asn1Descriptor Any() {
     return Asn1Descriptor{ASN1_CLASS_UNIVERSAL, ASN1_PRIMITIVE_FORM, 0, ASN1_ANY, -1, 0, nullptr, 0, nullptr};
 }
 
+// A constructed element kept whole: a CHOICE alternative whose structure the library does not
+// interpret matches by its tag and constructed form and travels as its complete encoding.
+constexpr Asn1Descriptor ConstructedAny() {
+    Asn1Descriptor d = Any();
+    d.constructed = ASN1_CONSTRUCTED_FORM;
+    return d;
+}
+
 // The one-entry component array of a list, held per element descriptor.
 template <const Asn1Descriptor* Element>
 inline constexpr Components<1> kListElement{{Element}};

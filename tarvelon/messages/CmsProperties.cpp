@@ -39,7 +39,12 @@ constexpr auto kSignerIdentifierAlternatives = Slots<SignerIdentifierKind>({
     {SignerIdentifierKind::kIssuerAndSerialNumber, &kIssuerAndSerialNumber},  // issuerAndSerialNumber  IssuerAndSerialNumber
     {SignerIdentifierKind::kSubjectKeyIdentifier, &kSubjectKeyIdentifier},    // subjectKeyIdentifier   [0] SubjectKeyIdentifier
 });
-constexpr Asn1Descriptor kSignerIdentifier = Choice(kSignerIdentifierAlternatives);
+
+}  // namespace
+
+constinit const Asn1Descriptor kCmsIdentifier = Choice(kSignerIdentifierAlternatives);
+
+namespace {
 
 constexpr Asn1Descriptor kSignedAttrs = Implicit(0, Optional(SetOf<&kAttribute>()));
 constexpr Asn1Descriptor kUnsignedAttrs = Implicit(1, Optional(SetOf<&kAttribute>()));
@@ -47,7 +52,7 @@ constexpr Asn1Descriptor kUnsignedAttrs = Implicit(1, Optional(SetOf<&kAttribute
 // SignerInfo ::= SEQUENCE {                                           (RFC 5652 5.3)
 constexpr auto kSignerInfoParts = Slots<SignerInfoSlot>({
     {SignerInfoSlot::kVersion, &kInteger},                          // version             CMSVersion
-    {SignerInfoSlot::kSid, &kSignerIdentifier},                     // sid                 SignerIdentifier
+    {SignerInfoSlot::kSid, &kCmsIdentifier},                        // sid                 SignerIdentifier
     {SignerInfoSlot::kDigestAlgorithm, &kAlgorithmIdentifier},      // digestAlgorithm     DigestAlgorithmIdentifier
     {SignerInfoSlot::kSignedAttrs, &kSignedAttrs},                  // signedAttrs         [0] IMPLICIT SignedAttributes OPTIONAL
     {SignerInfoSlot::kSignatureAlgorithm, &kAlgorithmIdentifier},   // signatureAlgorithm  SignatureAlgorithmIdentifier
@@ -62,13 +67,17 @@ constinit const Asn1Descriptor kSignerInfo = Sequence(kSignerInfoParts);
 namespace {
 
 constexpr Asn1Descriptor kDigestAlgorithms = SetOf<&kAlgorithmIdentifier>();
-// CertificateSet ::= SET OF CertificateChoices: each choice kept as its complete element.
-constexpr Asn1Descriptor kCertificateSet = Implicit(0, Optional(SetOf<&kAny>()));
-// RevocationInfoChoices ::= SET OF RevocationInfoChoice, where
-// RevocationInfoChoice ::= CHOICE { crl CertificateList, other [1] IMPLICIT OtherRevocationInfoFormat }:
-// each choice kept as its complete element, its kind read from the identifier octet.
-constexpr Asn1Descriptor kRevocationInfoChoices = Implicit(1, Optional(SetOf<&kAny>()));
 constexpr Asn1Descriptor kSignerInfos = SetOf<&kSignerInfo>();
+
+}  // namespace
+
+// CertificateSet ::= SET OF CertificateChoices
+constinit const Asn1Descriptor kCertificateSet = Implicit(0, Optional(SetOf<&kAny>()));
+// RevocationInfoChoices ::= SET OF RevocationInfoChoice, where
+// RevocationInfoChoice ::= CHOICE { crl CertificateList, other [1] IMPLICIT OtherRevocationInfoFormat }
+constinit const Asn1Descriptor kRevocationInfoChoices = Implicit(1, Optional(SetOf<&kAny>()));
+
+namespace {
 
 // SignedData ::= SEQUENCE {                                           (RFC 5652 5.1)
 constexpr auto kSignedDataParts = Slots<SignedDataSlot>({
@@ -104,54 +113,6 @@ constinit const Family kDigestAlgorithmsFamily{&kDigestAlgorithms, Module::CmsPr
 constinit const Family kSignerInfosFamily{&kSignerInfos, Module::CmsProperties, 0};
 constinit const Family kElementsFamily{&kCertificateSet, Module::CmsProperties, 0};
 
-// The identifier octet each certificate kind 1..5 imposes (RFC 5652 10.2.2 CertificateChoices).
-constexpr uint8_t kCertificateKindOctet[] = {0x30, 0xA0, 0xA1, 0xA2, 0xA3};
-
-// The kind a stored element's identifier octets name: `constructedContextTags` maps the context tags
-// 0, 1, ... of the constructed form to the kinds 2, 3, ...; a constructed SEQUENCE is kind 1,
-// anything else 0.
-uint32_t ElementKind(const Asn1Primitive* element, uint32_t constructedContextTags, uint32_t firstContextTag) noexcept {
-    Header h;
-    if (ParseHeader(element->content, element->length, &h) != TV_OK || !h.constructed) return 0;
-    if (h.tagClass == ASN1_CLASS_UNIVERSAL && h.tag == ASN1_SEQUENCE) return 1;
-    if (h.tagClass == ASN1_CLASS_CONTEXT && h.tag >= firstContextTag && h.tag < firstContextTag + constructedContextTags)
-        return 2 + h.tag - firstContextTag;
-    return 0;
-}
-
-// Kind, then the whole element under the size protocol; with neither a buffer nor a length only the
-// kind (a buffer without a length is 32).
-uint32_t ReadElement(const void* set, uint32_t index, uint32_t contextTags, uint32_t firstContextTag,
-                     uint32_t* outKind, uint8_t* out, uint32_t* outLen) noexcept {
-    const auto* list = static_cast<const Asn1List*>(set);
-    if (!list || index >= list->count) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
-    const auto* element = static_cast<const Asn1Primitive*>(list->items[index]);
-    if (outKind) *outKind = ElementKind(element, contextTags, firstContextTag);
-    if (outLen) return GetLeaf(TV_SITE, element, out, outLen);
-    return out ? TV_FAIL(TV_ERR_INVALID_ARGUMENT) : uint32_t{TV_OK};
-}
-
-// The list in an optional SET slot, made on first use.
-uint32_t SetInSlot(void** slot, Asn1List** out) noexcept {
-    if (!*slot && !(*slot = ListCreate())) return TV_FAIL(TV_ERR_NO_MEMORY);
-    *out = static_cast<Asn1List*>(*slot);
-    return TV_OK;
-}
-
-uint32_t CountOrZero(const void* list, uint32_t* outCount) noexcept {
-    if (!outCount) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
-    *outCount = list ? static_cast<const Asn1List*>(list)->count : 0;
-    return TV_OK;
-}
-
-uint32_t RemoveSet(void* owner, D which) noexcept {
-    void** slot = nullptr;
-    TV_TRY(Walk(TV_SITE, owner, &slot, which));
-    FreeAsn1Object(Component(kSignedData, which), *slot);
-    *slot = nullptr;
-    return TV_OK;
-}
-
 // The signer identifier's CHOICE value: 32 without a signer, 311 without the choice.
 uint32_t SidOf(const CmsSignerInfo* signerInfo, Asn1ChoiceValue** out) noexcept {
     const void* sid = nullptr;
@@ -161,6 +122,159 @@ uint32_t SidOf(const CmsSignerInfo* signerInfo, Asn1ChoiceValue** out) noexcept 
 }
 
 }  // namespace
+
+// ---- shared with EnvelopedData and KeyTrans ---------------------------------------------------------
+
+namespace cms {
+namespace {
+
+// The kind a stored element's identifier octets name: `constructedContextTags` maps the context tags
+// first, first + 1, ... of the constructed form to the kinds 2, 3, ...; a constructed SEQUENCE is
+// kind 1, anything else 0.
+uint32_t ElementKind(const Asn1Primitive* element, uint32_t constructedContextTags, uint32_t firstContextTag) noexcept {
+    Header h;
+    if (ParseHeader(element->content, element->length, &h) != TV_OK || !h.constructed) return 0;
+    if (h.tagClass == ASN1_CLASS_UNIVERSAL && h.tag == ASN1_SEQUENCE) return 1;
+    if (h.tagClass == ASN1_CLASS_CONTEXT && h.tag >= firstContextTag && h.tag < firstContextTag + constructedContextTags)
+        return 2 + h.tag - firstContextTag;
+    return 0;
+}
+
+uint32_t ReadElement(const Family& f, const void* set, uint32_t index, uint32_t contextTags, uint32_t firstContextTag,
+                     uint32_t* outKind, uint8_t* out, uint32_t* outLen) noexcept {
+    const auto* list = static_cast<const Asn1List*>(set);
+    if (!list || index >= list->count) return Fail(TV_FAMILY_SITE(f), TV_ERR_INVALID_ARGUMENT);
+    const auto* element = static_cast<const Asn1Primitive*>(list->items[index]);
+    if (outKind) *outKind = ElementKind(element, contextTags, firstContextTag);
+    if (outLen) return GetLeaf(TV_FAMILY_SITE(f), element, out, outLen);
+    return out ? Fail(TV_FAMILY_SITE(f), TV_ERR_INVALID_ARGUMENT) : uint32_t{TV_OK};
+}
+
+// The list in an optional SET slot, made on first use.
+uint32_t SetInSlot(const Family& f, void** slot, Asn1List** out) noexcept {
+    if (!*slot && !(*slot = ListCreate())) return Fail(TV_FAMILY_SITE(f), TV_ERR_NO_MEMORY);
+    *out = static_cast<Asn1List*>(*slot);
+    return TV_OK;
+}
+
+// The identifier octet each certificate kind 1..5 imposes (RFC 5652 10.2.2 CertificateChoices).
+constexpr uint8_t kCertificateKindOctet[] = {0x30, 0xA0, 0xA1, 0xA2, 0xA3};
+
+}  // namespace
+
+// The caller's element with its identifier octet replaced by the kind's; the length octets and the
+// contents are kept as given. The set exists before the kind is looked at.
+uint32_t AddCertificate(const Family& f, void** slot, uint32_t kind, const uint8_t* in, uint32_t inLen,
+                        uint32_t unknownKind) noexcept {
+    if (!in) return Fail(TV_FAMILY_SITE(f), TV_ERR_INVALID_ARGUMENT);
+    Asn1List* list = nullptr;
+    TV_TRY(SetInSlot(f, slot, &list));
+    if (kind < 1 || kind > 5) return Fail(TV_FAMILY_SITE(f), unknownKind);
+    OwnedValue element(&kAny);
+    TV_TRY(SetAny(TV_FAMILY_SITE(f), element.Out(), in, inLen));
+    auto* stored = element.as<Asn1Primitive>();
+    stored->content[0] = kCertificateKindOctet[kind - 1];
+    stored->word = stored->content[0];
+    for (uint32_t i = 0; i < list->count; ++i) {
+        const auto* present = static_cast<const Asn1Primitive*>(list->items[i]);
+        if (present->length == stored->length && std::memcmp(present->content, stored->content, stored->length) == 0)
+            return TV_OK;
+    }
+    return ListAppendT(f, list, element);
+}
+
+// CRLs are appended as often as they come, without the certificates' duplicate check: callers have
+// always been able to rely on the count growing by one.
+uint32_t AddCrl(const Family& f, void** slot, uint32_t kind, const uint8_t* in, uint32_t inLen, uint32_t unknownKind) noexcept {
+    if (!in) return Fail(TV_FAMILY_SITE(f), TV_ERR_INVALID_ARGUMENT);
+    Asn1List* list = nullptr;
+    TV_TRY(SetInSlot(f, slot, &list));
+    OwnedValue element(&kAny, New<Asn1Primitive>());
+    if (!element.get()) return Fail(TV_FAMILY_SITE(f), TV_ERR_NO_MEMORY);
+    auto* stored = element.as<Asn1Primitive>();
+    if (kind == TV_CMS_CRL_CERTIFICATE_LIST) {
+        TV_TRY(SetAnyEncoding(stored, in, inLen));
+    } else if (kind == TV_CMS_CRL_OTHER) {
+        // other [1] IMPLICIT OtherRevocationInfoFormat: the caller gives the SEQUENCE's contents
+        TV_TRY(SetAnyParts(stored, ASN1_CLASS_CONTEXT, ASN1_CONSTRUCTED_FORM, 1, 0xA1, in, inLen));
+    } else {
+        return Fail(TV_FAMILY_SITE(f), unknownKind);
+    }
+    return ListAppendT(f, list, element);
+}
+
+uint32_t ReadCertificate(const Family& f, const void* set, uint32_t index, uint32_t* outKind, uint8_t* out,
+                         uint32_t* outLen) noexcept {
+    return ReadElement(f, set, index, 4, 0, outKind, out, outLen);
+}
+
+uint32_t ReadCrl(const Family& f, const void* set, uint32_t index, uint32_t* outKind, uint8_t* out,
+                 uint32_t* outLen) noexcept {
+    return ReadElement(f, set, index, 1, 1, outKind, out, outLen);
+}
+
+uint32_t CountElements(const Family& f, const void* set, uint32_t* outCount) noexcept {
+    if (!outCount) return Fail(TV_FAMILY_SITE(f), TV_ERR_INVALID_ARGUMENT);
+    *outCount = set ? static_cast<const Asn1List*>(set)->count : 0;
+    return TV_OK;
+}
+
+void RemoveElements(void** slot) noexcept {
+    FreeAsn1Object(&kCertificateSet, *slot);
+    *slot = nullptr;
+}
+
+// The serial is stored as the caller's INTEGER contents, not normalised: it must match the
+// certificate's serial octet for octet.
+uint32_t SetIssuerAndSerialNumber(const Family& f, Asn1ChoiceValue* id, const X509Name* issuer, const uint8_t* serial,
+                                  uint32_t serialLen) noexcept {
+    if (!issuer || !serial) return Fail(TV_FAMILY_SITE(f), TV_ERR_INVALID_ARGUMENT);
+    if (id->index == Index(SignerIdentifierKind::kSubjectKeyIdentifier)) TV_TRY(ReleaseChoiceAlternative(&kCmsIdentifier, id));
+    if (!id->value) {
+        OwnedValue fresh(&kIssuerAndSerialNumber);
+        TV_TRY(NewStructure(TV_FAMILY_SITE(f), kIssuerAndSerialNumber, fresh));
+        id->value = fresh.Release();
+    }
+    id->index = Index(SignerIdentifierKind::kIssuerAndSerialNumber);
+    TV_TRY(SetNameCopy(&Slot(id->value, A::kIssuer), issuer));
+    return SetOrCreatePrimitive(&Slot(id->value, A::kSerialNumber), ASN1_INTEGER, serial, serialLen);
+}
+
+uint32_t SetSubjectKeyIdentifier(const Family& f, Asn1ChoiceValue* id, const uint8_t* keyId, uint32_t keyIdLen) noexcept {
+    if (!keyId) return Fail(TV_FAMILY_SITE(f), TV_ERR_INVALID_ARGUMENT);
+    OwnedValue stored(&kOctetString);
+    TV_TRY(SetOrCreatePrimitive(stored.Out(), ASN1_OCTET_STRING, keyId, keyIdLen));
+    if (id->value) TV_TRY(ReleaseChoiceAlternative(&kCmsIdentifier, id));
+    id->index = Index(SignerIdentifierKind::kSubjectKeyIdentifier);
+    id->value = stored.Release();
+    return TV_OK;
+}
+
+// Only the outputs of the alternative present are filled; the other's are cleared where given.
+uint32_t GetIdentifier(const Family& f, Asn1ChoiceValue* id, X509Name** outIssuer, uint8_t* outSerial,
+                       uint32_t* outSerialLen, uint8_t* outKeyId, uint32_t* outKeyIdLen) noexcept {
+    switch (id->index) {
+        case Index(SignerIdentifierKind::kSubjectKeyIdentifier):
+            if (outIssuer) *outIssuer = nullptr;
+            if (outSerialLen) *outSerialLen = 0;
+            return GetLeaf(TV_FAMILY_SITE(f), id->value, outKeyId, outKeyIdLen);
+        case Index(SignerIdentifierKind::kIssuerAndSerialNumber): {
+            if (outKeyIdLen) *outKeyIdLen = 0;
+            if (!outIssuer) return Fail(TV_FAMILY_SITE(f), TV_ERR_INVALID_ARGUMENT);
+            if (!id->value) {
+                OwnedValue fresh(&kIssuerAndSerialNumber);
+                TV_TRY(NewStructure(TV_FAMILY_SITE(f), kIssuerAndSerialNumber, fresh));
+                id->value = fresh.Release();
+            }
+            TV_TRY(NameInSlot(TV_FAMILY_SITE(f), &Slot(id->value, A::kIssuer), outIssuer));
+            return GetLeaf(TV_FAMILY_SITE(f), Slot(id->value, A::kSerialNumber), outSerial, outSerialLen);
+        }
+        default:
+            return Fail(TV_FAMILY_SITE(f), TV_ERR_NO_ALTERNATIVE);
+    }
+}
+
+}  // namespace cms
 }  // namespace tv
 
 using namespace tv;
@@ -195,9 +309,8 @@ extern "C" TV_API uint32_t AddCmsSignedDataDigestAlgorithmOidAndParameters(CmsSi
     if (!inOid) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
     OwnedValue algorithm(&kAlgorithmIdentifier);
     TV_TRY(SetAlgorithmOidAndParameters(algorithm.Out(), inOid, inParams, inParamsLen));
-    Asn1List* list = nullptr;
-    TV_TRY(SetInSlot(slot, &list));
-    const uint32_t rc = ListAppendUnique(list, &kAlgorithmIdentifier, algorithm.get());
+    if (!*slot && !(*slot = ListCreate())) return TV_FAIL(TV_ERR_NO_MEMORY);
+    const uint32_t rc = ListAppendUnique(static_cast<Asn1List*>(*slot), &kAlgorithmIdentifier, algorithm.get());
     if (rc == TV_ERR_DUPLICATE) return TV_OK;
     TV_TRY(rc);
     algorithm.Release();
@@ -265,83 +378,59 @@ extern "C" TV_API uint32_t GetCmsSignedDataContentInfo(CmsSignedData* signedData
     return TV_OK;
 }
 
-// The caller's element with its identifier octet replaced by the kind's; the length octets and the
-// contents are kept as given. An element equal to one already stored is not stored again.
 extern "C" TV_API uint32_t AddCmsSignedDataEncodedCertificate(CmsSignedData* signedData, uint32_t certKind,
                                                              const uint8_t* in, uint32_t inLen) {
     void** slot = nullptr;
     TV_TRY(Walk(TV_SITE, signedData, &slot, D::kCertificates));
-    if (!in) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
-    Asn1List* list = nullptr;
-    TV_TRY(SetInSlot(slot, &list));
-    if (certKind < 1 || certKind > 5) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
-    OwnedValue element(&kAny);
-    TV_TRY(SetAny(TV_SITE, element.Out(), in, inLen));
-    auto* stored = element.as<Asn1Primitive>();
-    stored->content[0] = kCertificateKindOctet[certKind - 1];
-    stored->word = stored->content[0];
-    for (uint32_t i = 0; i < list->count; ++i) {
-        const auto* present = static_cast<const Asn1Primitive*>(list->items[i]);
-        if (present->length == stored->length && std::memcmp(present->content, stored->content, stored->length) == 0)
-            return TV_OK;
-    }
-    return ListAppendT(kElementsFamily, list, element);
+    return cms::AddCertificate(kElementsFamily, slot, certKind, in, inLen, TV_ERR_INVALID_ARGUMENT);
 }
 
 extern "C" TV_API uint32_t GetCmsSignedDataCertificatesCount(const CmsSignedData* signedData, uint32_t* outCount) {
     const void* list = nullptr;
     TV_TRY(Walk(TV_SITE, signedData, &list, D::kCertificates));
-    return CountOrZero(list, outCount);
+    return cms::CountElements(kElementsFamily, list, outCount);
 }
 
 extern "C" TV_API uint32_t GetCmsSignedDataEncodedCertificate(const CmsSignedData* signedData, uint32_t index,
                                                              uint32_t* outCertKind, uint8_t* out, uint32_t* outLen) {
     const void* list = nullptr;
     TV_TRY(Walk(TV_SITE, signedData, &list, D::kCertificates));
-    return ReadElement(list, index, 4, 0, outCertKind, out, outLen);
+    return cms::ReadCertificate(kElementsFamily, list, index, outCertKind, out, outLen);
 }
 
 extern "C" TV_API uint32_t RemoveCmsSignedDataCertificates(CmsSignedData* signedData) {
-    return RemoveSet(signedData, D::kCertificates);
+    void** slot = nullptr;
+    TV_TRY(Walk(TV_SITE, signedData, &slot, D::kCertificates));
+    cms::RemoveElements(slot);
+    return TV_OK;
 }
 
-// CRLs are appended as often as they come, without the certificates' duplicate check: callers have
-// always been able to rely on the count growing by one.
 extern "C" TV_API uint32_t AddCmsSignedDataEncodedCrl(CmsSignedData* signedData, uint32_t crlKind, const uint8_t* in,
                                                      uint32_t inLen) {
     void** slot = nullptr;
     TV_TRY(Walk(TV_SITE, signedData, &slot, D::kCrls));
-    if (!in) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
-    Asn1List* list = nullptr;
-    TV_TRY(SetInSlot(slot, &list));
-    OwnedValue element(&kAny, New<Asn1Primitive>());
-    if (!element.get()) return TV_FAIL(TV_ERR_NO_MEMORY);
-    auto* stored = element.as<Asn1Primitive>();
-    if (crlKind == TV_CMS_CRL_CERTIFICATE_LIST) {
-        TV_TRY(SetAnyEncoding(stored, in, inLen));
-    } else if (crlKind == TV_CMS_CRL_OTHER) {
-        // other [1] IMPLICIT OtherRevocationInfoFormat: the caller gives the SEQUENCE's contents
-        TV_TRY(SetAnyParts(stored, ASN1_CLASS_CONTEXT, ASN1_CONSTRUCTED_FORM, 1, 0xA1, in, inLen));
-    } else {
-        return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
-    }
-    return ListAppendT(kElementsFamily, list, element);
+    return cms::AddCrl(kElementsFamily, slot, crlKind, in, inLen, TV_ERR_INVALID_ARGUMENT);
 }
 
 extern "C" TV_API uint32_t GetCmsSignedDataCrlsCount(const CmsSignedData* signedData, uint32_t* outCount) {
     const void* list = nullptr;
     TV_TRY(Walk(TV_SITE, signedData, &list, D::kCrls));
-    return CountOrZero(list, outCount);
+    return cms::CountElements(kElementsFamily, list, outCount);
 }
 
 extern "C" TV_API uint32_t GetCmsSignedDataEncodedCrl(const CmsSignedData* signedData, uint32_t index,
                                                      uint32_t* outCrlKind, uint8_t* out, uint32_t* outLen) {
     const void* list = nullptr;
     TV_TRY(Walk(TV_SITE, signedData, &list, D::kCrls));
-    return ReadElement(list, index, 1, 1, outCrlKind, out, outLen);
+    return cms::ReadCrl(kElementsFamily, list, index, outCrlKind, out, outLen);
 }
 
-extern "C" TV_API uint32_t RemoveCmsSignedDataCrls(CmsSignedData* signedData) { return RemoveSet(signedData, D::kCrls); }
+extern "C" TV_API uint32_t RemoveCmsSignedDataCrls(CmsSignedData* signedData) {
+    void** slot = nullptr;
+    TV_TRY(Walk(TV_SITE, signedData, &slot, D::kCrls));
+    cms::RemoveElements(slot);
+    return TV_OK;
+}
 
 extern "C" TV_API uint32_t AddCmsSignedDataSignerInfo(CmsSignedData* signedData, CmsSignerInfo** outSignerInfo) {
     void** slot = nullptr;
@@ -398,65 +487,28 @@ extern "C" TV_API uint32_t GetCmsSignerInfoVersion(const CmsSignerInfo* signerIn
     return GetNumber(TV_SITE, version, outVersion);
 }
 
-// The serial is stored as the caller's INTEGER contents, not normalised: it must match the
-// certificate's serial octet for octet.
 extern "C" TV_API uint32_t SetCmsSignerInfoSignerIdentifierIssuerAndSerialNumber(CmsSignerInfo* signerInfo,
                                                                                 const X509Name* issuer,
                                                                                 const uint8_t* inSerial,
                                                                                 uint32_t inSerialLen) {
-    if (!signerInfo || !issuer || !inSerial) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
     Asn1ChoiceValue* sid = nullptr;
     TV_TRY(SidOf(signerInfo, &sid));
-    if (sid->index == Index(SignerIdentifierKind::kSubjectKeyIdentifier)) TV_TRY(ReleaseChoiceAlternative(&kSignerIdentifier, sid));
-    if (!sid->value) {
-        OwnedValue fresh(&kIssuerAndSerialNumber);
-        TV_TRY(NewStructure(TV_SITE, kIssuerAndSerialNumber, fresh));
-        sid->value = fresh.Release();
-    }
-    sid->index = Index(SignerIdentifierKind::kIssuerAndSerialNumber);
-    TV_TRY(SetNameCopy(&Slot(sid->value, A::kIssuer), issuer));
-    return SetOrCreatePrimitive(&Slot(sid->value, A::kSerialNumber), ASN1_INTEGER, inSerial, inSerialLen);
+    return cms::SetIssuerAndSerialNumber(kSignerInfoFamily, sid, issuer, inSerial, inSerialLen);
 }
 
 extern "C" TV_API uint32_t SetCmsSignerInfoSignerSubjectKeyIdentifier(CmsSignerInfo* signerInfo, const uint8_t* inKeyId,
                                                                      uint32_t inKeyIdLen) {
-    if (!signerInfo || !inKeyId) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
     Asn1ChoiceValue* sid = nullptr;
     TV_TRY(SidOf(signerInfo, &sid));
-    OwnedValue keyId(&kOctetString);
-    TV_TRY(SetOrCreatePrimitive(keyId.Out(), ASN1_OCTET_STRING, inKeyId, inKeyIdLen));
-    if (sid->value) TV_TRY(ReleaseChoiceAlternative(&kSignerIdentifier, sid));
-    sid->index = Index(SignerIdentifierKind::kSubjectKeyIdentifier);
-    sid->value = keyId.Release();
-    return TV_OK;
+    return cms::SetSubjectKeyIdentifier(kSignerInfoFamily, sid, inKeyId, inKeyIdLen);
 }
 
-// Only the outputs of the alternative present are filled; the other's are cleared where given.
 extern "C" TV_API uint32_t GetCmsSignerInfoSignerIdentifier(CmsSignerInfo* signerInfo, X509Name** outIssuer,
                                                            uint8_t* outSerial, uint32_t* outSerialLen, uint8_t* outKeyId,
                                                            uint32_t* outKeyIdLen) {
-    if (!signerInfo) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
     Asn1ChoiceValue* sid = nullptr;
     TV_TRY(SidOf(signerInfo, &sid));
-    switch (sid->index) {
-        case Index(SignerIdentifierKind::kSubjectKeyIdentifier):
-            if (outIssuer) *outIssuer = nullptr;
-            if (outSerialLen) *outSerialLen = 0;
-            return GetLeaf(TV_SITE, sid->value, outKeyId, outKeyIdLen);
-        case Index(SignerIdentifierKind::kIssuerAndSerialNumber): {
-            if (outKeyIdLen) *outKeyIdLen = 0;
-            if (!outIssuer) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
-            if (!sid->value) {
-                OwnedValue fresh(&kIssuerAndSerialNumber);
-                TV_TRY(NewStructure(TV_SITE, kIssuerAndSerialNumber, fresh));
-                sid->value = fresh.Release();
-            }
-            TV_TRY(NameInSlot(TV_SITE, &Slot(sid->value, A::kIssuer), outIssuer));
-            return GetLeaf(TV_SITE, Slot(sid->value, A::kSerialNumber), outSerial, outSerialLen);
-        }
-        default:
-            return TV_FAIL(TV_ERR_NO_ALTERNATIVE);
-    }
+    return cms::GetIdentifier(kSignerInfoFamily, sid, outIssuer, outSerial, outSerialLen, outKeyId, outKeyIdLen);
 }
 
 extern "C" TV_API uint32_t SetCmsSignerInfoDigestAlgorithmOidAndParameters(CmsSignerInfo* signerInfo, const uint8_t* inOid,

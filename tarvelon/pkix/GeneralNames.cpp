@@ -9,13 +9,6 @@ TV_MODULE(GeneralNames)
 namespace tv::desc {
 namespace {
 
-// Alternatives whose structure the library does not interpret travel as whole elements.
-constexpr Asn1Descriptor ConstructedAny() {
-    Asn1Descriptor d = Any();
-    d.constructed = ASN1_CONSTRUCTED_FORM;
-    return d;
-}
-
 constexpr Asn1Descriptor kIa5String = Prim(ASN1_IA5_STRING);
 
 constexpr Asn1Descriptor kOtherNameAlt = Implicit(0, ConstructedAny());

@@ -140,13 +140,14 @@ constinit const Components<SlotCount<AlgorithmIdentifierSlot>> kAlgorithmIdentif
         {AlgorithmIdentifierSlot::kParameters, &kOptionalAny},  // parameters  ANY DEFINED BY algorithm OPTIONAL
     });
 
-namespace {
-
 // SubjectPublicKeyInfo ::= SEQUENCE { algorithm AlgorithmIdentifier, subjectPublicKey BIT STRING }
-constexpr auto kSubjectPublicKeyInfoParts = Slots<SubjectPublicKeyInfoSlot>({
-    {SubjectPublicKeyInfoSlot::kAlgorithm, &kAlgorithmIdentifier},  // algorithm         AlgorithmIdentifier
-    {SubjectPublicKeyInfoSlot::kSubjectPublicKey, &kBitString},     // subjectPublicKey  BIT STRING
-});
+constinit const Components<SlotCount<SubjectPublicKeyInfoSlot>> kSubjectPublicKeyInfoParts =
+    Slots<SubjectPublicKeyInfoSlot>({
+        {SubjectPublicKeyInfoSlot::kAlgorithm, &kAlgorithmIdentifier},  // algorithm         AlgorithmIdentifier
+        {SubjectPublicKeyInfoSlot::kSubjectPublicKey, &kBitString},     // subjectPublicKey  BIT STRING
+    });
+
+namespace {
 
 // id-Gost28147-89-CryptoPro-A-ParamSet, the default encryption set of the 2001 block (RFC 4491).
 constinit const Asn1Primitive kDefaultEncryptionParamSet2001{ASN1_OBJECT_IDENTIFIER, kOidCipherSetCryptoProA[0],

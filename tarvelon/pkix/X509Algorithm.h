@@ -30,6 +30,8 @@ extern const Components<SlotCount<AlgorithmIdentifierSlot>> kAlgorithmIdentifier
 //     subjectPublicKey  BIT STRING }
 enum class SubjectPublicKeyInfoSlot : uint32_t { kAlgorithm, kSubjectPublicKey, kCount };
 extern const Asn1Descriptor kSubjectPublicKeyInfo;
+// Its components, for fields that hold it under another tag (the ephemeral key of GOST key transport).
+extern const Components<SlotCount<SubjectPublicKeyInfoSlot>> kSubjectPublicKeyInfoParts;
 
 // GostR3410-2001-PublicKeyParameters ::= SEQUENCE {                   (RFC 4491 2.3.2)
 //     publicKeyParamSet   OBJECT IDENTIFIER,
