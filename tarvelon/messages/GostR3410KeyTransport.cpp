@@ -64,7 +64,8 @@ using S = EncryptedKeySlot;
 using P = TransportParametersSlot;
 using Spki = SubjectPublicKeyInfoSlot;
 
-constinit const Family kKeyTransportFamily{&kGostR3410KeyTransport, Module::GostR3410KeyTransport, 1};
+// Created without empty leaves: what the caller has not set reads as absent (311), not as empty.
+constinit const Family kKeyTransportFamily{&kGostR3410KeyTransport, Module::GostR3410KeyTransport, 0};
 
 // The slot of a SEQUENCE component of the key transport, the SEQUENCE made first when it is absent.
 template <typename Part>
