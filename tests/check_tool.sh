@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # The command-line tool: dumps real objects, converts between DER and PEM, summarises certificates,
-# CRLs, requests, OCSP and CMS messages, lists a CMS message's signers, and refuses broken files with
+# CRLs, requests, OCSP and CMS signed and enveloped messages, lists a CMS message's signers, and refuses broken files with
 # one message and a non-zero exit instead of crashing.
 set -uo pipefail
 tool=$1 fixtures=$2 pki=$2/pki cert=$2/certs/rsa_ca.der pem=$2/pem/rsa_ca.pem
@@ -233,4 +233,27 @@ check fail 'data\.p7: cannot decode the CMS signed message: content type data \(
 check fail 'data\.p7: not a CMS signed message: content type data .* \(status 314\)' signers "$tmp/data.p7"
 check fail 'ee_rsa\.der: not a CMS signed message \(status 302\)' signers "$pki/ee_rsa.der"
 check fail 'empty\.der' signers "$tmp/empty.der"
+# CMS enveloped messages: openssl's RSA (by issuer and serial, and by key id) and GOST key transport,
+# a hand-made one with an opaque recipient, and one cut short.
+if command -v openssl >/dev/null; then
+  openssl x509 -inform DER -in "$pki/ee_gost2012_256.der" -out "$tmp/ee_gost.pem"
+  printf 'секрет' > "$tmp/secret.txt"
+  openssl cms -encrypt -aes128 -binary -outform DER -in "$tmp/secret.txt" -out "$tmp/env_rsa.p7m" "$tmp/ee_rsa.pem" \
+    && openssl cms -encrypt -keyid -binary -outform DER -in "$tmp/secret.txt" -out "$tmp/env_keyid.p7m" "$tmp/ee_rsa.pem" \
+    && printf 'openssl_conf = i\n[i]\nengines = e\n[e]\ngost = g\n[g]\ndefault_algorithms = ALL\n' > "$tmp/gost.cnf" \
+    && OPENSSL_CONF=$tmp/gost.cnf openssl cms -encrypt -gost89 -binary -outform DER -in "$tmp/secret.txt" \
+      -out "$tmp/env_gost.p7m" "$tmp/ee_gost.pem" || fail "openssl cms -encrypt"
+  summary "$tmp/env_rsa.p7m" 'CMS enveloped message:' '    Recipient 1: key transport' \
+    'Key encryption algorithm: rsaEncryption (1.2.840.113549.1.1.1)' 'Content encryption: aes128-CBC (2.16.840.1.101.3.4.1.2)' \
+    'Encrypted content: 16 bytes'
+  check line "      Identifier: key id $(openssl x509 -in "$tmp/ee_rsa.pem" -noout -ext subjectKeyIdentifier | sed -n 2p | tr -d ' ')" \
+    show "$tmp/env_keyid.p7m"
+  summary "$tmp/env_gost.p7m" '        GOST key transport:' '          Parameter set: id-tc26-gost-28147-param-Z' \
+    'Ephemeral key algorithm: GOST R 34.10-2012 256 (1.2.643.7.1.1.1.1)' 'Content encryption: GOST 28147-89 (1.2.643.2.2.21)'
+  head -c 200 "$tmp/env_gost.p7m" > "$tmp/env_cut.p7m"
+  check fail 'env_cut\.p7m: cannot decode the CMS enveloped message: truncated, 200 of [0-9]+ bytes \(status 302\)' show "$tmp/env_cut.p7m"
+fi
+enveloped=$(tlv 30 "020102$(tlv 31 "$(tlv a1 020103)")$(tlv 30 "$(oid $data)$(tlv 30 "$(oid 608648016503040102)")")")
+bytes "$(tlv 30 "$(oid 2a864886f70d010703)$(tlv a0 "$enveloped")")" > "$tmp/opaque.p7m"
+for want in '    Recipient 1: key agreement, 5 bytes' '  Encrypted content: detached'; do check line "$want" show "$tmp/opaque.p7m"; done
 echo "tool: ok"

@@ -321,6 +321,12 @@ const OidName kAlgorithmNames[] = {
     {"1.2.643.7.1.1.2.2", "GOST R 34.11-2012 256"},
     {"1.2.643.7.1.1.2.3", "GOST R 34.11-2012 512"},
     {"1.2.840.113549.1.1.1", "rsaEncryption"},
+    {"1.2.840.113549.1.1.7", "RSAES-OAEP"},
+    {"1.2.840.113549.3.7", "des-ede3-cbc"},
+    {"2.16.840.1.101.3.4.1.2", "aes128-CBC"},
+    {"2.16.840.1.101.3.4.1.22", "aes192-CBC"},
+    {"2.16.840.1.101.3.4.1.42", "aes256-CBC"},
+    {"1.2.643.2.2.21", "GOST 28147-89"},
     {"1.2.840.113549.1.1.2", "md2WithRSAEncryption"},
     {"1.2.840.113549.1.1.4", "md5WithRSAEncryption"},
     {"1.2.840.113549.1.1.5", "sha1WithRSAEncryption"},
@@ -522,6 +528,11 @@ uint32_t AddGeneralNames(const GeneralNames* names, int depth, const char* prefi
 std::string AlgorithmText(const Bytes& oid) {
     if (oid.empty()) return "<none>";
     return NamedWithOid(kAlgorithmNames, OidText(oid.data()));
+}
+
+std::string ParameterSetText(const Bytes& oid) {
+    if (oid.empty()) return "<none>";
+    return Named(kGostParameterSets, OidText(oid.data()));
 }
 
 namespace {

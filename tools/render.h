@@ -193,6 +193,8 @@ uint32_t GetAlgorithm(AlgorithmParts& a, Get&& get) {
 
 // An algorithm's name with its dotted OID, or the dotted OID alone when it has no name.
 std::string AlgorithmText(const Bytes& oid);
+// A GOST parameter set (packed OID) by name, or its dotted OID.
+std::string ParameterSetText(const Bytes& oid);
 
 enum class Part { PublicKey, Signature };
 

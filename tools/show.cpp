@@ -10,6 +10,29 @@
 #include "render.h"
 
 namespace show {
+
+// A CMS ContentInfo is SEQUENCE { contentType OBJECT IDENTIFIER, [0] content }, often in BER with
+// indefinite lengths, so the outer header is read alone and only the OID after it must be whole; the
+// constructed [0] octet after the OID tells it from a SEQUENCE OF OBJECT IDENTIFIER.
+std::string ContentInfoType(const Bytes& der) {
+    uint8_t cls = 0, cons = 0;
+    uint32_t tag = 0, len = 0, indefinite = 0, header = 0;
+    Element type;
+    if (GetAsn1ObjectInfo(der.data(), static_cast<uint32_t>(der.size()), &cls, &cons, &tag, &len, &indefinite,
+                          &header) != TV_OK ||
+        cls != ASN1_CLASS_UNIVERSAL || tag != ASN1_SEQUENCE || !cons || header >= der.size() ||
+        !ReadElement(der.data() + header, der.size() - header, type) || !IsUniversal(type, ASN1_OBJECT_IDENTIFIER) ||
+        type.len == 0 || type.len > 255)
+        return "";
+    const size_t content = header + type.total;
+    if (content >= der.size() || der[content] != 0xA0) return "";  // [0], constructed
+    Bytes packed{static_cast<uint8_t>(type.len)};
+    packed.insert(packed.end(), type.content, type.content + type.len);
+    return OidText(packed.data());
+}
+
+bool IsContentInfo(const Bytes& der) { return !ContentInfoType(der).empty(); }
+
 namespace {
 
 // Certificates, CRLs and requests are all SEQUENCE { tbs SEQUENCE, AlgorithmIdentifier, BIT STRING };
@@ -80,21 +103,6 @@ bool IsOcspResponse(const Bytes& der) {
     return ReadOcspMessage(der, parts) && IsUniversal(parts[0], ASN1_ENUMERATED);
 }
 
-// A CMS ContentInfo is SEQUENCE { contentType OBJECT IDENTIFIER, [0] content }, often in BER with
-// indefinite lengths, so the outer header is read alone and only the OID after it must be whole; the
-// constructed [0] octet after the OID tells it from a SEQUENCE OF OBJECT IDENTIFIER.
-bool IsContentInfo(const Bytes& der) {
-    uint8_t cls = 0, cons = 0;
-    uint32_t tag = 0, len = 0, indefinite = 0, header = 0;
-    Element type;
-    if (GetAsn1ObjectInfo(der.data(), static_cast<uint32_t>(der.size()), &cls, &cons, &tag, &len, &indefinite,
-                          &header) != TV_OK ||
-        cls != ASN1_CLASS_UNIVERSAL || tag != ASN1_SEQUENCE || !cons || header >= der.size() ||
-        !ReadElement(der.data() + header, der.size() - header, type) || !IsUniversal(type, ASN1_OBJECT_IDENTIFIER))
-        return false;
-    const size_t content = header + type.total;
-    return content < der.size() && der[content] == 0xA0;  // [0], constructed
-}
 
 // Decodes as one kind and prints; returns the decoder's status (the summary's own failures go to
 // `failures`, what the status alone does not say to `problem`).
@@ -124,6 +132,7 @@ const Kind kKinds[] = {
     {"OCSP request", IsOcspRequest, DecodeAndShow<OcspRequest, DecodeOcspRequest, FreeOcspRequest, ShowOcspRequest>},
     {"OCSP response", IsOcspResponse,
      DecodeAndShow<OcspResponse, DecodeOcspResponse, FreeOcspResponse, ShowOcspResponse>},
+    {"CMS enveloped message", IsEnvelopedMessage, DecodeAndShowEnveloped},
     {"CMS signed message", IsContentInfo, DecodeAndShowCms},
 };
 

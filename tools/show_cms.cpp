@@ -14,7 +14,9 @@ namespace {
 
 constexpr char kSignedDataType[] = "1.2.840.113549.1.7.2";
 
-const OidName kContentTypes[] = {
+}  // namespace
+
+const OidName kCmsContentTypes[7] = {
     {"1.2.840.113549.1.7.1", "data"},
     {"1.2.840.113549.1.7.2", "signedData"},
     {"1.2.840.113549.1.7.3", "envelopedData"},
@@ -23,6 +25,8 @@ const OidName kContentTypes[] = {
     {"1.2.840.113549.1.9.16.1.2", "authData"},
     {"1.2.840.113549.1.9.16.1.4", "tSTInfo"},
 };
+
+namespace {
 
 // Indexed by the TV_CMS_CERT_* kind; 0 is an identifier octet of no known kind.
 const char* const kCertificateKinds[] = {"unknown kind",           "certificate",
@@ -42,7 +46,7 @@ uint32_t PrintContentType(const Bytes& v, Lines& out) {
     uint32_t len = sizeof oid;
     if (uint32_t rc = DecodeRsaAttributeContentTypeValue(v.data(), static_cast<uint32_t>(v.size()), oid, &len))
         return rc;
-    out.Add(0, NamedWithOid(kContentTypes, OidText(oid)));
+    out.Add(0, NamedWithOid(kCmsContentTypes, OidText(oid)));
     return TV_OK;
 }
 
@@ -183,8 +187,8 @@ Lines AttributeValueLines(const AttributeKind* kind, const Bytes& value) {
     return lines;
 }
 
-// An attribute list given its getter's status: a title with the count and every attribute, or the
-// status of a failed getter. An empty list prints "(none)" when `none` is set, else nothing.
+}  // namespace
+
 void PrintAttributes(Report& report, uint32_t rc, const RsaAttributes* attributes, const char* title, bool none,
                      int depth) {
     uint32_t count = 0;
@@ -219,10 +223,13 @@ void PrintAttributes(Report& report, uint32_t rc, const RsaAttributes* attribute
     }
 }
 
+namespace {
+
 // ---------------------------------------------------------------------------------------------
 // Certificates, CRLs, signers
 
-// One stored certificate: a plain one decoded for its serial and names, other kinds by kind.
+}  // namespace
+
 std::string CertificateLine(uint32_t kind, const Bytes& der) {
     if (kind != TV_CMS_CERT_CERTIFICATE)
         return std::string(kCertificateKinds[kind < std::size(kCertificateKinds) ? kind : 0]) + ", " +
@@ -244,6 +251,8 @@ std::string CertificateLine(uint32_t kind, const Bytes& der) {
     return line;
 }
 
+namespace {
+
 // OtherRevocationInfoFormat ::= SEQUENCE { otherRevInfoFormat OBJECT IDENTIFIER, otherRevInfo ANY },
 // handed out under its [1] identifier.
 std::string OtherRevocationFormat(const Bytes& der) {
@@ -256,6 +265,8 @@ std::string OtherRevocationFormat(const Bytes& der) {
     std::copy(parts[0].content, parts[0].content + parts[0].len, packed + 1);
     return OidText(packed);
 }
+
+}  // namespace
 
 std::string CrlLine(uint32_t kind, const Bytes& der) {
     if (kind != TV_CMS_CRL_CERTIFICATE_LIST)
@@ -278,40 +289,10 @@ std::string CrlLine(uint32_t kind, const Bytes& der) {
     return line;
 }
 
-// The certificates or the CRLs of the message, one line each; none prints nothing.
-void PrintStored(Report& report, const char* title, const CmsSignedData* sd,
-                 uint32_t (*countOf)(const CmsSignedData*, uint32_t*),
-                 uint32_t (*get)(const CmsSignedData*, uint32_t, uint32_t*, uint8_t*, uint32_t*),
-                 std::string (*lineOf)(uint32_t kind, const Bytes& der)) {
-    uint32_t count = 0;
-    uint32_t rc = countOf(sd, &count);
-    if (rc == TV_ERR_ABSENT) count = 0, rc = TV_OK;
-    if (rc != TV_OK) Print(1, std::string(title) + ": " + report.Failed(rc));
-    if (count) Print(1, std::string(title) + " (" + std::to_string(count) + "):");
-    for (uint32_t i = 0; i < count; ++i) {
-        uint32_t kind = 0;
-        Bytes der;
-        rc = Fetch(der, [&](uint8_t* o, uint32_t* n) { return get(sd, i, &kind, o, n); });
-        Print(2, rc == TV_OK ? lineOf(kind, der) : report.Failed(rc));
-    }
-}
-
-std::string SignerIdentifier(Report& report, CmsSignerInfo* signer) {
-    X509Name* issuer = nullptr;
-    uint32_t serialLen = 0, keyIdLen = 0;
-    uint32_t rc = GetCmsSignerInfoSignerIdentifier(signer, &issuer, nullptr, &serialLen, nullptr, &keyIdLen);
-    Bytes serial(serialLen + 1), keyId(keyIdLen + 1);
-    if (rc == TV_OK)
-        rc = GetCmsSignerInfoSignerIdentifier(signer, &issuer, serial.data(), &serialLen, keyId.data(), &keyIdLen);
-    if (rc != TV_OK) return report.Failed(rc);
-    serial.resize(serialLen);
-    keyId.resize(keyIdLen);
-    if (!issuer) return "key id " + Hex(keyId);
-    return "issuer " + NameField(report, TV_OK, issuer) + ", serial " + Hex(serial);
-}
+namespace {
 
 void PrintSigner(Report& report, CmsSignerInfo* signer) {
-    Print(3, "Identifier: " + SignerIdentifier(report, signer));
+    Print(3, "Identifier: " + IdentifierText(report, signer, GetCmsSignerInfoSignerIdentifier));
     uint32_t version = 0;
     uint32_t rc = GetCmsSignerInfoVersion(signer, &version);
     Print(3, "Version: " + (rc == TV_OK ? std::to_string(version) : report.Failed(rc)));
@@ -338,7 +319,7 @@ int ShowSignedData(CmsSignedData* sd) {
     uint8_t type[256];
     uint32_t typeLen = sizeof type;
     rc = GetCmsSignedDataContentTypeOid(sd, type, &typeLen);
-    Print(1, "Content type: " + (rc == TV_OK ? NamedWithOid(kContentTypes, OidText(type)) : report.Failed(rc)));
+    Print(1, "Content type: " + (rc == TV_OK ? NamedWithOid(kCmsContentTypes, OidText(type)) : report.Failed(rc)));
     uint32_t contentLen = 0;
     rc = GetCmsSignedDataContent(sd, nullptr, &contentLen);
     Print(1, "Content: " + (rc != TV_OK      ? report.Failed(rc)
@@ -389,7 +370,7 @@ std::string SignerName(Report& report, CmsSignedData* sd, uint32_t number, const
     // A key identifier longer than the display text allows has no text: show the identifier itself.
     CmsSignerInfo* signer = nullptr;
     if (rc == TV_ERR_BUFFER_TOO_SMALL && GetCmsSignedDataSignerInfo(sd, number - 1, &signer) == TV_OK)
-        return SignerIdentifier(report, signer);
+        return IdentifierText(report, signer, GetCmsSignerInfoSignerIdentifier);
     if (rc != TV_OK) return report.Failed(rc);
     ansi.resize(textLen);
     // No code page 1251 character takes more than 3 octets; the converter asks for 2n + 20 at least.
@@ -412,7 +393,7 @@ uint32_t DecodeSignedMessage(const Bytes& der, CmsSignedData** signedData, std::
     uint32_t typeLen = sizeof type;
     if (rc == TV_OK) rc = GetCmsContentInfoTypeOid(info, type, &typeLen);
     if (rc == TV_OK && OidText(type) != kSignedDataType) {
-        problem = ": content type " + NamedWithOid(kContentTypes, OidText(type)) + " is not signedData";
+        problem = ": content type " + NamedWithOid(kCmsContentTypes, OidText(type)) + " is not signedData";
         rc = TV_ERR_NOT_SIGNED_DATA;
     }
     Bytes content;
