@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # The command-line tool: dumps real objects, converts between DER and PEM, summarises certificates,
-# CRLs, requests, OCSP and CMS signed and enveloped messages, lists a CMS message's signers, and refuses broken files with
+# CRLs, requests, OCSP, CMS signed and enveloped messages, time stamps and SeveralData, lists a CMS message's signers, and refuses broken files with
 # one message and a non-zero exit instead of crashing.
 set -uo pipefail
 tool=$1 fixtures=$2 pki=$2/pki cert=$2/certs/rsa_ca.der pem=$2/pem/rsa_ca.pem
@@ -233,6 +233,39 @@ check fail 'data\.p7: cannot decode the CMS signed message: content type data \(
 check fail 'data\.p7: not a CMS signed message: content type data .* \(status 314\)' signers "$tmp/data.p7"
 check fail 'ee_rsa\.der: not a CMS signed message \(status 302\)' signers "$pki/ee_rsa.der"
 check fail 'empty\.der' signers "$tmp/empty.der"
+# Every openssl-made signed message of the CMS fixtures: its signers counted alike by show and signers.
+for f in $(cut -d' ' -f1 "$fixtures/cms/EXPECT" | grep '^signed_'); do
+  n=$(sed -n "s/^$f .* signers=\([0-9]*\).*/\1/p" "$fixtures/cms/EXPECT")
+  summary "$fixtures/cms/$f" "  Signers: $n"
+  [ "$("$tool" signers "$fixtures/cms/$f" | wc -l)" -eq "$n" ] || fail "signers of $f: not $n lines"
+done
+# Time stamps: every openssl query, reply and token against its EXPECT row; the SeveralData of two
+# tokens; a cut token and a reply with a status RFC 3161 does not name.
+t=$fixtures/timestamp
+field() { sed -n "s/^$1 .* $2=\([^ ]*\).*/\1/p" "$t/EXPECT"; }  # FILE KEY: the value of KEY in FILE's row
+declare -A statusOf=([granted]='granted (0)' [rejection]='rejection (2)')
+for f in $(cut -d' ' -f1 "$t/EXPECT" | grep -E '^(query|reply|token)_'); do
+  want=()
+  case $f in
+    query_*) want=('Time-stamp query:' "Hash: $(colons "$(field "$f" imprint)")") ;;
+    reply_*) want=("Status: ${statusOf[$(field "$f" status)]}") ;;
+    token_*) accuracy=$(field "$f" accuracy | awk -F, '{split("s ms us", u, " "); s=""; for (i = 1; i <= 3; i++) if ($i != "" && $i != "-") s = s (s ? ", " : "") $i " " u[i]; print s}')
+      want=("Serial: $(field "$f" serial | sed 's/^0*//') (0x$(field "$f" serial))" \
+        "Generation time: $(field "$f" genTime | tr T ' ') UTC" "Policy: $(field "$f" policy)")
+      [ -n "$accuracy" ] && want+=("Accuracy: $accuracy") ;;
+  esac
+  nonce=$(field "$f" nonce)
+  [ -n "$nonce" ] && [ "$nonce" != - ] && want+=("Nonce: $(colons "$nonce")")
+  summary "$t/$f" "${want[@]}"
+done
+check ok 'Status text: "Requested policy is not supported."' show "$t/reply_rejected_policy.der"
+check ok 'Failure: badAlg' show "$t/reply_rejected_alg.der"
+[ "$("$tool" show "$t/several.der" | grep -c '^      Time-stamp info:$')" -eq 2 ] || fail "SeveralData: not two tokens"
+check ok 'SeveralData: 2 messages' show "$t/several.der"
+head -c 700 "$t/token_rsa.der" > "$tmp/token_cut.der"
+check fail 'token_cut\.der: cannot decode the CMS signed message: truncated' show "$tmp/token_cut.der"
+bytes 3008300602010902010a > "$tmp/reply_odd.der"
+check line '  Status: unknown (9)' show "$tmp/reply_odd.der"
 # CMS enveloped messages: openssl's RSA (by issuer and serial, and by key id) and GOST key transport,
 # a hand-made one with an opaque recipient, and one cut short.
 if command -v openssl >/dev/null; then

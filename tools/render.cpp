@@ -14,7 +14,14 @@ namespace show {
 // ---------------------------------------------------------------------------------------------
 // Output
 
-void Print(int depth, const std::string& text) { std::printf("%*s%s\n", depth * 2, "", text.c_str()); }
+namespace {
+int gIndent = 0;  // depth added to every line while a nested summary prints
+}  // namespace
+
+Indent::Indent(int by) : by_(by) { gIndent += by; }
+Indent::~Indent() { gIndent -= by_; }
+
+void Print(int depth, const std::string& text) { std::printf("%*s%s\n", (depth + gIndent) * 2, "", text.c_str()); }
 
 void Print(const Lines& lines, int extraDepth) {
     for (const auto& [depth, text] : lines.items) Print(depth + extraDepth, text);
@@ -269,12 +276,21 @@ std::string OuterProblem(const Bytes& der) {
 // ---------------------------------------------------------------------------------------------
 // Object identifiers and their names
 
+// The arcs are decoded here rather than by ConvertOidToString, which keeps an old rule for a first
+// subidentifier of 120 and above (2.999 comes out as 26.39): a reader wants the OID as registered.
 std::string OidText(const uint8_t* packed) {
-    char text[1024];
-    uint32_t size = sizeof text - 1;
-    if (!packed || ConvertOidToString(packed, text, &size) != TV_OK) return "<bad OID>";
-    text[size] = 0;
-    return text;  // the size may count a terminator
+    if (!packed || packed[0] == 0 || (packed[packed[0]] & 0x80)) return "<bad OID>";
+    std::string text;
+    uint64_t arc = 0;
+    for (uint32_t i = 1; i <= packed[0]; ++i) {
+        if (arc >> 57) return "<bad OID>";  // wider than 64 bits
+        arc = arc << 7 | (packed[i] & 0x7F);
+        if (packed[i] & 0x80) continue;
+        if (text.empty()) text = arc < 80 ? std::to_string(arc / 40) + "." + std::to_string(arc % 40) : "2." + std::to_string(arc - 80);
+        else text += "." + std::to_string(arc);
+        arc = 0;
+    }
+    return text;
 }
 
 namespace {

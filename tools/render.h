@@ -27,6 +27,17 @@ struct Lines {
 };
 
 void Print(int depth, const std::string& text);
+// While alive, every printed line goes `by` levels deeper: a whole summary nested in another (the
+// token of a time-stamp reply, the messages of a SeveralData).
+struct Indent {
+    explicit Indent(int by);
+    ~Indent();
+    Indent(const Indent&) = delete;
+    Indent& operator=(const Indent&) = delete;
+
+private:
+    int by_;
+};
 void Print(const Lines& lines, int extraDepth);
 
 // A value's lines under its head: "head: line" when there is one line, else the head alone and the

@@ -132,6 +132,9 @@ const Kind kKinds[] = {
     {"OCSP request", IsOcspRequest, DecodeAndShow<OcspRequest, DecodeOcspRequest, FreeOcspRequest, ShowOcspRequest>},
     {"OCSP response", IsOcspResponse,
      DecodeAndShow<OcspResponse, DecodeOcspResponse, FreeOcspResponse, ShowOcspResponse>},
+    {"time-stamp query", IsTimeStampQuery, DecodeAndShowQuery},
+    {"time-stamp reply", IsTimeStampReply, DecodeAndShowReply},
+    {"SeveralData", IsSeveralData, DecodeAndShowSeveral},
     {"CMS enveloped message", IsEnvelopedMessage, DecodeAndShowEnveloped},
     {"CMS signed message", IsContentInfo, DecodeAndShowCms},
 };

@@ -1,5 +1,5 @@
 // tarvelon show: readable summary of a certificate, CRL, certification request, OCSP message, CMS
-// signed or enveloped message; tarvelon signers: the signers of a CMS signed message.
+// signed or enveloped message, time-stamp query or reply, or SeveralData; tarvelon signers: the signers of a CMS signed message.
 #ifndef TARVELON_TOOLS_SHOW_H
 #define TARVELON_TOOLS_SHOW_H
 
@@ -33,6 +33,16 @@ uint32_t DecodeAndShowCms(const std::vector<uint8_t>& der, int& failures, std::s
 // CMS enveloped messages (show_enveloped.cpp): a ContentInfo whose content type is envelopedData.
 bool IsEnvelopedMessage(const std::vector<uint8_t>& der);
 uint32_t DecodeAndShowEnveloped(const std::vector<uint8_t>& der, int& failures, std::string& problem);
+
+// RFC 3161 time-stamp queries and replies, and SeveralData (show_timestamp.cpp).
+bool IsTimeStampQuery(const std::vector<uint8_t>& der);
+bool IsTimeStampReply(const std::vector<uint8_t>& der);
+bool IsSeveralData(const std::vector<uint8_t>& der);
+uint32_t DecodeAndShowQuery(const std::vector<uint8_t>& der, int& failures, std::string& problem);
+uint32_t DecodeAndShowReply(const std::vector<uint8_t>& der, int& failures, std::string& problem);
+uint32_t DecodeAndShowSeveral(const std::vector<uint8_t>& der, int& failures, std::string& problem);
+// The TSTInfo a time-stamp token signs, at `depth`.
+void PrintTstInfo(Report& report, const Bytes& der, int depth);
 
 // ---- shared by the CMS summaries (show_cms.cpp) --------------------------------------------------
 

@@ -13,6 +13,7 @@ namespace show {
 namespace {
 
 constexpr char kSignedDataType[] = "1.2.840.113549.1.7.2";
+constexpr char kTstInfoType[] = "1.2.840.113549.1.9.16.1.4";  // the eContent of a time-stamp token
 
 }  // namespace
 
@@ -325,6 +326,11 @@ int ShowSignedData(CmsSignedData* sd) {
     Print(1, "Content: " + (rc != TV_OK      ? report.Failed(rc)
                             : contentLen == 0 ? std::string("detached")
                                               : std::to_string(contentLen) + " bytes"));
+    if (rc == TV_OK && contentLen && typeLen && OidText(type) == kTstInfoType) {
+        Bytes tstInfo;
+        if ((rc = Fetch(tstInfo, [&](uint8_t* o, uint32_t* n) { return GetCmsSignedDataContent(sd, o, n); })) == TV_OK)
+            PrintTstInfo(report, tstInfo, 1);
+    }
 
     uint32_t count = 0;
     rc = GetCmsSignedDataDigestAlgorithmsCount(sd, &count);
