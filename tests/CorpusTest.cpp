@@ -402,8 +402,34 @@ std::vector<Entry> OcspSingleParts(void* h, const std::string& label) {
 
 // The SignedData a ContentInfo carries.
 std::vector<Entry> CmsContentInfoParts(void* h, const std::string& label) {
+    const auto* info = static_cast<const CmsContentInfo*>(h);
+    const bool enveloped = Get(GetCmsContentInfoTypeOid, info).bytes == Packed("1.2.840.113549.1.7.3");
     std::vector<Entry> parts;
-    Add(parts, label + "/signedData", "cmsSignedData", Get(GetCmsContentInfoContent, static_cast<const CmsContentInfo*>(h)));
+    Add(parts, label + (enveloped ? "/envelopedData" : "/signedData"), enveloped ? "cmsEnvelopedData" : "cmsSignedData",
+        Get(GetCmsContentInfoContent, info));
+    return parts;
+}
+
+// Each key-transport recipient, and for a GOST one the key transport its encrypted key carries.
+std::vector<Entry> CmsEnvelopedDataParts(void* h, const std::string& label) {
+    auto* ed = static_cast<CmsEnvelopedData*>(h);
+    std::vector<Entry> parts;
+    uint32_t count = 0, kind = 0;
+    EXPECT_EQ(GetCmsEnvelopedDataRecipientInfosCount(ed, &count), TV_OK);
+    for (uint32_t i = 0; i < count; ++i) {
+        void* value = nullptr;
+        EXPECT_EQ(GetCmsEnvelopedDataRecipientInfo(ed, i, &value, &kind), TV_OK);
+        if (kind != TV_CMS_RECIPIENT_KEY_TRANS) continue;
+        const auto* kt = static_cast<const KeyTrans*>(value);
+        const std::string at = label + "/recipient " + std::to_string(i);
+        Add(parts, at, "keyTrans", Get(EncodeKeyTrans, kt));
+        uint8_t oid[64], params[128];
+        uint32_t oidLen = sizeof oid, paramsLen = sizeof params;
+        EXPECT_EQ(GetKeyTransKeyEncryptionAlgorithmOidAndParameters(kt, oid, &oidLen, params, &paramsLen), TV_OK);
+        const Bytes gost = Packed("1.2.643");
+        if (oid[0] > gost[0] && std::equal(gost.begin() + 1, gost.end(), oid + 1))
+            Add(parts, at + "/key transport", "gostKeyTransport", Get(GetKeyTransEncryptedKey, kt));
+    }
     return parts;
 }
 
@@ -536,6 +562,10 @@ const std::map<std::string, Family>& Families() {
         m["atsHashIndex"] = Rebuilt(AtsHashIndex);
         m["revocationValues"] = Rebuilt(RevocationValues);
         m["severalData"] = Codec(DecodeSeveralData, EncodeSeveralData, FreeSeveralData);
+        m["cmsEnvelopedData"] = Codec(DecodeCmsEnvelopedData, EncodeCmsEnvelopedData, FreeCmsEnvelopedData);
+        m["cmsEnvelopedData"].parts = CmsEnvelopedDataParts;
+        m["keyTrans"] = Codec(DecodeKeyTrans, EncodeKeyTrans, FreeKeyTrans);
+        m["gostKeyTransport"] = Codec(DecodeGostR3410KeyTransport, EncodeGostR3410KeyTransport, FreeGostR3410KeyTransport);
         m["completeRevocationRefs"] = Codec(DecodeRsaAttributeCompleteRevocationRefs, EncodeRsaAttributeCompleteRevocationRefs,
                                            FreeCrlOcspRefs);
         m["docInfo"] = Rebuilt(DocInfo);
