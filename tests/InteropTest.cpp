@@ -76,13 +76,17 @@ Own<FreeCmsSignedData> SignedDataOf(const Bytes& msg) {
     return Decoded<FreeCmsSignedData>(DecodeCmsSignedData, Get(GetCmsContentInfoContent, info.p).bytes);
 }
 
-// And back: the id-signedData ContentInfo around a SignedData.
-Own<FreeCmsContentInfo> ContentInfoOf(const CmsSignedData* sd) {
-    const Bytes inner = Get(EncodeCmsSignedData, sd).bytes;
+// A ContentInfo of `type` around an encoded inner value.
+Own<FreeCmsContentInfo> Wrapped(const char* type, const Bytes& inner) {
     auto info = Made<FreeCmsContentInfo>(CreateCmsContentInfo);
-    EXPECT_EQ(SetCmsContentInfoTypeOid(info, Packed("1.2.840.113549.1.7.2").data()), TV_OK);
+    EXPECT_EQ(SetCmsContentInfoTypeOid(info, Packed(type).data()), TV_OK);
     EXPECT_EQ(SetCmsContentInfoContent(info, inner.data(), Size(inner)), TV_OK);
     return info;
+}
+
+// And back: the id-signedData ContentInfo around a SignedData.
+Own<FreeCmsContentInfo> ContentInfoOf(const CmsSignedData* sd) {
+    return Wrapped("1.2.840.113549.1.7.2", Get(EncodeCmsSignedData, sd).bytes);
 }
 
 // A signingCertificateV2 attribute value (RFC 5035) naming one certificate by its SHA-256 hash.
@@ -870,5 +874,146 @@ TEST_P(TimeStamps, OpenSslVerifiesTokensOfLibraryTsas) {
 }
 
 INSTANTIATE_TEST_SUITE_P(, TimeStamps, ::testing::Values(kGost), CaseName);
+
+// Enveloped messages with openssl as the recipients' provider. RSA: the test encrypts the content
+// under a fresh key (`openssl enc`) and wraps the key for each recipient (`openssl pkeyutl`), the
+// library builds the EnvelopedData field by field, and `openssl cms -decrypt` gives each recipient
+// the content. GOST: openssl's message is read out field by field and rebuilt from those values
+// alone, byte for byte, and the rebuilt message still decrypts. Under the GOST case, whose openssl
+// has the engine.
+class Enveloped : public Interop {
+protected:
+    // The message takes the recipient over only when the Add succeeds.
+    static uint32_t AddRecipient(CmsEnvelopedData* ed, Own<FreeKeyTrans>& kt) {
+        const uint32_t rc = AddCmsEnvelopedDataRecipientInfo(ed, TV_CMS_RECIPIENT_KEY_TRANS, kt.p);
+        if (rc == TV_OK) kt.release();
+        return rc;
+    }
+    void Decrypts(const Bytes& message, const std::string& recipient) {
+        WriteFile(At("message.der"), message);
+        Expect("cms -decrypt -binary -inform DER -in " + At("message.der") + " -recip " + At(recipient + ".pem") +
+                   " -inkey " + At(recipient + ".key") + " -out " + At("plain"),
+               {});
+        EXPECT_EQ(ReadFile(At("plain")), content) << recipient;
+    }
+};
+
+TEST_P(Enveloped, OpenSslDecryptsWhatTheLibraryBuilds) {
+    const char* const kEnvelopedData = "1.2.840.113549.1.7.3";
+    const Bytes data = Packed("1.2.840.113549.1.7.1");
+    WriteFile(At("content"), content);
+    for (const std::string name : {"ee_rsa", "ca_rsa", "ee_gost2012_256"}) {
+        WritePem(At(name + ".pem"), FixtureFile("pki/" + name + ".der"), "CERTIFICATE");
+        WriteFile(At(name + ".key"), FixtureFile("pki/" + name + ".key.pem"));
+    }
+
+    Expect("rand -out " + At("cek") + " 32", {});
+    Expect("rand -out " + At("iv") + " 16", {});
+    const Bytes cek = ReadFile(At("cek")), iv = ReadFile(At("iv"));
+    Expect("enc -aes-256-cbc -K " + PlainHex(cek) + " -iv " + PlainHex(iv) + " -in " + At("content") + " -out " +
+               At("encrypted"),
+           {});
+    const Bytes encrypted = ReadFile(At("encrypted"));
+    Bytes ivParameter{0x04, static_cast<uint8_t>(iv.size())};
+    ivParameter.insert(ivParameter.end(), iv.begin(), iv.end());
+    auto ed = Made<FreeCmsEnvelopedData>(CreateCmsEnvelopedData);
+    for (uint32_t rc :
+         {SetCmsEnvelopedDataVersion(ed, 2),  // 2 once a recipient is named by key identifier (RFC 5652 6.1)
+          SetCmsEnvelopedDataEncryptedContentTypeOid(ed, data.data()),
+          SetCmsEnvelopedDataContentEncryptionAlgorithmOidAndParameters(ed, Packed("2.16.840.1.101.3.4.1.42").data(),
+                                                                       ivParameter.data(), Size(ivParameter)),
+          SetCmsEnvelopedDataEncryptedContent(ed, encrypted.data(), Size(encrypted))})
+        ASSERT_EQ(rc, TV_OK);
+    for (const auto& [name, byKeyId] : {std::pair{std::string("ee_rsa"), false}, {std::string("ca_rsa"), true}}) {
+        Expect("pkeyutl -encrypt -certin -inkey " + At(name + ".pem") + " -in " + At("cek") + " -out " + At("wrapped"), {});
+        const Bytes wrapped = ReadFile(At("wrapped"));
+        const auto cert = Decoded<FreeCertificate>(DecodeCertificate, FixtureFile("pki/" + name + ".der"));
+        X509Name* issuer = nullptr;
+        ASSERT_EQ(GetCertificateIssuer(cert, &issuer), TV_OK);
+        const Bytes serial = Get(GetCertificateSerialNumber, cert.p).bytes,
+                    keyId = Get(GetCertificateSubjectKeyIdentifier, cert.p).bytes;
+        Own<FreeKeyTrans> kt;
+        ASSERT_EQ(CreateKeyTrans(&kt.p), TV_OK);
+        for (uint32_t rc : {SetKeyTransVersion(kt, byKeyId ? 2 : 0),
+                            byKeyId ? SetKeyTransRecipientIdentifierSubjectKeyIdentifier(kt, keyId.data(), Size(keyId))
+                                    : SetKeyTransRecipientIdentifierIssuerAndSerialNumber(kt, issuer, serial.data(), Size(serial)),
+                            SetKeyTransKeyEncryptionAlgorithmOidAndParameters(kt, Packed("1.2.840.113549.1.1.1").data(),
+                                                                              Hex("05 00").data(), 2),
+                            SetKeyTransEncryptedKey(kt, wrapped.data(), Size(wrapped))})
+            ASSERT_EQ(rc, TV_OK);
+        ASSERT_EQ(AddRecipient(ed, kt), TV_OK);
+    }
+    const Bytes rsa = Get(EncodeCmsContentInfo, Wrapped(kEnvelopedData, Get(EncodeCmsEnvelopedData, ed.p).bytes).p).bytes;
+    Decrypts(rsa, "ee_rsa");
+    Decrypts(rsa, "ca_rsa");
+
+    Expect("cms -encrypt -binary -gost89 -outform DER -in " + At("content") + " -out " + At("theirs.der") + " " +
+               At("ee_gost2012_256.pem"),
+           {});
+    const auto theirs = Decoded<FreeCmsContentInfo>(DecodeCmsContentInfo, ReadFile(At("theirs.der")));
+    const Bytes inner = Get(GetCmsContentInfoContent, theirs.p).bytes;
+    const auto read = Decoded<FreeCmsEnvelopedData>(DecodeCmsEnvelopedData, inner);
+    void* value = nullptr;
+    uint32_t kind = 0, version = 0, ktVersion = 0;
+    ASSERT_EQ(GetCmsEnvelopedDataRecipientInfo(read, 0, &value, &kind), TV_OK);
+    ASSERT_EQ(kind, TV_CMS_RECIPIENT_KEY_TRANS);
+    auto* theirKt = static_cast<KeyTrans*>(value);
+    X509Name* issuer = nullptr;
+    const auto [serial, keyId] = Parts<2>([&](uint8_t* s, uint32_t* sn, uint8_t* k, uint32_t* kn) {
+        return GetKeyTransRecipientIdentifier(theirKt, &issuer, s, sn, k, kn);
+    });
+    const auto [keyAlg, keyParams] = Parts<2>([&](auto... o) { return GetKeyTransKeyEncryptionAlgorithmOidAndParameters(theirKt, o...); });
+    const auto [cipher, cipherParams] =
+        Parts<2>([&](auto... o) { return GetCmsEnvelopedDataContentEncryptionAlgorithmOidAndParameters(read, o...); });
+    const auto [gostIv, paramSet] = Parts<2>([&](auto... o) {
+        return DecodeGost2814789Parameters(cipherParams.data(), Size(cipherParams), o...);
+    });
+    const auto transport = Decoded<FreeGostR3410KeyTransport>(DecodeGostR3410KeyTransport, Get(GetKeyTransEncryptedKey, theirKt).bytes);
+    const auto [ephemeralAlg, ephemeralParams] = Parts<2>([&](auto... o) {
+        return GetGostR3410KeyTransportEphemeralPublicKeyAlgorithmOidAndParameters(transport, o...);
+    });
+    const Got mask = Get(GetGostR3410KeyTransportMaskKey, transport.p);
+    ASSERT_EQ(GetCmsEnvelopedDataVersion(read, &version) | GetKeyTransVersion(theirKt, &ktVersion), TV_OK);
+    EXPECT_EQ(mask.bytes, Bytes{}) << "the engine writes no mask key";
+
+    Own<FreeGostR3410KeyTransport> kt2;
+    ASSERT_EQ(CreateGostR3410KeyTransport(&kt2.p), TV_OK);
+    const auto copy = [&](auto set, auto get) {
+        const Bytes v = Get(get, transport.p).bytes;
+        return set(kt2, v.data(), Size(v));
+    };
+    const Bytes set = Get(GetGostR3410KeyTransportEncryptionParamSetOid, transport.p).bytes;
+    for (uint32_t rc : {copy(SetGostR3410KeyTransportEncryptedKey, GetGostR3410KeyTransportEncryptedKey),
+                        copy(SetGostR3410KeyTransportMacKey, GetGostR3410KeyTransportMacKey),
+                        SetGostR3410KeyTransportEncryptionParamSetOid(kt2, set.data()),
+                        SetGostR3410KeyTransportEphemeralPublicKeyAlgorithmOidAndParameters(
+                            kt2, ephemeralAlg.data(), ephemeralParams.data(), Size(ephemeralParams)),
+                        copy(SetGostR3410KeyTransportEphemeralPublicKey, GetGostR3410KeyTransportEphemeralPublicKey),
+                        copy(SetGostR3410KeyTransportUkm, GetGostR3410KeyTransportUkm)})
+        ASSERT_EQ(rc, TV_OK);
+    const Bytes wrappedKey = Get(EncodeGostR3410KeyTransport, kt2.p).bytes;
+    Own<FreeKeyTrans> kt;
+    ASSERT_EQ(CreateKeyTrans(&kt.p), TV_OK);
+    for (uint32_t rc : {SetKeyTransVersion(kt, ktVersion),
+                        SetKeyTransRecipientIdentifierIssuerAndSerialNumber(kt, issuer, serial.data(), Size(serial)),
+                        SetKeyTransKeyEncryptionAlgorithmOidAndParameters(kt, keyAlg.data(), keyParams.data(), Size(keyParams)),
+                        SetKeyTransEncryptedKey(kt, wrappedKey.data(), Size(wrappedKey))})
+        ASSERT_EQ(rc, TV_OK);
+    const Bytes parameters = Get(EncodeGost2814789Parameters, gostIv.data(), Size(gostIv), paramSet.data()).bytes;
+    const Bytes content2 = Get(GetCmsEnvelopedDataEncryptedContent, read.p).bytes,
+                type = Get(GetCmsEnvelopedDataEncryptedContentTypeOid, read.p).bytes;
+    auto rebuilt = Made<FreeCmsEnvelopedData>(CreateCmsEnvelopedData);
+    for (uint32_t rc : {SetCmsEnvelopedDataVersion(rebuilt, version), SetCmsEnvelopedDataEncryptedContentTypeOid(rebuilt, type.data()),
+                        SetCmsEnvelopedDataContentEncryptionAlgorithmOidAndParameters(rebuilt, cipher.data(), parameters.data(),
+                                                                                     Size(parameters)),
+                        SetCmsEnvelopedDataEncryptedContent(rebuilt, content2.data(), Size(content2)),
+                        AddRecipient(rebuilt, kt)})
+        ASSERT_EQ(rc, TV_OK);
+    const Bytes ours = Get(EncodeCmsEnvelopedData, rebuilt.p).bytes;
+    EXPECT_EQ(ToHex(ours), ToHex(inner)) << "rebuilt from the values read out";
+    Decrypts(Get(EncodeCmsContentInfo, Wrapped(kEnvelopedData, ours).p).bytes, "ee_gost2012_256");
+}
+
+INSTANTIATE_TEST_SUITE_P(, Enveloped, ::testing::Values(kGost), CaseName);
 
 }  // namespace
