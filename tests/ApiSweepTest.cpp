@@ -51,7 +51,15 @@ TEST(SizeProtocol, EveryGetterAndItsNullArguments) {
     auto basic = Decoded<FreeOcspBasicResponse>(DecodeOcspBasicResponse, FixtureFile("ocsp/basic_rsa_multi.der"));
     OcspSingleResponse* single = nullptr;
     ASSERT_EQ(GetOcspBasicResponseSingleResponse(basic, 1, &single), 0u);
+    auto info = Decoded<FreeCmsContentInfo>(DecodeCmsContentInfo, FixtureFile("cms/signed_two.der"));
+    auto signedData = Decoded<FreeCmsSignedData>(DecodeCmsSignedData, FixtureFile("cms/sd_certs_crl.der"));
+    auto enveloped = Decoded<FreeCmsEnvelopedData>(DecodeCmsEnvelopedData, Get(GetCmsContentInfoContent,
+        Decoded<FreeCmsContentInfo>(DecodeCmsContentInfo, FixtureFile("enveloped/env_gost.der")).p).bytes);
+    auto transport = Decoded<FreeGostR3410KeyTransport>(DecodeGostR3410KeyTransport, FixtureFile("enveloped/gost_kt.der"));
+    void* recipient = nullptr;
     uint32_t kind = 0;
+    ASSERT_EQ(GetCmsEnvelopedDataRecipientInfo(enveloped, 0, &recipient, &kind), 0u);
+    auto* keyTrans = static_cast<KeyTrans*>(recipient);
     const Bytes ski = Packed("2.5.29.14"), data(200, 0x5C), key(128, 0x3A);
     Bytes record(256, 0);
     record[254] = 'A';
@@ -88,6 +96,13 @@ TEST(SizeProtocol, EveryGetterAndItsNullArguments) {
         GETTER(EncodeOcspBasicResponse, basic.p), GETTER(GetOcspBasicResponseToBeSignedPart, basic.p),
         GETTER(GetOcspBasicResponseSignature, basic.p), GETTER(GetOcspBasicResponseResponderID, basic.p, &kind),
         GETTER(EncodeOcspSingleResponse, single),
+        GETTER(EncodeCmsContentInfo, info.p), GETTER(GetCmsContentInfoContent, info.p), GETTER(GetCmsContentInfoTypeOid, info.p),
+        GETTER(EncodeCmsSignedData, signedData.p), GETTER(GetCmsSignedDataEncodedCertificate, signedData.p, 0u, &kind),
+        GETTER(GetCmsSignedDataEncodedCrl, signedData.p, 0u, &kind),
+        GETTER(EncodeCmsEnvelopedData, enveloped.p), GETTER(GetCmsEnvelopedDataEncryptedContent, enveloped.p),
+        GETTER(EncodeKeyTrans, keyTrans), GETTER(GetKeyTransEncryptedKey, keyTrans),
+        GETTER(EncodeGostR3410KeyTransport, transport.p), GETTER(GetGostR3410KeyTransportEncryptedKey, transport.p),
+        GETTER(GetGostR3410KeyTransportEphemeralPublicKey, transport.p), GETTER(GetGostR3410KeyTransportUkm, transport.p),
     };
     for (const Getter& g : getters) {
         SCOPED_TRACE(g.name);
