@@ -33,6 +33,13 @@ uint32_t SetOptionalLeaf(void** slot, uint8_t typeCode, const uint8_t* in, uint3
     return in ? SetOrCreatePrimitive(slot, typeCode, in, inLen) : uint32_t{TV_OK};
 }
 
+uint32_t ReplaceOptionalOctets(void** slot, const uint8_t* in, uint32_t inLen) noexcept {
+    FreeAsn1Object(&desc::kOctetString, *slot);
+    *slot = nullptr;
+    if (!in || inLen == 0) return TV_OK;
+    return SetOrCreatePrimitive(slot, ASN1_OCTET_STRING, in, inLen);
+}
+
 uint32_t SetNumber(void** slot, uint8_t typeCode, uint32_t number) noexcept {
     uint8_t be[4] = {uint8_t(number >> 24), uint8_t(number >> 16), uint8_t(number >> 8), uint8_t(number)};
     uint32_t skip = 0;

@@ -115,6 +115,9 @@ template <typename Write>
 [[nodiscard]] uint32_t GetOptionalLeaf(Site site, const void* leaf, uint8_t* out, uint32_t* outLen) noexcept;
 // An optional leaf is written when the caller gave its octets (null `in`: the slot is left alone).
 [[nodiscard]] uint32_t SetOptionalLeaf(void** slot, uint8_t typeCode, const uint8_t* in, uint32_t inLen) noexcept;
+// An optional OCTET STRING replaced by the caller's octets, the old one freed first so that a large
+// content is never held twice; null or empty octets leave it absent.
+[[nodiscard]] uint32_t ReplaceOptionalOctets(void** slot, const uint8_t* in, uint32_t inLen) noexcept;
 
 // Numbers cross the interface unsigned but are written as the minimal two's complement of the
 // signed 32-bit value, the INTEGER rule of the engine: every four-octet content reads back to the

@@ -284,15 +284,11 @@ extern "C" TV_API uint32_t GetCmsEnvelopedDataContentEncryptionAlgorithmOidAndPa
     return GetAlgorithmOidAndParameters(algorithm, outOid, outOidLen, outParams, outParamsLen);
 }
 
-// The old content goes first: a large one is not held twice while the new one is copied.
 extern "C" TV_API uint32_t SetCmsEnvelopedDataEncryptedContent(CmsEnvelopedData* envelopedData, const uint8_t* in,
                                                               uint32_t inLen) {
     void** slot = nullptr;
     TV_TRY(Walk(TV_SITE, envelopedData, &slot, D::kEncryptedContentInfo, C::kEncryptedContent));
-    FreeAsn1Object(&kOctetString, *slot);
-    *slot = nullptr;
-    if (!in || inLen == 0) return TV_OK;
-    return SetOrCreatePrimitive(slot, ASN1_OCTET_STRING, in, inLen);
+    return ReplaceOptionalOctets(slot, in, inLen);
 }
 
 extern "C" TV_API uint32_t GetCmsEnvelopedDataEncryptedContent(const CmsEnvelopedData* envelopedData, uint8_t* out,

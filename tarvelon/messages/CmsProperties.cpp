@@ -354,14 +354,10 @@ extern "C" TV_API uint32_t GetCmsSignedDataContentTypeOid(const CmsSignedData* s
     return GetOid(TV_SITE, oid, outOid, outOidLen);
 }
 
-// The old eContent goes first: large contents are not held twice while the new one is copied.
 extern "C" TV_API uint32_t SetCmsSignedDataContent(CmsSignedData* signedData, const uint8_t* in, uint32_t inLen) {
     void** slot = nullptr;
     TV_TRY(Walk(TV_SITE, signedData, &slot, D::kEncapContentInfo, E::kEContent));
-    FreeAsn1Object(&kOctetString, *slot);
-    *slot = nullptr;
-    if (!in || inLen == 0) return TV_OK;
-    return SetOrCreatePrimitive(slot, ASN1_OCTET_STRING, in, inLen);
+    return ReplaceOptionalOctets(slot, in, inLen);
 }
 
 extern "C" TV_API uint32_t GetCmsSignedDataContent(const CmsSignedData* signedData, uint8_t* out, uint32_t* outLen) {

@@ -181,10 +181,7 @@ extern "C" TV_API uint32_t SetGostR3410KeyTransportMaskKey(GostR3410KeyTransport
                                                            uint32_t inLen) {
     void** slot = nullptr;
     TV_TRY(MadeSlot(keyTransport, T::kSessionEncryptedKey, S::kMaskKey, &slot));
-    FreeAsn1Object(&kOctetString, *slot);
-    *slot = nullptr;
-    if (!in || inLen == 0) return TV_OK;
-    return SetOrCreatePrimitive(slot, ASN1_OCTET_STRING, in, inLen);
+    return ReplaceOptionalOctets(slot, in, inLen);
 }
 
 extern "C" TV_API uint32_t GetGostR3410KeyTransportMaskKey(const GostR3410KeyTransport* keyTransport, uint8_t* out,
