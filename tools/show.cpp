@@ -103,7 +103,6 @@ bool IsOcspResponse(const Bytes& der) {
     return ReadOcspMessage(der, parts) && IsUniversal(parts[0], ASN1_ENUMERATED);
 }
 
-
 // Decodes as one kind and prints; returns the decoder's status (the summary's own failures go to
 // `failures`, what the status alone does not say to `problem`).
 template <class Object, uint32_t (*Decode)(const uint8_t*, uint32_t, Object**), uint32_t (*Free)(Object*),
@@ -139,7 +138,7 @@ const Kind kKinds[] = {
     {"CMS signed message", IsContentInfo, DecodeAndShowCms},
 };
 
-// "certificate, CRL, certification request, OCSP request, OCSP response or CMS signed message"
+// "certificate, CRL, certification request, ..., CMS enveloped message or CMS signed message"
 std::string KindNames() {
     std::string s;
     const size_t n = std::size(kKinds);

@@ -1,5 +1,6 @@
 // tarvelon show: readable summary of a certificate, CRL, certification request, OCSP message, CMS
-// signed or enveloped message, time-stamp query or reply, or SeveralData; tarvelon signers: the signers of a CMS signed message.
+// signed or enveloped message, time-stamp query or reply, or SeveralData; tarvelon signers: the
+// signers of a CMS signed message.
 #ifndef TARVELON_TOOLS_SHOW_H
 #define TARVELON_TOOLS_SHOW_H
 
