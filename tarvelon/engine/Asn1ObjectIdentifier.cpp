@@ -124,7 +124,7 @@ extern "C" TV_API uint32_t ConvertOidToString(const uint8_t* packed, char* out, 
     size_t count = 0;
     TV_TRY(ExtractArcs(packed + 1, n, arcs, n + 1, &count));
     // The first number is always the combined value split by 40, so 2.40 and above read as a first
-    // number over 2 ("24.39" for 999): texts made here are compared with texts callers stored.
+    // number over 2 ("26.39" for 2.999, combined 1079): texts made here are compared with texts callers stored.
     char text[12 * 256 + 32];  // at most 255 arcs of up to ten digits and a dot
     int len = std::snprintf(text, sizeof text, "%u", arcs[0] / 40);
     len += std::snprintf(text + len, sizeof text - len, ".%u", arcs[0] % 40);
