@@ -4,9 +4,10 @@ SHELL := /bin/bash
 BUILD ?= build
 JOBS ?= $(shell nproc)
 
-# openssl with its GOST engine is the independent peer of the interop test.
+# openssl with its GOST engine is the independent peer of the interop test; the JDK builds the Java
+# binding (jni.h for the wrappers, javac and jar for tarvelon.jar).
 DEB_PACKAGES := g++ cmake make libgtest-dev libbenchmark-dev libssl-dev openssl libengine-gost-openssl clang \
-  libclang-rt-14-dev binutils gcovr
+  libclang-rt-14-dev binutils gcovr default-jdk-headless
 
 .PHONY: all deps build demo test test-release test-asan coverage bench fuzz clean
 

@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # The shipped object: its name, that it needs only the C library, and that it exports nothing
-# beyond the public interface (the names of the export list and, later, the JNI entry points).
+# beyond the public interface: the names of the export list and one JNI wrapper for each.
 set -euo pipefail
 so=$1
 exports=$2
@@ -22,6 +22,11 @@ if [ -f "$exports" ]; then
   [ -z "$extra" ] || fail "exported but not in the interface: $extra"
   have=$(comm -12 <(echo "$exported") <(sort -u "$exports") | wc -l)
   echo "exported: $have of $(sort -u "$exports" | wc -l) interface functions"
+  # One JNI wrapper per name (JNI writes the method name's '_' as "_1"), and no other Java_ symbol.
+  wrappers=$(sed 's/_/_1/g; s/^/Java_velmorant_x509_tarvelon_Tarvelon_dll_1/' "$exports" | sort -u)
+  [ "$(echo "$exported" | grep '^Java_')" = "$wrappers" ] || fail "the JNI wrappers are not one per exported name: \
+$(comm -3 <(echo "$exported" | grep '^Java_') <(echo "$wrappers") | head -5)"
+  echo "JNI wrappers: $(echo "$wrappers" | wc -l)"
 else
   echo "no export list at $exports; checked dependencies only"
 fi
