@@ -5,9 +5,10 @@ BUILD ?= build
 JOBS ?= $(shell nproc)
 
 # openssl with its GOST engine is the independent peer of the interop test; the JDK builds the Java
-# binding (jni.h for the wrappers, javac and jar for tarvelon.jar).
+# binding (jni.h for the wrappers, javac and jar for tarvelon.jar), JUnit 5 runs its tests and
+# BouncyCastle is their independent Java peer.
 DEB_PACKAGES := g++ cmake make libgtest-dev libbenchmark-dev libssl-dev openssl libengine-gost-openssl clang \
-  libclang-rt-14-dev binutils gcovr default-jdk-headless
+  libclang-rt-14-dev binutils gcovr default-jdk-headless junit5 libbcprov-java libbcpkix-java
 
 .PHONY: all deps build demo test test-release test-asan coverage bench fuzz clean
 
