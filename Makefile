@@ -65,8 +65,10 @@ coverage: deps
 
 bench: deps
 	cmake -S . -B $(BUILD)/bench -DCMAKE_BUILD_TYPE=Release -DTV_BENCH=ON -DTV_TESTS=OFF >/dev/null
-	cmake --build $(BUILD)/bench -j$(JOBS) --target tarvelon_bench
+	cmake --build $(BUILD)/bench -j$(JOBS) --target tarvelon_bench tarvelon tarvelon_call_cost
 	$(BUILD)/bench/bench/tarvelon_bench --benchmark_min_time=0.2
+	java -Dtarvelon.library=$(CURDIR)/$(BUILD)/bench/libtarvelon.so \
+	  -cp $(BUILD)/bench/jni/tarvelon.jar:$(BUILD)/bench/bench/tarvelon_call_cost.jar CallCost tests/fixtures/pki/ee_rsa.der
 
 FUZZ_SECONDS ?= 60
 fuzz: deps

@@ -234,3 +234,23 @@ BENCHMARK(BM_OpenSslCrl10000DecodeCachedEncode)->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_TarvelonCrlScaling)->Arg(1000)->Arg(10000)->Arg(100000)->Unit(benchmark::kMillisecond);
 
 }  // namespace
+
+namespace {
+
+// The Java binding's per-call cost is measured against this call made from C (bench/java/CallCost.java
+// makes the same one through dll_GetCertificateSerialNumber): a serial number into a caller buffer.
+void BM_SerialNumberFromC(benchmark::State& state) {
+    const bench::Bytes der = bench::Load("pki/ee_rsa.der");
+    Certificate* cert = nullptr;
+    if (DecodeCertificate(der.data(), static_cast<uint32_t>(der.size()), &cert) != 0) return state.SkipWithError("decode");
+    uint8_t serial[32];
+    for (auto _ : state) {
+        uint32_t n = sizeof serial;
+        benchmark::DoNotOptimize(GetCertificateSerialNumber(cert, serial, &n));
+        benchmark::ClobberMemory();
+    }
+    FreeCertificate(cert);
+}
+BENCHMARK(BM_SerialNumberFromC);
+
+}  // namespace
