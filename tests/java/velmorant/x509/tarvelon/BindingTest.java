@@ -132,6 +132,16 @@ class BindingTest {
         assertEquals("tarvelon/Certificate.cpp", Tarvelon.dll_GetLastFileErrorAsn(null));
     }
 
+    @Test
+    void displayTextsAndFailuresThroughTheConvenienceCalls() {
+        // The certificate's display text: its serial is not printable, so the subject's common name.
+        assertEquals("Иванов Иван Иванович", Calls.text((b, n) -> Tarvelon.dll_GetCertificateCN(cert, b, n)));
+        TarvelonException e = org.junit.jupiter.api.Assertions.assertThrows(TarvelonException.class,
+            () -> Calls.bytes((b, n) -> Tarvelon.dll_GetCertificateSerialNumber(0, b, n)));
+        assertEquals(32, e.status());
+        assertNotEquals(-1, e.getMessage().indexOf("tarvelon/Certificate.cpp:"));
+    }
+
     /** Paths reach the library in code page 1251: a file named by that byte is found by its letter. */
     @ParameterizedTest(name = "{0}")
     @MethodSource("letters")
