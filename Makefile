@@ -8,9 +8,9 @@ JOBS ?= $(shell nproc)
 # binding (jni.h for the wrappers, javac and jar for tarvelon.jar), JUnit 5 runs its tests and
 # BouncyCastle is their independent Java peer.
 DEB_PACKAGES := g++ cmake make libgtest-dev libbenchmark-dev libssl-dev openssl libengine-gost-openssl clang \
-  libclang-rt-14-dev binutils gcovr default-jdk-headless junit5 libbcprov-java libbcpkix-java
+  libclang-rt-14-dev binutils gcovr default-jdk-headless junit5 libbcprov-java libbcpkix-java pkg-config
 
-.PHONY: all deps build demo test test-release test-asan coverage bench fuzz clean
+.PHONY: all deps build demo test test-release test-asan coverage bench fuzz package clean
 
 all: build
 
@@ -69,6 +69,10 @@ bench: deps
 	$(BUILD)/bench/bench/tarvelon_bench --benchmark_min_time=0.2
 	java -Dtarvelon.library=$(CURDIR)/$(BUILD)/bench/libtarvelon.so \
 	  -cp $(BUILD)/bench/jni/tarvelon.jar:$(BUILD)/bench/bench/tarvelon_call_cost.jar CallCost tests/fixtures/pki/ee_rsa.der
+
+# Debian packages of the release build: libtarvelon1, libtarvelon-dev, tarvelon-tool, libtarvelon-java.
+package: build
+	cd $(BUILD)/release && cpack -G DEB
 
 FUZZ_SECONDS ?= 60
 fuzz: deps
