@@ -5,6 +5,7 @@
 #include <cstring>
 
 #include "TestUtil.h"
+#include "tarvelon/tarvelon.hpp"
 #include "tarvelon/x509/Certificate.h"
 
 using namespace tvtest;
@@ -646,3 +647,22 @@ TEST(Request, BuiltRequestReadsBack) {
 }
 
 }  // namespace
+
+// The C++ header: each handle in a unique_ptr freed by its own family (the sanitizer build sees a
+// leak or a wrong Free).
+TEST(CppHeader, HandlesFreeThemselves) {
+    const Bytes der = FixtureFile("pki/ee_rsa.der");
+    Certificate* raw = nullptr;
+    ASSERT_EQ(DecodeCertificate(der.data(), Size(der), &raw), 0u);
+    const tarvelon::CertificatePtr cert(raw);
+    X509Name* issuer = nullptr;
+    ASSERT_EQ(GetCertificateIssuer(cert.get(), &issuer), 0u);
+    X509Name* copy = nullptr;
+    ASSERT_EQ(CopyX509Name(issuer, &copy), 0u);
+    const tarvelon::X509NamePtr name(copy);
+    EXPECT_EQ(CompareX509Names(name.get(), issuer), 0u);
+    SeveralData* list = nullptr;
+    ASSERT_EQ(CreateSeveralData(&list), 0u);
+    const tarvelon::SeveralDataPtr several(list);
+    EXPECT_EQ(Get(GetCertificateSerialNumber, cert.get()).hex(), H("0E E0 00 00 00 00 00 01"));
+}
