@@ -2,6 +2,7 @@
 #ifndef TARVELON_H
 #define TARVELON_H
 
+#include "tarvelon/version.h"
 #include "tarvelon/types.h"
 #include "tarvelon/asn1.h"
 #include "tarvelon/time.h"

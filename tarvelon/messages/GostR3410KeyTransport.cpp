@@ -132,14 +132,16 @@ extern "C" TV_API uint32_t EncodeGost2814789Parameters(const uint8_t* inIv, uint
     });
 }
 
-// Whatever keeps the input from being these parameters is 302; then both parts are tried, each
+// Whatever keeps the input from being these parameters is 302 (running out of memory stays 1); then
+// both parts are tried, each
 // under the size protocol, and a part that does not fit makes it 49 once the other is written.
 extern "C" TV_API uint32_t DecodeGost2814789Parameters(const uint8_t* in, uint32_t inLen, uint8_t* outIv, uint32_t* outIvLen,
                                                        uint8_t* outParamSetOid, uint32_t* outParamSetOidLen) {
     if (!outIvLen || !outParamSetOidLen) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
     OwnedValue parameters(&kGost2814789Parameters);
-    if (DecodeValue(TV_SITE, kGost2814789Parameters, in, inLen, parameters) != TV_OK ||
-        !Slot(parameters.get(), Gost2814789ParametersSlot::kIv) ||
+    const uint32_t decoded = DecodeValue(TV_SITE, kGost2814789Parameters, in, inLen, parameters);
+    if (decoded == TV_ERR_NO_MEMORY) return decoded;  // not the input's fault
+    if (decoded != TV_OK || !Slot(parameters.get(), Gost2814789ParametersSlot::kIv) ||
         !Slot(parameters.get(), Gost2814789ParametersSlot::kEncryptionParamSet))
         return TV_FAIL(TV_ERR_MALFORMED);
     const uint32_t iv = GetLeaf(TV_SITE, Slot(parameters.get(), Gost2814789ParametersSlot::kIv), outIv, outIvLen);
