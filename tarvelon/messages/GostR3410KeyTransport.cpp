@@ -133,8 +133,8 @@ extern "C" TV_API uint32_t EncodeGost2814789Parameters(const uint8_t* inIv, uint
 }
 
 // Whatever keeps the input from being these parameters is 302 (running out of memory stays 1); then
-// both parts are tried, each
-// under the size protocol, and a part that does not fit makes it 49 once the other is written.
+// both parts are tried, each under the size protocol, and a part that does not fit makes it 49 once
+// the other is written.
 extern "C" TV_API uint32_t DecodeGost2814789Parameters(const uint8_t* in, uint32_t inLen, uint8_t* outIv, uint32_t* outIvLen,
                                                        uint8_t* outParamSetOid, uint32_t* outParamSetOidLen) {
     if (!outIvLen || !outParamSetOidLen) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
