@@ -53,9 +53,9 @@ TEST(SizeProtocol, EveryGetterAndItsNullArguments) {
     ASSERT_EQ(GetOcspBasicResponseSingleResponse(basic, 1, &single), 0u);
     auto info = Decoded<FreeCmsContentInfo>(DecodeCmsContentInfo, FixtureFile("cms/signed_two.der"));
     auto signedData = Decoded<FreeCmsSignedData>(DecodeCmsSignedData, FixtureFile("cms/sd_certs_crl.der"));
-    auto enveloped = Decoded<FreeCmsEnvelopedData>(DecodeCmsEnvelopedData, Get(GetCmsContentInfoContent,
-        Decoded<FreeCmsContentInfo>(DecodeCmsContentInfo, FixtureFile("enveloped/env_gost.der")).p).bytes);
-    auto transport = Decoded<FreeGostR3410KeyTransport>(DecodeGostR3410KeyTransport, FixtureFile("enveloped/gost_kt.der"));
+    auto enveloped = Decoded<FreeCmsEnvelopedData>(DecodeCmsEnvelopedData, FixtureFile("enveloped/env_gost2012_256.der"));
+    auto transport = Decoded<FreeGostR3410KeyTransport>(DecodeGostR3410KeyTransport,
+                                                        FixtureFile("enveloped/gost_kt_gost2012_256.der"));
     void* recipient = nullptr;
     uint32_t kind = 0;
     ASSERT_EQ(GetCmsEnvelopedDataRecipientInfo(enveloped, 0, &recipient, &kind), 0u);

@@ -133,6 +133,13 @@ Got AtsHashIndex(const Bytes& in) {
                static_cast<const Asn1List*>(crls), static_cast<const Asn1List*>(attrs));
 }
 
+Got Gost2814789Parameters(const Bytes& in) {
+    uint8_t iv[64], set[64];
+    uint32_t ivLen = sizeof iv, setLen = sizeof set;
+    TRY(DecodeGost2814789Parameters(in.data(), Size(in), iv, &ivLen, set, &setLen));
+    return Get(EncodeGost2814789Parameters, static_cast<const uint8_t*>(iv), ivLen, static_cast<const uint8_t*>(set));
+}
+
 Got DocInfo(const Bytes& in) {
     Bytes text[4];
     uint32_t kind = 0, n[4];
@@ -410,10 +417,18 @@ std::vector<Entry> CmsContentInfoParts(void* h, const std::string& label) {
     return parts;
 }
 
-// Each key-transport recipient, and for a GOST one the key transport its encrypted key carries.
+// Each key-transport recipient, for a GOST R 34.10 key the RFC 4490 key transport its encrypted key
+// carries (the RFC 9189 kexp15 recipients carry another structure), and GOST 28147-89 parameters.
 std::vector<Entry> CmsEnvelopedDataParts(void* h, const std::string& label) {
     auto* ed = static_cast<CmsEnvelopedData*>(h);
     std::vector<Entry> parts;
+    uint8_t cipher[64], cipherParams[128];
+    uint32_t cipherLen = sizeof cipher, cipherParamsLen = sizeof cipherParams;
+    EXPECT_EQ(GetCmsEnvelopedDataContentEncryptionAlgorithmOidAndParameters(ed, cipher, &cipherLen, cipherParams, &cipherParamsLen),
+              TV_OK);
+    if (Bytes(cipher, cipher + cipherLen) == Packed("1.2.643.2.2.21"))
+        parts.push_back({label + "/content encryption parameters", "gost2814789Parameters",
+                         Bytes(cipherParams, cipherParams + cipherParamsLen), {}});
     uint32_t count = 0, kind = 0;
     EXPECT_EQ(GetCmsEnvelopedDataRecipientInfosCount(ed, &count), TV_OK);
     for (uint32_t i = 0; i < count; ++i) {
@@ -426,8 +441,8 @@ std::vector<Entry> CmsEnvelopedDataParts(void* h, const std::string& label) {
         uint8_t oid[64], params[128];
         uint32_t oidLen = sizeof oid, paramsLen = sizeof params;
         EXPECT_EQ(GetKeyTransKeyEncryptionAlgorithmOidAndParameters(kt, oid, &oidLen, params, &paramsLen), TV_OK);
-        const Bytes gost = Packed("1.2.643");
-        if (oid[0] > gost[0] && std::equal(gost.begin() + 1, gost.end(), oid + 1))
+        const Bytes alg(oid, oid + oidLen);
+        if (alg == Packed("1.2.643.2.2.19") || alg == Packed("1.2.643.7.1.1.1.1") || alg == Packed("1.2.643.7.1.1.1.2"))
             Add(parts, at + "/key transport", "gostKeyTransport", Get(GetKeyTransEncryptedKey, kt));
     }
     return parts;
@@ -565,6 +580,7 @@ const std::map<std::string, Family>& Families() {
         m["cmsEnvelopedData"] = Codec(DecodeCmsEnvelopedData, EncodeCmsEnvelopedData, FreeCmsEnvelopedData);
         m["cmsEnvelopedData"].parts = CmsEnvelopedDataParts;
         m["keyTrans"] = Codec(DecodeKeyTrans, EncodeKeyTrans, FreeKeyTrans);
+        m["gost2814789Parameters"] = Rebuilt(Gost2814789Parameters);
         m["gostKeyTransport"] = Codec(DecodeGostR3410KeyTransport, EncodeGostR3410KeyTransport, FreeGostR3410KeyTransport);
         m["completeRevocationRefs"] = Codec(DecodeRsaAttributeCompleteRevocationRefs, EncodeRsaAttributeCompleteRevocationRefs,
                                            FreeCrlOcspRefs);
