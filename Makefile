@@ -10,7 +10,7 @@ JOBS ?= $(shell nproc)
 DEB_PACKAGES := g++ cmake make libgtest-dev libbenchmark-dev libssl-dev openssl libengine-gost-openssl clang \
   libclang-rt-14-dev binutils gcovr default-jdk-headless junit5 libbcprov-java libbcpkix-java pkg-config
 
-.PHONY: all deps build demo test test-release test-asan coverage bench fuzz package clean
+.PHONY: all deps build demo test test-release test-asan test-tsan coverage bench fuzz package clean
 
 all: build
 
@@ -45,7 +45,13 @@ test-asan: deps
 	  ctest --output-on-failure -j$(JOBS)
 
 # Sanitizers first, the optimised build last: the output ends with ctest's summary of the whole suite.
-test: test-asan test-release
+# ThreadSanitizer over the threads test: eight threads, each with trees of its own, at once.
+test-tsan: deps
+	cmake -S . -B $(BUILD)/tsan -DCMAKE_BUILD_TYPE=RelWithDebInfo -DTV_TSAN=ON >/dev/null
+	cmake --build $(BUILD)/tsan -j$(JOBS) --target tarvelon_tests
+	TSAN_OPTIONS=halt_on_error=1 $(BUILD)/tsan/tests/tarvelon_tests --gtest_filter='Threads.*'
+
+test: test-asan test-release test-tsan
 
 # Line and branch coverage of the library (tarvelon/) by the whole test suite, unoptimised so that
 # lines map to code; counters from an earlier run are cleared first. Summary on stdout, per-file
