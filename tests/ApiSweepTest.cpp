@@ -289,6 +289,84 @@ uint32_t BuildLists() {
     return Get(EncodeTime, &t).rc;
 }
 
+// The message families built the way a signer, a responder, a time-stamp authority and an encrypting
+// sender build them.
+uint32_t BuildSignedMessage() {
+    const Bytes cert = FixtureFile("pki/ee_rsa.der"), digest(32, 0xD1), signature(64, 0x5A);
+    const uint8_t* certs[] = {cert.data()};
+    const uint32_t lens[] = {Size(cert)};
+    const LibraryTime when{2025, 3, 5, 6, 7, 8};
+    const Bytes sha256 = Packed("2.16.840.1.101.3.4.2.1"), rsa = Packed("1.2.840.113549.1.1.1");
+    return Sized([&](uint8_t* out, uint32_t* outLen) {
+        return CreateCmsFileSignature2(digest.data(), 32, digest.data(), 32, &when, sha256.data(), nullptr, 0, cert.data(),
+                                       Size(cert), certs, lens, 1, rsa.data(), nullptr, 0, 1, nullptr, 0, signature.data(),
+                                       64, nullptr, 0, out, outLen);
+    }).rc;
+}
+
+uint32_t BuildOcspResponse() {
+    Own<FreeOcspBasicResponse> basic;
+    Own<FreeOcspSingleResponse> single;
+    const Bytes sha1 = Packed("1.3.14.3.2.26"), hash(20, 0x11), serial = Hex("01 02");
+    const LibraryTime when{2025, 3, 5, 6, 7, 8};
+    TRY(CreateOcspBasicResponse(&basic.p));
+    TRY(SetOcspBasicResponseResponderID(basic, 1, hash.data(), Size(hash)));  // byKey
+    TRY(SetOcspBasicResponseProducedAt(basic, &when));
+    TRY(CreateOcspSingleResponse(&single.p));
+    TRY(SetOcspSingleResponseCertID(single, sha1.data(), Hex("05 00").data(), 2, hash.data(), 20, hash.data(), 20,
+                                    serial.data(), Size(serial)));
+    TRY(SetOcspSingleResponseCertStatusGood(single));
+    TRY(SetOcspSingleResponseThisUpdate(single, &when));
+    const uint32_t rc = AddOcspBasicResponseSingleResponse(basic, single);
+    if (rc == TV_OK) single.release();
+    TRY(rc);
+    TRY(SetOcspBasicResponseSignatureAlgorithmOidAndParameters(basic, Packed("1.2.840.113549.1.1.11").data(), nullptr, 0));
+    TRY(SetOcspBasicResponseSignature(basic, hash.data(), Size(hash)));
+    return Get(EncodeOcspBasicResponse, basic.p).rc;
+}
+
+uint32_t BuildTimeStamp() {
+    const Bytes policy = Packed("1.2.3.4"), sha256 = Packed("2.16.840.1.101.3.4.2.1"), imprint(32, 0x22), serial = Hex("05");
+    const LibraryPreciseTime when{2025, 3, 5, 6, 7, 8, 250, 0};
+    const Accuracy accuracy{1, 0, 0};
+    return Get(EncodeTSTInfo, 1u, policy.data(), sha256.data(), static_cast<const uint8_t*>(nullptr), 0u, imprint.data(),
+               Size(imprint), serial.data(), Size(serial), &when, &accuracy, 1u, serial.data(), Size(serial),
+               static_cast<const GeneralName*>(nullptr), static_cast<const X509Extensions*>(nullptr)).rc;
+}
+
+uint32_t BuildEnvelopedMessage() {
+    Own<FreeCmsEnvelopedData> enveloped;
+    Own<FreeKeyTrans> recipient;
+    Own<FreeGostR3410KeyTransport> transport;
+    const Bytes key(32, 0x33), iv(8, 0x44), set = Packed("1.2.643.7.1.2.5.1.1"), gost = Packed("1.2.643.7.1.1.1.1");
+    TRY(CreateGostR3410KeyTransport(&transport.p));
+    TRY(SetGostR3410KeyTransportEncryptedKey(transport, key.data(), 32));
+    TRY(SetGostR3410KeyTransportMacKey(transport, iv.data(), 4));
+    TRY(SetGostR3410KeyTransportEncryptionParamSetOid(transport, set.data()));
+    TRY(SetGostR3410KeyTransportEphemeralPublicKeyAlgorithmOidAndParameters(transport, gost.data(), nullptr, 0));
+    TRY(SetGostR3410KeyTransportEphemeralPublicKey(transport, key.data(), 32));
+    TRY(SetGostR3410KeyTransportUkm(transport, iv.data(), 8));
+    const Got wrapped = Get(EncodeGostR3410KeyTransport, transport.p);
+    TRY(wrapped.rc);
+    TRY(CreateKeyTrans(&recipient.p));
+    TRY(SetKeyTransRecipientIdentifierSubjectKeyIdentifier(recipient, key.data(), 20));
+    TRY(SetKeyTransKeyEncryptionAlgorithmOidAndParameters(recipient, gost.data(), nullptr, 0));
+    TRY(SetKeyTransEncryptedKey(recipient, wrapped.bytes.data(), Size(wrapped.bytes)));
+    TRY(CreateCmsEnvelopedData(&enveloped.p));
+    const uint32_t rc = AddCmsEnvelopedDataRecipientInfo(enveloped, TV_CMS_RECIPIENT_KEY_TRANS, recipient.p);
+    if (rc == TV_OK) recipient.release();
+    TRY(rc);
+    const Got parameters = Get(EncodeGost2814789Parameters, iv.data(), 8u, set.data());
+    TRY(parameters.rc);
+    TRY(SetCmsEnvelopedDataEncryptedContentTypeOid(enveloped, Packed("1.2.840.113549.1.7.1").data()));
+    TRY(SetCmsEnvelopedDataContentEncryptionAlgorithmOidAndParameters(enveloped, Packed("1.2.643.2.2.21").data(),
+                                                                      parameters.bytes.data(), Size(parameters.bytes)));
+    TRY(SetCmsEnvelopedDataEncryptedContent(enveloped, key.data(), 32));
+    TRY(AddCmsEnvelopedDataEncodedCertificate(enveloped, 1, FixtureFile("pki/ee_rsa.der").data(),
+                                              Size(FixtureFile("pki/ee_rsa.der"))));
+    return Get(EncodeCmsEnvelopedData, enveloped.p).rc;
+}
+
 // Additions that fail leave their list as it was: one scenario per list kind.
 template <typename Count, typename Add>
 uint32_t Unchanged(Count count, Add add) {
@@ -327,6 +405,10 @@ TEST(Allocation, EveryBuildFailsCleanly) {
         {"extension values", BuildExtensionValues},
         {"lists and time", BuildLists},
         {"SET OF", EncodeSetOf},
+        {"CMS signed message", BuildSignedMessage},
+        {"OCSP basic response", BuildOcspResponse},
+        {"time-stamp TSTInfo", BuildTimeStamp},
+        {"enveloped message", BuildEnvelopedMessage},
         {"name entry", [&] { return Unchanged(entries, [&] { return AddX509NameEntry(name, U8("x"), 1, ASN1_UTF8_STRING, cn.data(), 0); }); }},
         {"directoryName", [&] { return Unchanged(generalNames, [&] { return AddX509GeneralName(names, 4, directoryName.data(), Size(directoryName)); }); }},
         {"dNSName", [&] { return Unchanged(generalNames, [&] { return AddX509GeneralName(names, 2, U8("a.ru"), 4); }); }},
