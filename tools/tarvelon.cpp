@@ -3,11 +3,15 @@
 //   tarvelon asn1 FILE         indented dump of any BER/DER element tree
 //   tarvelon pem LABEL FILE    the object as PEM text with that label
 //   tarvelon der FILE          the object as raw DER
-//   tarvelon show FILE         readable summary of a certificate, CRL, certification request,
-//                              OCSP request, OCSP response or CMS signed message
+//   tarvelon show FILE         readable summary of a certificate, CRL, certification request, OCSP
+//                              message, CMS signed or enveloped message, time-stamp query or
+//                              reply, or SeveralData
 //   tarvelon signers FILE      the signers of a CMS signed message, one line each
+//   tarvelon --help | --version
 //
-// Every FILE may be DER (BER for CMS) or PEM: text with a BEGIN marker is decoded first.
+// Every FILE may be DER (BER for CMS) or PEM, and `-` is standard input. PEM text is decoded first;
+// show and der take every block of a PEM bundle in turn.
+#include <cerrno>
 #include <cstdio>
 #include <cstring>
 #include <string>
@@ -20,25 +24,30 @@ namespace {
 
 const char* kUsage =
     "usage: tarvelon asn1 FILE | pem LABEL FILE | der FILE | show FILE | signers FILE\n"
+    "       tarvelon --help | --version\n"
     "  asn1 FILE         dump the BER/DER element tree of FILE\n"
     "  pem LABEL FILE    write FILE as PEM text with LABEL to stdout\n"
-    "  der FILE          write FILE as raw DER to stdout\n"
-    "  show FILE         summary of a certificate, CRL, certification request,\n"
-    "                    OCSP request, OCSP response or CMS signed message;\n"
-    "                    names in RFC 4514 order (last RDN of the encoding first)\n"
+    "  der FILE          write FILE as raw DER to stdout (every block of a PEM bundle)\n"
+    "  show FILE         summary of a certificate, CRL, certification request, OCSP\n"
+    "                    request or response, CMS signed or enveloped message,\n"
+    "                    time-stamp query or reply, or SeveralData (every block of a\n"
+    "                    PEM bundle); names in RFC 4514 order (last RDN first)\n"
     "  signers FILE      number, signing time and name of each signer of a CMS\n"
     "                    signed message\n"
-    "FILE may be DER or PEM; CMS messages may be BER.\n";
+    "FILE may be DER or PEM, CMS messages BER; - reads standard input.\n";
 
+// The whole file, or standard input for "-"; errno says why when it cannot be read.
 bool ReadFile(const char* path, std::vector<uint8_t>& data) {
-    FILE* f = std::fopen(path, "rb");
+    const bool standardInput = std::strcmp(path, "-") == 0;
+    FILE* f = standardInput ? stdin : std::fopen(path, "rb");
     if (!f) return false;
     uint8_t chunk[65536];
     size_t n;
     while ((n = std::fread(chunk, 1, sizeof chunk, f)) > 0) data.insert(data.end(), chunk, chunk + n);
-    bool ok = !std::ferror(f);
-    std::fclose(f);
-    return ok;
+    const int error = std::ferror(f) ? errno : 0;
+    if (!standardInput) std::fclose(f);
+    errno = error;
+    return error == 0;
 }
 
 bool Contains(const std::vector<uint8_t>& data, const char* marker) {
@@ -48,12 +57,44 @@ bool Contains(const std::vector<uint8_t>& data, const char* marker) {
     return false;
 }
 
-// Reads FILE as DER: PEM text (either BEGIN form the library reads) is decoded. Prints the reason
-// and returns the exit code on failure, 0 on success.
-int ReadObject(const char* path, std::vector<uint8_t>& der) {
+// The DER of each PEM block of `data` (DecodePem reads the first block of the text it is given, so
+// each block is handed over from its own BEGIN line). Prints the reason and returns the exit code on
+// failure, 0 on success.
+int DecodeBlocks(const char* path, const std::vector<uint8_t>& data, std::vector<std::vector<uint8_t>>& objects) {
+    std::vector<size_t> starts;
+    for (size_t i = 0; i + 10 <= data.size(); ++i)
+        if (data[i] == '-' && (std::memcmp(&data[i], "-----BEGIN", 10) == 0 || std::memcmp(&data[i], "----- BEGIN", 11) == 0))
+            starts.push_back(i), i += 10;
+    for (size_t b = 0; b < starts.size(); ++b) {
+        const char* text = reinterpret_cast<const char*>(data.data()) + starts[b];
+        const auto textLen = static_cast<uint32_t>((b + 1 < starts.size() ? starts[b + 1] : data.size()) - starts[b]);
+        std::vector<uint8_t> der;
+        uint32_t size = 0;
+        uint32_t rc = DecodePem(text, textLen, nullptr, &size);
+        if (rc == TV_OK) {
+            der.resize(size);
+            rc = DecodePem(text, textLen, der.data(), &size);
+        }
+        if (rc != TV_OK) {
+            std::fprintf(stderr, "tarvelon: %s: malformed PEM text in block %zu (status %u)\n", path, b + 1, rc);
+            return 1;
+        }
+        der.resize(size);
+        if (der.empty()) {
+            std::fprintf(stderr, "tarvelon: %s: PEM block %zu holds no data\n", path, b + 1);
+            return 1;
+        }
+        objects.push_back(std::move(der));
+    }
+    return 0;
+}
+
+// Reads FILE as DER objects: the file itself, or the blocks of its PEM text. Prints the reason and
+// returns the exit code on failure, 0 on success.
+int ReadObjects(const char* path, std::vector<std::vector<uint8_t>>& objects) {
     std::vector<uint8_t> data;
     if (!ReadFile(path, data)) {
-        std::fprintf(stderr, "tarvelon: cannot read %s\n", path);
+        std::fprintf(stderr, "tarvelon: cannot read %s: %s\n", path, std::strerror(errno));
         return 2;
     }
     if (data.empty()) {
@@ -65,26 +106,17 @@ int ReadObject(const char* path, std::vector<uint8_t>& der) {
         return 1;
     }
     if (!Contains(data, "-----BEGIN") && !Contains(data, "----- BEGIN")) {
-        der.swap(data);
+        objects.push_back(std::move(data));
         return 0;
     }
-    const char* text = reinterpret_cast<const char*>(data.data());
-    const auto textLen = static_cast<uint32_t>(data.size());
-    uint32_t size = 0;
-    uint32_t rc = DecodePem(text, textLen, nullptr, &size);
-    if (rc == TV_OK) {
-        der.resize(size);
-        rc = DecodePem(text, textLen, der.data(), &size);
-    }
-    if (rc != TV_OK) {
-        std::fprintf(stderr, "tarvelon: %s: malformed PEM text (status %u)\n", path, rc);
-        return 1;
-    }
-    der.resize(size);
-    if (der.empty()) {
-        std::fprintf(stderr, "tarvelon: %s holds no data\n", path);
-        return 1;
-    }
+    return DecodeBlocks(path, data, objects);
+}
+
+// The first object of FILE, for the commands that read one.
+int ReadObject(const char* path, std::vector<uint8_t>& der) {
+    std::vector<std::vector<uint8_t>> objects;
+    if (int rc = ReadObjects(path, objects)) return rc;
+    der.swap(objects.front());
     return 0;
 }
 
@@ -109,9 +141,12 @@ int PemCommand(const char* label, const char* path) {
 }
 
 int DerCommand(const char* path) {
-    std::vector<uint8_t> der;
-    if (int rc = ReadObject(path, der)) return rc;
-    return WriteOut(der.data(), der.size()) ? 0 : 1;
+    std::vector<std::vector<uint8_t>> objects;
+    if (int rc = ReadObjects(path, objects)) return rc;
+    for (const auto& der : objects)
+        if (!WriteOut(der.data(), der.size())) return 1;
+    if (objects.size() > 1) std::fprintf(stderr, "tarvelon: %zu objects read\n", objects.size());
+    return 0;
 }
 
 const char* UniversalName(uint32_t tag) {
@@ -231,9 +266,16 @@ private:
 };
 
 int ShowCommand(const char* path) {
-    std::vector<uint8_t> der;
-    if (int rc = ReadObject(path, der)) return rc;
-    return show::ShowObject(path, der);
+    std::vector<std::vector<uint8_t>> objects;
+    if (int rc = ReadObjects(path, objects)) return rc;
+    int worst = 0;
+    for (size_t i = 0; i < objects.size(); ++i) {
+        if (i) std::printf("\n");
+        const int rc = show::ShowObject(path, objects[i]);
+        if (rc > worst) worst = rc;
+    }
+    if (objects.size() > 1) std::printf("\n%zu objects read\n", objects.size());
+    return worst;
 }
 
 int SignersCommand(const char* path) {
@@ -258,6 +300,18 @@ int Asn1Command(const char* path) {
 }  // namespace
 
 int main(int argc, char** argv) {
+    if (argc == 2 && (std::strcmp(argv[1], "--help") == 0 || std::strcmp(argv[1], "-h") == 0)) {
+        std::fputs(kUsage, stdout);
+        return 0;
+    }
+    if (argc == 2 && std::strcmp(argv[1], "--version") == 0) {
+        char banner[128];
+        uint32_t length = sizeof banner;
+        if (GetVersionInfo(banner, &length) != TV_OK) banner[0] = 0;
+        std::printf("tarvelon %d.%d.%d (%s)\n", TARVELON_VERSION_MAJOR, TARVELON_VERSION_MINOR, TARVELON_VERSION_PATCH,
+                    banner);
+        return 0;
+    }
     if (argc == 3 && std::strcmp(argv[1], "asn1") == 0) return Asn1Command(argv[2]);
     if (argc == 4 && std::strcmp(argv[1], "pem") == 0) return PemCommand(argv[2], argv[3]);
     if (argc == 3 && std::strcmp(argv[1], "der") == 0) return DerCommand(argv[2]);
