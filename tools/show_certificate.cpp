@@ -2,10 +2,41 @@
 #include "show.h"
 
 #include <string>
+#include <vector>
 
 #include "render.h"
 
 namespace show {
+namespace {
+
+// A validity time the library's records cannot hold (a year past 2100, such as RFC 5280's
+// 99991231235959Z for "no expiry") is shown from its own text: `which` 0 is notBefore, 1 notAfter.
+std::string ValidityText(Certificate* cert, int which) {
+    Bytes der;
+    if (Fetch(der, [&](uint8_t* o, uint32_t* n) { return EncodeCertificate(cert, o, n); }) != TV_OK) return "";
+    Element top, validity;
+    std::vector<Element> parts, tbs, times;
+    if (!ReadElement(der.data(), der.size(), top) || !Children(top, parts) || parts.empty() || !Children(parts[0], tbs))
+        return "";
+    const size_t at = !tbs.empty() && Is(tbs[0], ASN1_CLASS_CONTEXT, 0) ? 4 : 3;  // after [0] version, if any
+    if (at >= tbs.size() || !Children(tbs[at], times) || times.size() != 2) return "";
+    const Element& t = times[which];
+    std::string text(reinterpret_cast<const char*>(t.content), t.len);
+    if (IsUniversal(t, ASN1_UTC_TIME) && text.size() >= 12) text = (text < "50" ? "20" : "19") + text;
+    if (!(IsUniversal(t, ASN1_UTC_TIME) || IsUniversal(t, ASN1_GENERALIZED_TIME)) || text.size() < 14) return "";
+    return text.substr(0, 4) + "-" + text.substr(4, 2) + "-" + text.substr(6, 2) + " " + text.substr(8, 2) + ":" +
+           text.substr(10, 2) + ":" + text.substr(12, 2) + " UTC";
+}
+
+std::string TimeField(Report& report, Certificate* cert, int which) {
+    LibraryTime t{};
+    const uint32_t rc = which == 0 ? GetCertificateValidNotBefore(cert, &t) : GetCertificateValidNotAfter(cert, &t);
+    if (rc == TV_OK) return TimeText(t);
+    const std::string own = rc == TV_ERR_TIME ? ValidityText(cert, which) : "";
+    return own.empty() ? report.Failed(rc) : own;
+}
+
+}  // namespace
 
 int ShowCertificate(Certificate* cert) {
     Report report;
@@ -19,11 +50,8 @@ int ShowCertificate(Certificate* cert) {
     X509Name* name = nullptr;
     rc = GetCertificateIssuer(cert, &name);
     Print(1, "Issuer: " + NameField(report, rc, name));
-    LibraryTime t{};
-    rc = GetCertificateValidNotBefore(cert, &t);
-    Print(1, "Not before: " + (rc == TV_OK ? TimeText(t) : report.Failed(rc)));
-    rc = GetCertificateValidNotAfter(cert, &t);
-    Print(1, "Not after:  " + (rc == TV_OK ? TimeText(t) : report.Failed(rc)));
+    Print(1, "Not before: " + TimeField(report, cert, 0));
+    Print(1, "Not after:  " + TimeField(report, cert, 1));
     rc = GetCertificateSubject(cert, &name);
     Print(1, "Subject: " + NameField(report, rc, name));
 
