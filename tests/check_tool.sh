@@ -300,6 +300,10 @@ check line '2 objects read' show "$tmp/bundle.pem"
 "$tool" der "$tmp/bundle.pem" 2>/dev/null | cmp -s - <(cat "$pki/ca_rsa.der" "$ee") || fail "der of a bundle"
 check fail 'cannot read .*absent\.der: No such file or directory' show "$tmp/absent.der"
 check fail "cannot read $tmp: Is a directory" show "$tmp"
+# Garbage stops the dump at once instead of being listed; der refuses what is not one element.
+head -c 4096 /dev/zero > "$tmp/zeros.der"
+check fail 'zeros\.der: end-of-contents outside an indefinite-length element at offset 0' asn1 "$tmp/zeros.der"
+check fail 'text\.der: object 1 is not one BER or DER element' der "$tmp/text.der"
 # A notAfter past the years the library's time records hold is shown from its own text, exit 0.
 if command -v openssl >/dev/null; then
   openssl req -x509 -newkey rsa:1024 -nodes -keyout "$tmp/forever.key" -subj /CN=forever -days 2900000 -outform DER \

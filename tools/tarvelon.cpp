@@ -140,9 +140,25 @@ int PemCommand(const char* label, const char* path) {
     return WriteOut(text.data(), size) ? 0 : 1;
 }
 
+// The status of reading `der` as exactly one BER or DER element (0 when it is one).
+uint32_t OneElement(const std::vector<uint8_t>& der) {
+    static const Asn1Descriptor kAny{ASN1_CLASS_UNIVERSAL, ASN1_PRIMITIVE_FORM, 0, ASN1_ANY, -1, 0, nullptr, 0, nullptr};
+    void* value = nullptr;
+    uint32_t used = 0;
+    uint32_t rc = Asn1DecodeItem(der.data(), static_cast<uint32_t>(der.size()), &kAny, &value, &used);
+    FreeAsn1Object(&kAny, value);
+    if (rc == TV_OK && used != der.size()) rc = TV_ERR_MALFORMED;
+    return rc;
+}
+
 int DerCommand(const char* path) {
     std::vector<std::vector<uint8_t>> objects;
     if (int rc = ReadObjects(path, objects)) return rc;
+    for (size_t i = 0; i < objects.size(); ++i)
+        if (const uint32_t rc = OneElement(objects[i])) {
+            std::fprintf(stderr, "tarvelon: %s: object %zu is not one BER or DER element (status %u)\n", path, i + 1, rc);
+            return 1;
+        }
     for (const auto& der : objects)
         if (!WriteOut(der.data(), der.size())) return 1;
     if (objects.size() > 1) std::fprintf(stderr, "tarvelon: %zu objects read\n", objects.size());
@@ -188,7 +204,11 @@ public:
     bool Elements(size_t begin, size_t end, bool indefinite, int depth, size_t* reached, Failure* fail) {
         size_t pos = begin;
         while (pos < end) {
-            if (indefinite && end - pos >= 2 && data_[pos] == 0 && data_[pos + 1] == 0) {
+            if (end - pos >= 2 && data_[pos] == 0 && data_[pos + 1] == 0) {
+                if (!indefinite) {  // zeros where an element should be: stop rather than list them
+                    *fail = Failure{pos, TV_ERR_MALFORMED, "end-of-contents outside an indefinite-length element"};
+                    return false;
+                }
                 std::printf("%8zu: %*sEOC\n", pos, depth * 2, "");
                 *reached = pos + 2;
                 return true;
