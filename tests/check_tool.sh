@@ -300,6 +300,17 @@ check line '2 objects read' show "$tmp/bundle.pem"
 "$tool" der "$tmp/bundle.pem" 2>/dev/null | cmp -s - <(cat "$pki/ca_rsa.der" "$ee") || fail "der of a bundle"
 check fail 'cannot read .*absent\.der: No such file or directory' show "$tmp/absent.der"
 check fail "cannot read $tmp: Is a directory" show "$tmp"
+# The fingerprint is SHA-1 over the DER, as openssl computes it; -noout with selectors prints only
+# the fields asked for, one name=value line each.
+if command -v openssl >/dev/null; then
+  want=$(openssl x509 -inform DER -in "$ee" -noout -fingerprint -sha1 | sed 's/^.*=//')
+  check line "SHA-1 fingerprint: $want" show "$ee"
+  "$tool" show -noout -serial -fingerprint "$ee" > "$tmp/fields.txt" || fail "show -noout"
+  [ "$(cat "$tmp/fields.txt")" = "serial=$(openssl x509 -inform DER -in "$ee" -noout -serial | sed 's/^serial=//')
+SHA1 Fingerprint=$want" ] || fail "show -noout -serial -fingerprint: $(cat "$tmp/fields.txt")"
+fi
+check line 'notAfter=2027-11-21 22:24:47 UTC' show -noout -dates "$pki/ee_rsa.der"
+check fail 'needs a certificate' show -noout -subject "$crl"
 # Garbage stops the dump at once instead of being listed; der refuses what is not one element.
 head -c 4096 /dev/zero > "$tmp/zeros.der"
 check fail 'zeros\.der: end-of-contents outside an indefinite-length element at offset 0' asn1 "$tmp/zeros.der"

@@ -26,6 +26,13 @@ int ShowRequest(PKCS10CertReq* request);
 int ShowOcspRequest(OcspRequest* request);
 int ShowOcspResponse(OcspResponse* response);
 
+// The SHA-1 fingerprint of an object's encoding, as colon hex (the library's own SHA-1).
+std::string Fingerprint(const std::vector<uint8_t>& der);
+
+// Field selectors for scripts (`show -noout -subject ...`), certificates only: prints one
+// `name=value` line per selected field in the order given; returns the exit code.
+int ShowCertificateFields(const char* path, const std::vector<uint8_t>& der, const std::vector<std::string>& fields);
+
 // CMS signed messages (show_cms.cpp). A ContentInfo that holds no SignedData is refused with
 // TV_ERR_NOT_SIGNED_DATA; `problem` then says why in a few words (", content type ... is not ...").
 uint32_t DecodeSignedMessage(const std::vector<uint8_t>& der, CmsSignedData** signedData, std::string& problem);

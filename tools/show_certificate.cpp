@@ -1,6 +1,7 @@
 // tarvelon show: the summary of an X.509 certificate.
 #include "show.h"
 
+#include <cstdio>
 #include <string>
 #include <vector>
 
@@ -74,6 +75,45 @@ int ShowCertificate(Certificate* cert) {
     PrintAlgorithmPart(Part::Signature, report, cert, GetCertificateSignatureAlgorithmOidAndParameters,
                        GetCertificateSignature);
     return report.failures;
+}
+
+std::string Fingerprint(const Bytes& der) {
+    uint8_t digest[20];
+    return sha1(der.data(), static_cast<uint32_t>(der.size()), digest) == TV_OK ? Hex(Bytes(digest, digest + 20)) : "?";
+}
+
+int ShowCertificateFields(const char* path, const Bytes& der, const std::vector<std::string>& fields) {
+    Certificate* cert = nullptr;
+    const uint32_t rc = DecodeCertificate(der.data(), static_cast<uint32_t>(der.size()), &cert);
+    int status = 0;
+    for (const std::string& field : fields) {
+        if (field == "fingerprint") {
+            std::printf("SHA1 Fingerprint=%s\n", Fingerprint(der).c_str());
+            continue;
+        }
+        if (rc != TV_OK) {
+            std::fprintf(stderr, "tarvelon: %s: -%s needs a certificate (status %u)\n", path, field.c_str(), rc);
+            status = 1;
+            continue;
+        }
+        Report report;
+        X509Name* name = nullptr;
+        if (field == "subject" || field == "issuer") {
+            const uint32_t got = field == "subject" ? GetCertificateSubject(cert, &name) : GetCertificateIssuer(cert, &name);
+            std::printf("%s=%s\n", field.c_str(), NameField(report, got, name).c_str());
+        } else if (field == "serial") {
+            Bytes serial;
+            const uint32_t got = Fetch(serial, [&](uint8_t* o, uint32_t* n) { return GetCertificateSerialNumber(cert, o, n); });
+            std::string hex = got == TV_OK ? Hex(serial) : report.Failed(got);
+            if (got == TV_OK) std::erase(hex, ':');
+            std::printf("serial=%s\n", hex.c_str());
+        } else if (field == "dates") {
+            std::printf("notBefore=%s\nnotAfter=%s\n", TimeField(report, cert, 0).c_str(), TimeField(report, cert, 1).c_str());
+        }
+        if (report.failures) status = 1;
+    }
+    FreeCertificate(cert);
+    return status;
 }
 
 }  // namespace show

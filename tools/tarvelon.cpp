@@ -13,6 +13,7 @@
 // show and der take every block of a PEM bundle in turn.
 #include <cerrno>
 #include <cstdio>
+#include <algorithm>
 #include <cstring>
 #include <string>
 #include <vector>
@@ -23,15 +24,17 @@
 namespace {
 
 const char* kUsage =
-    "usage: tarvelon asn1 FILE | pem LABEL FILE | der FILE | show FILE | signers FILE\n"
+    "usage: tarvelon asn1 FILE | pem LABEL FILE | der FILE | show [OPTIONS] FILE | signers FILE\n"
     "       tarvelon --help | --version\n"
     "  asn1 FILE         dump the BER/DER element tree of FILE\n"
     "  pem LABEL FILE    write FILE as PEM text with LABEL to stdout\n"
     "  der FILE          write FILE as raw DER to stdout (every block of a PEM bundle)\n"
-    "  show FILE         summary of a certificate, CRL, certification request, OCSP\n"
-    "                    request or response, CMS signed or enveloped message,\n"
+    "  show [OPTIONS] FILE  summary of a certificate, CRL, certification request,\n"
+    "                    OCSP request or response, CMS signed or enveloped message,\n"
     "                    time-stamp query or reply, or SeveralData (every block of a\n"
-    "                    PEM bundle); names in RFC 4514 order (last RDN first)\n"
+    "                    PEM bundle), with its SHA-1 fingerprint; names in RFC 4514\n"
+    "                    order (last RDN first). Options: -noout (no summary) and the\n"
+    "                    fields -subject -issuer -serial -dates -fingerprint\n"
     "  signers FILE      number, signing time and name of each signer of a CMS\n"
     "                    signed message\n"
     "FILE may be DER or PEM, CMS messages BER; - reads standard input.\n";
@@ -285,16 +288,23 @@ private:
     const std::vector<uint8_t>& data_;
 };
 
-int ShowCommand(const char* path) {
+// show [-noout] [-subject] [-issuer] [-serial] [-dates] [-fingerprint] FILE: the summary with the
+// object's fingerprint, or with -noout only the selected fields, for scripts.
+int ShowCommand(const char* path, bool summary, const std::vector<std::string>& fields) {
     std::vector<std::vector<uint8_t>> objects;
     if (int rc = ReadObjects(path, objects)) return rc;
     int worst = 0;
     for (size_t i = 0; i < objects.size(); ++i) {
-        if (i) std::printf("\n");
-        const int rc = show::ShowObject(path, objects[i]);
+        if (i && summary) std::printf("\n");
+        int rc = 0;
+        if (summary) {
+            rc = show::ShowObject(path, objects[i]);
+            if (rc == 0) std::printf("SHA-1 fingerprint: %s\n", show::Fingerprint(objects[i]).c_str());
+        }
+        if (!fields.empty()) rc = std::max(rc, show::ShowCertificateFields(path, objects[i], fields));
         if (rc > worst) worst = rc;
     }
-    if (objects.size() > 1) std::printf("\n%zu objects read\n", objects.size());
+    if (objects.size() > 1 && summary) std::printf("\n%zu objects read\n", objects.size());
     return worst;
 }
 
@@ -335,7 +345,19 @@ int main(int argc, char** argv) {
     if (argc == 3 && std::strcmp(argv[1], "asn1") == 0) return Asn1Command(argv[2]);
     if (argc == 4 && std::strcmp(argv[1], "pem") == 0) return PemCommand(argv[2], argv[3]);
     if (argc == 3 && std::strcmp(argv[1], "der") == 0) return DerCommand(argv[2]);
-    if (argc == 3 && std::strcmp(argv[1], "show") == 0) return ShowCommand(argv[2]);
+    if (argc >= 3 && std::strcmp(argv[1], "show") == 0) {
+        bool summary = true, known = true;
+        std::vector<std::string> fields;
+        for (int i = 2; i + 1 < argc; ++i) {
+            const std::string option = argv[i];
+            if (option == "-noout") summary = false;
+            else if (option == "-subject" || option == "-issuer" || option == "-serial" || option == "-dates" ||
+                     option == "-fingerprint")
+                fields.push_back(option.substr(1));
+            else known = false;
+        }
+        if (known) return ShowCommand(argv[argc - 1], summary, fields);
+    }
     if (argc == 3 && std::strcmp(argv[1], "signers") == 0) return SignersCommand(argv[2]);
     std::fputs(kUsage, stderr);
     return 2;
