@@ -291,8 +291,8 @@ bytes "$(tlv 30 "$(oid 2a864886f70d010703)$(tlv a0 "$enveloped")")" > "$tmp/opaq
 for want in '    Recipient 1: key agreement, 5 bytes' '  Encrypted content: detached'; do check line "$want" show "$tmp/opaque.p7m"; done
 # As people use other inspectors: --help and --version, - for standard input, every block of a PEM
 # bundle, and the reason a file cannot be read.
-"$tool" --help | grep -q '^usage: tarvelon' || fail "--help"
-"$tool" --version | grep -q '^tarvelon [0-9]*\.[0-9]*\.[0-9]* (Tarvelon v' || fail "--version"
+[[ $("$tool" --help) == "usage: tarvelon "* ]] || fail "--help"
+[[ $("$tool" --version) =~ ^tarvelon\ [0-9]+\.[0-9]+\.[0-9]+\ \(Tarvelon\ v ]] || fail "--version"
 "$tool" show - < "$ee" > "$tmp/stdin.txt" && cmp -s "$tmp/stdin.txt" "$tmp/ee.txt" || fail "show - (standard input)"
 "$tool" pem CERTIFICATE "$pki/ca_rsa.der" > "$tmp/bundle.pem" && cat "$tmp/ee.pem" >> "$tmp/bundle.pem"
 [ "$("$tool" show "$tmp/bundle.pem" | grep -c '^Certificate:')" -eq 2 ] || fail "show of a bundle: not two summaries"
