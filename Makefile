@@ -14,9 +14,14 @@ DEB_PACKAGES := g++ cmake make libgtest-dev libbenchmark-dev libssl-dev openssl 
 
 all: build
 
-# Installs the Debian packages that are missing; quiet when everything is there.
+# The demo needs only a compiler, CMake and openssl with its GOST engine (the signer's provider).
+DEMO_PACKAGES := g++ cmake make openssl libengine-gost-openssl
+
+# Installs the Debian packages that are missing (PACKAGES, by default all); quiet when everything is
+# there.
+PACKAGES ?= $(DEB_PACKAGES)
 deps:
-	@missing=""; for p in $(DEB_PACKAGES); do dpkg -s $$p >/dev/null 2>&1 || missing="$$missing $$p"; done; \
+	@missing=""; for p in $(PACKAGES); do dpkg -s $$p >/dev/null 2>&1 || missing="$$missing $$p"; done; \
 	if [ -n "$$missing" ]; then \
 	  echo "installing:$$missing"; \
 	  if [ "$$(id -u)" != 0 ]; then echo "run as root to install:$$missing"; exit 1; fi; \
@@ -32,8 +37,14 @@ build: deps $(BUILD)/release/CMakeCache.txt
 # The library's main job (samples/sign_demo.sh): a document signed with GOST R 34.10-2012 the
 # external way, openssl as the caller's crypto provider and as the verifier, the message summarised
 # by `tarvelon`. The signer is the GOST user of samples/make_samples.sh.
-demo: build
-	@bash samples/sign_demo.sh $(BUILD)/release
+# Only the library, the tool and the example are built, without tests or the Java binding, and
+# nothing but one line is printed before the demo.
+demo:
+	@$(MAKE) -s deps PACKAGES="$(DEMO_PACKAGES)"
+	@echo "building the library, the tool and examples/sign_document in $(BUILD)/demo ..."
+	@cmake -S . -B $(BUILD)/demo -DCMAKE_BUILD_TYPE=Release -DTV_TESTS=OFF -DTV_JNI=OFF >/dev/null
+	@cmake --build $(BUILD)/demo -j$(JOBS) --target tarvelon tarvelon_tool sign_document >/dev/null
+	@bash samples/sign_demo.sh $(BUILD)/demo
 
 test-release: build
 	cd $(BUILD)/release && ctest --output-on-failure -j$(JOBS)
