@@ -311,6 +311,11 @@ SHA1 Fingerprint=$want" ] || fail "show -noout -serial -fingerprint: $(cat "$tmp
 fi
 check line 'notAfter=2027-11-21 22:24:47 UTC' show -noout -dates "$pki/ee_rsa.der"
 check fail 'needs a certificate' show -noout -subject "$crl"
+# asn1 names the OIDs it knows and opens what OCTET STRINGs and BIT STRINGs encapsulate.
+"$tool" asn1 "$pki/ee_rsa.der" > "$tmp/dump_ee.txt" || fail "asn1 of a certificate"
+grep -q 'OBJECT IDENTIFIER len=9 1.2.840.113549.1.1.11 (sha256WithRSAEncryption)$' "$tmp/dump_ee.txt" || fail "asn1: OID names"
+grep -q 'BIT STRING len=271 encapsulates {$' "$tmp/dump_ee.txt" || fail "asn1: the RSA key in its BIT STRING"
+grep -q 'OBJECT IDENTIFIER len=3 2.5.29.14 (subjectKeyIdentifier)$' "$tmp/dump_ee.txt" || fail "asn1: extension names"
 # Garbage stops the dump at once instead of being listed; der refuses what is not one element.
 head -c 4096 /dev/zero > "$tmp/zeros.der"
 check fail 'zeros\.der: end-of-contents outside an indefinite-length element at offset 0' asn1 "$tmp/zeros.der"

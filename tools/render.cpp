@@ -546,6 +546,12 @@ std::string AlgorithmText(const Bytes& oid) {
     return NamedWithOid(kAlgorithmNames, OidText(oid.data()));
 }
 
+const char* BaseOidName(const std::string& dotted) {
+    for (const char* name : {Lookup(kAttributeNames, dotted), Lookup(kAlgorithmNames, dotted), Lookup(kGostParameterSets, dotted)})
+        if (name) return name;
+    return nullptr;
+}
+
 std::string ParameterSetText(const Bytes& oid) {
     if (oid.empty()) return "<none>";
     return Named(kGostParameterSets, OidText(oid.data()));

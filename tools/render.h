@@ -207,6 +207,11 @@ std::string AlgorithmText(const Bytes& oid);
 // A GOST parameter set (packed OID) by name, or its dotted OID.
 std::string ParameterSetText(const Bytes& oid);
 
+// The name a dotted OID has in the tool's tables (attribute types, algorithms, parameter sets,
+// extensions and their values), or null.
+const char* BaseOidName(const std::string& dotted);       // render.cpp
+const char* ExtensionOidName(const std::string& dotted);  // render_extensions.cpp
+
 enum class Part { PublicKey, Signature };
 
 // Prints the algorithm and its key or signature at `depth`, or the statuses of reading them.

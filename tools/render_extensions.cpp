@@ -459,4 +459,12 @@ void PrintExtensions(uint32_t rc, const X509Extensions* extensions, int depth, c
     }
 }
 
+const char* ExtensionOidName(const std::string& dotted) {
+    if (const ExtensionKind* kind = FindExtension(dotted)) return kind->name;
+    for (const char* name : {Lookup(kKeyPurposes, dotted), Lookup(kAccessMethods, dotted), Lookup(kPolicies, dotted),
+                             Lookup(kHoldInstructions, dotted)})
+        if (name) return name;
+    return nullptr;
+}
+
 }  // namespace show

@@ -18,6 +18,7 @@
 #include <string>
 #include <vector>
 
+#include "render.h"
 #include "show.h"
 #include "tarvelon/tarvelon.h"
 
@@ -253,7 +254,7 @@ public:
                 *fail = Failure{pos, TV_ERR_INDEFINITE, "primitive element with indefinite length"};
                 return false;
             }
-            Contents(pos, hl, len, cls, tag);
+            if (!Contents(pos, hl, len, cls, tag, depth, fail)) return false;
             pos += hl + len;
         }
         *reached = indefinite ? 0 : pos;
@@ -261,28 +262,63 @@ public:
     }
 
 private:
-    void Contents(size_t pos, uint32_t hl, uint32_t len, uint8_t cls, uint32_t tag) {
+    // Whether [begin, end) is exactly one element, every nested length inside its enclosure.
+    bool Clean(size_t begin, size_t end, int depth) const {
+        if (begin >= end || depth > 64) return false;
+        uint8_t cls = 0, cons = 0;
+        uint32_t tag = 0, len = 0, indef = 0, hl = 0;
+        if (GetAsn1ObjectInfo(data_.data() + begin, static_cast<uint32_t>(end - begin), &cls, &cons, &tag, &len, &indef,
+                              &hl) != TV_OK ||
+            indef || uint64_t{hl} + len != end - begin || (cls == 0 && tag == 0))
+            return false;
+        for (size_t pos = begin + hl; cons && pos < end;) {
+            uint8_t c2 = 0, k2 = 0;
+            uint32_t t2 = 0, l2 = 0, i2 = 0, h2 = 0;
+            if (GetAsn1ObjectInfo(data_.data() + pos, static_cast<uint32_t>(end - pos), &c2, &k2, &t2, &l2, &i2, &h2) !=
+                    TV_OK ||
+                i2 || uint64_t{h2} + l2 > end - pos || !Clean(pos, pos + h2 + l2, depth + 1))
+                return false;
+            pos += h2 + l2;
+        }
+        return true;
+    }
+
+    // The contents of a primitive element: an OID dotted and named, text quoted, an OCTET STRING or
+    // BIT STRING that holds one clean constructed element (an extension's value, a public key)
+    // dumped as what it encapsulates, anything else in hex.
+    bool Contents(size_t pos, uint32_t hl, uint32_t len, uint8_t cls, uint32_t tag, int depth, Failure* fail) {
         const uint8_t* c = data_.data() + pos + hl;
         if (cls == ASN1_CLASS_UNIVERSAL && tag == ASN1_OBJECT_IDENTIFIER && len > 0 && len < 256) {
             uint8_t packed[256];
             packed[0] = static_cast<uint8_t>(len);
             std::memcpy(packed + 1, c, len);
-            char text[4096];
-            uint32_t size = sizeof text;
-            if (ConvertOidToString(packed, text, &size) == TV_OK) {
-                std::printf(" %s\n", text);
-                return;
-            }
+            const std::string dotted = show::OidText(packed);
+            const char* name = show::BaseOidName(dotted);
+            if (!name) name = show::ExtensionOidName(dotted);
+            if (!name) name = show::Lookup(show::kCmsContentTypes, dotted);
+            std::printf(" %s%s%s%s\n", dotted.c_str(), name ? " (" : "", name ? name : "", name ? ")" : "");
+            return true;
         }
         if (cls == ASN1_CLASS_UNIVERSAL && IsText(tag)) {
             std::printf(" \"%.*s\"\n", static_cast<int>(len), reinterpret_cast<const char*>(c));
-            return;
+            return true;
+        }
+        if (cls == ASN1_CLASS_UNIVERSAL && (tag == ASN1_OCTET_STRING || (tag == ASN1_BIT_STRING && len > 1 && c[0] == 0))) {
+            const size_t begin = pos + hl + (tag == ASN1_BIT_STRING ? 1 : 0), end = pos + hl + len;
+            if ((data_[begin] & 0x20) && Clean(begin, end, depth)) {
+                std::printf(" encapsulates {\n");
+                size_t reached = 0;
+                if (!Elements(begin, end, false, depth + 1, &reached, fail)) return false;
+                std::printf("%8s  %*s}\n", "", depth * 2, "");
+                return true;
+            }
         }
         std::printf("%s", len ? " :" : "");
         const uint32_t shown = len > 64 ? 64 : len;
         for (uint32_t i = 0; i < shown; ++i) std::printf(" %02X", c[i]);
         if (shown < len) std::printf(" ... (%u more)", len - shown);
         std::printf("\n");
+        return true;
     }
 
     const std::vector<uint8_t>& data_;
