@@ -305,7 +305,7 @@ private:
         }
         if (cls == ASN1_CLASS_UNIVERSAL && (tag == ASN1_OCTET_STRING || (tag == ASN1_BIT_STRING && len > 1 && c[0] == 0))) {
             const size_t begin = pos + hl + (tag == ASN1_BIT_STRING ? 1 : 0), end = pos + hl + len;
-            if ((data_[begin] & 0x20) && Clean(begin, end, depth)) {
+            if (begin < end && (data_[begin] & 0x20) && Clean(begin, end, depth)) {
                 std::printf(" encapsulates {\n");
                 size_t reached = 0;
                 if (!Elements(begin, end, false, depth + 1, &reached, fail)) return false;
