@@ -15,6 +15,7 @@
 #ifndef TARVELON_TYPES_H
 #define TARVELON_TYPES_H
 
+#include <stddef.h> /* NULL and size_t for callers */
 #include <stdint.h>
 
 #if defined(__GNUC__)
