@@ -91,13 +91,15 @@ bench: deps
 package: build
 	cd $(BUILD)/release && cpack -G DEB
 
+# Every input goes through every decoder (fuzz/DecodeFuzz.cpp), so each execution is one for each
+# top-level decoder; -fork runs one job per core. A finding goes to tests/fixtures/regress/.
 FUZZ_SECONDS ?= 60
 fuzz: deps
 	CC=clang CXX=clang++ cmake -S . -B $(BUILD)/fuzz -DCMAKE_BUILD_TYPE=RelWithDebInfo -DTV_FUZZ=ON -DTV_TESTS=OFF >/dev/null
 	cmake --build $(BUILD)/fuzz -j$(JOBS) --target tarvelon_fuzz_decode
 	mkdir -p $(BUILD)/fuzz/corpus
-	$(BUILD)/fuzz/fuzz/tarvelon_fuzz_decode -max_total_time=$(FUZZ_SECONDS) -max_len=8192 \
-	  $(BUILD)/fuzz/corpus fuzz/seeds
+	$(BUILD)/fuzz/fuzz/tarvelon_fuzz_decode -fork=$(JOBS) -max_total_time=$(FUZZ_SECONDS) -max_len=8192 \
+	  $(BUILD)/fuzz/corpus fuzz/seeds tests/fixtures/regress
 
 clean:
 	rm -rf $(BUILD)
