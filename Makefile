@@ -10,7 +10,7 @@ JOBS ?= $(shell nproc)
 DEB_PACKAGES := g++ cmake make libgtest-dev libbenchmark-dev libssl-dev openssl libengine-gost-openssl clang \
   libclang-rt-14-dev binutils gcovr default-jdk-headless junit5 libbcprov-java libbcpkix-java pkg-config
 
-.PHONY: all deps build demo test test-release test-asan test-tsan coverage bench fuzz package clean
+.PHONY: all deps build demo test test-release test-asan test-tsan coverage bench fuzz docs package clean
 
 all: build
 
@@ -86,6 +86,20 @@ bench: deps
 	$(BUILD)/bench/bench/tarvelon_bench --benchmark_min_time=0.2
 	java -Dtarvelon.library=$(CURDIR)/$(BUILD)/bench/libtarvelon.so \
 	  -cp $(BUILD)/bench/jni/tarvelon.jar:$(BUILD)/bench/bench/tarvelon_call_cost.jar CallCost tests/fixtures/pki/ee_rsa.der
+
+# The API reference from the headers' comments, in $(BUILD)/docs/html/index.html. Doxygen fails on
+# any undocumented declaration or parameter of a header that has its @file block, so every header
+# must have one; and a TV_API line needs a comment of its own right above it (doxygen would
+# otherwise let a neighbour's block cover it without a word).
+docs:
+	@$(MAKE) --no-print-directory deps PACKAGES=doxygen
+	mkdir -p $(BUILD)/docs
+	TARVELON_VERSION=$$(sed -n 's/^#define TARVELON_VERSION_[A-Z]* //p' include/tarvelon/version.h | paste -sd.) \
+	  TARVELON_DOCS_OUT=$(BUILD)/docs doxygen docs/Doxyfile
+	@! grep -L '@file' include/tarvelon/*.h include/tarvelon/*.hpp | sed 's/$$/: no @file block/' | grep .
+	awk 'FNR == 1 { prev = "" } /^TV_API/ && prev !~ /\*\/ *$$/ { print FILENAME ":" FNR ": no comment above"; bad = 1 } \
+	  NF { prev = $$0 } END { exit bad }' include/tarvelon/*.h
+	@echo "reference: $(BUILD)/docs/html/index.html"
 
 # Debian packages of the release build: libtarvelon1, libtarvelon-dev, tarvelon-tool, libtarvelon-java.
 package: build

@@ -1,4 +1,7 @@
-/* Tarvelon: umbrella header. Valid C11 and C++. */
+/**
+ * @file tarvelon/tarvelon.h
+ * Umbrella header: includes every family. Valid C11 and C++.
+ */
 #ifndef TARVELON_H
 #define TARVELON_H
 
