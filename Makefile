@@ -105,15 +105,27 @@ docs:
 package: build
 	cd $(BUILD)/release && cpack -G DEB
 
-# Every input goes through every decoder (fuzz/DecodeFuzz.cpp), so each execution is one for each
-# top-level decoder; -fork runs one job per core. A finding goes to tests/fixtures/regress/.
+# Every input goes through every decoder (fuzz/DecodeFuzz.cpp): each Decode... export by name, the
+# top-level descriptors and the readers, so each execution is one for every decoder; -fork runs one
+# job per core. The seeds are every fixture (each structure the tests read, and the regression
+# inputs), every element inside them (so each extension and attribute value seeds its decoder) and
+# fuzz/seeds (hand-made engine shapes). The table must name every Decode... export of the
+# version script. At the end, every export with the number of corpus inputs it accepts. A finding
+# goes to tests/fixtures/regress/.
 FUZZ_SECONDS ?= 60
 fuzz: deps
+	@missing=$$(comm -23 <(grep -o '\bDecode[A-Za-z0-9_]*' tarvelon/tarvelon.map | sort -u) \
+	  <(grep -o '\(TV_DECODER(\|Decoder{"\)Decode[A-Za-z0-9_]*' fuzz/DecodeFuzz.cpp | sed 's/.*[({"]//' | sort -u)); \
+	  if [ -n "$$missing" ]; then echo "missing from the fuzzer's table:" $$missing; exit 1; fi
 	CC=clang CXX=clang++ cmake -S . -B $(BUILD)/fuzz -DCMAKE_BUILD_TYPE=RelWithDebInfo -DTV_FUZZ=ON -DTV_TESTS=OFF >/dev/null
 	cmake --build $(BUILD)/fuzz -j$(JOBS) --target tarvelon_fuzz_decode
-	mkdir -p $(BUILD)/fuzz/corpus
+	mkdir -p $(BUILD)/fuzz/corpus $(BUILD)/fuzz/elements
+	TARVELON_FUZZ_SPLIT=$(BUILD)/fuzz/elements $(BUILD)/fuzz/fuzz/tarvelon_fuzz_decode -runs=0 -max_len=1048576 \
+	  tests/fixtures fuzz/seeds >/dev/null 2>&1
 	$(BUILD)/fuzz/fuzz/tarvelon_fuzz_decode -fork=$(JOBS) -max_total_time=$(FUZZ_SECONDS) -max_len=8192 \
-	  $(BUILD)/fuzz/corpus fuzz/seeds tests/fixtures/regress
+	  $(BUILD)/fuzz/corpus fuzz/seeds tests/fixtures $(BUILD)/fuzz/elements 2>&1 | tee $(BUILD)/fuzz/campaign.log | grep -v '^INFO: log from'
+	TARVELON_FUZZ_REPORT=1 $(BUILD)/fuzz/fuzz/tarvelon_fuzz_decode -runs=0 -max_len=8192 \
+	  $(BUILD)/fuzz/corpus fuzz/seeds tests/fixtures $(BUILD)/fuzz/elements 2>&1 | sed -n '/^decoder/,$$p'
 
 clean:
 	rm -rf $(BUILD)

@@ -1,11 +1,21 @@
-// Decodes arbitrary octets with a handful of descriptors and holds every accepted value to the
-// engine's round-trip promises: the DER it writes decodes again to a tree that writes the same DER
-// (a fixpoint after one pass, since BER input may legitimately change on the first), the size query
-// agrees with the bytes, a deep copy writes the same DER, and nothing leaks on any path.
+// Every input goes to every decoder. First each Decode... export, called by name with every output
+// asked for and every handle it hands out freed, under the caller buffer sizes the input picks (a
+// size query, a short buffer, plenty). Then the descriptors of the top-level structures and a few
+// engine shapes, holding every accepted value to the engine's round-trip promises: the DER it writes
+// decodes again to a tree that writes the same DER (a fixpoint after one pass, since BER input may
+// legitimately change on the first), the size query agrees with the bytes, a deep copy writes the
+// same DER, and nothing leaks on any path. Last the readers a caller runs over what decoded.
+//
+// TARVELON_FUZZ_ONLY=<export name> narrows a run to one Decode... export (and skips the rest);
+// TARVELON_FUZZ_REPORT=1 prints at exit how many inputs each export accepted, which `make fuzz`
+// uses over the final corpus. TARVELON_FUZZ_SPLIT=<folder> decodes nothing: it writes every element
+// of every input, and the elements inside OCTET and BIT STRINGs, as seeds into the folder, so each
+// extension and attribute value of the fixtures seeds its own decoder.
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <tuple>
 #include <vector>
 
 #include "tarvelon/x509/Certificate.h"
@@ -425,10 +435,342 @@ void CallerAny(const uint8_t* data, uint32_t size) {
         Broken(s, "accepted bytes are not one element", rc);
 }
 
+
+// ---- Every Decode... export by name ------------------------------------------------------------
+
+// The caller's side of one output parameter, by its type: octet and text buffers of the room the
+// input picks (null for a size query), lengths holding that room, records zeroed, and handles that
+// start null and are freed afterwards with the Free function the table names.
+template <typename T>
+struct Arg;
+template <typename T>
+struct Arg<T*> {
+    T v{};
+    T* get(uint32_t) { return &v; }
+};
+template <typename C>
+struct Buffer {
+    std::vector<C> b;
+    C* get(uint32_t room) {
+        if (room == kSizeQuery) return nullptr;
+        b.assign(room ? room : 1, C{});
+        return b.data();
+    }
+    static constexpr uint32_t kSizeQuery = UINT32_MAX;
+};
+template <>
+struct Arg<uint8_t*> : Buffer<uint8_t> {};
+template <>
+struct Arg<char*> : Buffer<char> {};
+template <>
+struct Arg<uint32_t*> {
+    uint32_t v = 0;
+    uint32_t* get(uint32_t room) {
+        v = room == Buffer<uint8_t>::kSizeQuery ? 0 : room;
+        return &v;
+    }
+};
+template <typename T>
+struct Arg<T**> {
+    T* h = nullptr;
+    T** get(uint32_t) { return &h; }
+};
+
+template <typename T>
+constexpr int kHandles = 0;
+template <typename T>
+constexpr int kHandles<T**> = 1;
+
+template <typename T>
+void Release(void* handle, uint32_t (*free)(T*)) {
+    if (handle) free(static_cast<T*>(handle));
+}
+
+template <typename T>
+void Collect(Arg<T>&, void**&) {}
+template <typename T>
+void Collect(Arg<T**>& a, void**& next) {
+    *next++ = a.h;
+}
+
+template <auto... Frees, typename In, typename... Outs>
+uint32_t Invoke(uint32_t (*decode)(const In*, uint32_t, Outs...), const uint8_t* data, uint32_t size, uint32_t room) {
+    static_assert((kHandles<Outs> + ... + 0) == sizeof...(Frees), "one Free function per handle output");
+    std::tuple<Arg<Outs>...> args;
+    const uint32_t rc = std::apply(
+        [&](auto&... a) { return decode(reinterpret_cast<const In*>(data), size, a.get(room)...); }, args);
+    void* handles[sizeof...(Frees) + 1] = {};
+    void** next = handles;
+    std::apply([&](auto&... a) { (Collect(a, next), ...); }, args);
+    int i = 0;
+    (Release(handles[i++], Frees), ...);
+    return rc;
+}
+
+// The two decoders that take a selector first (an algorithm, a type code) get one that fits the
+// input from the Select function the table names.
+template <auto Select, typename... Outs>
+uint32_t Invoke(uint32_t (*decode)(uint32_t, const uint8_t*, uint32_t, Outs...), const uint8_t* data, uint32_t size,
+                uint32_t room) {
+    static_assert((kHandles<Outs> + ... + 0) == 0, "no handle outputs");
+    std::tuple<Arg<Outs>...> args;
+    return std::apply([&](auto&... a) { return decode(Select(data, size), data, size, a.get(room)...); }, args);
+}
+
+// GOST R 34.10-2001, -2012 256 and 512, and any other number.
+uint32_t GostAlgorithm(const uint8_t*, uint32_t size) {
+    constexpr uint32_t kAlgorithms[] = {102, 3000, 3001, 7};
+    return kAlgorithms[(size / 4) % 4];
+}
+
+// The universal tag the input starts with.
+uint32_t FirstTag(const uint8_t* data, uint32_t size) { return size ? data[0] & 0x1F : 0; }
+
+template <auto Decode, auto... Extra>  // the Free functions, or the selector
+uint32_t Run(const uint8_t* data, uint32_t size, uint32_t room) {
+    return Invoke<Extra...>(Decode, data, size, room);
+}
+
+struct Decoder {
+    const char* name;
+    uint32_t (*run)(const uint8_t*, uint32_t, uint32_t);
+};
+
+#define TV_DECODER(f, ...) Decoder{#f, &Run<&f __VA_OPT__(, ) __VA_ARGS__>}
+
+// Its result is a whole int32 behind an octet pointer (the binding's parameter kind).
+uint32_t DecodeAsn1Int32AsInt(const uint8_t* in, uint32_t inLen, int32_t* out) {
+    return DecodeAsn1Int32(in, inLen, reinterpret_cast<uint8_t*>(out));
+}
+
+const Decoder kDecoders[] = {
+    // algorithm.h
+    TV_DECODER(DecodeAlgorithmGostR3410ParameterOids, GostAlgorithm),
+    TV_DECODER(DecodeAlgorithmGostR34102001ParameterOids),
+    TV_DECODER(DecodeAlgorithmGostR34102012ParameterOids),
+    TV_DECODER(DecodeAlgorithmGostR34102001Parameters),
+    TV_DECODER(DecodePublicKeyGostR34102001),
+    TV_DECODER(DecodePublicKeyGostR34102012),
+    TV_DECODER(DecodeSubjectPublicKeyInfo),
+    // asn1.h, text.h, time.h
+    TV_DECODER(DecodeAsn1Oid),
+    Decoder{"DecodeAsn1Int32", &Run<&DecodeAsn1Int32AsInt>},
+    TV_DECODER(DecodeAsn1PrimitiveValue, FirstTag),
+    TV_DECODER(DecodeFromBase64),
+    TV_DECODER(DecodePem),
+    TV_DECODER(DecodeTime),
+    // attribute_values.h
+    TV_DECODER(DecodeRsaAttributeMessageDigestValue),
+    TV_DECODER(DecodeRsaAttributeTemplateDigestValue),
+    TV_DECODER(DecodeRsaAttributeKestrunePubKeyValue),
+    TV_DECODER(DecodeRsaAttributeX509CertificateValue),
+    TV_DECODER(DecodeRsaAttributeCyksCertificateValue),
+    TV_DECODER(DecodeRsaAttributeTokenSerialNumberValue),
+    TV_DECODER(DecodeRsaAttributeContentTypeValue),
+    TV_DECODER(DecodeRsaAttributeSecurityTokenTypeValue),
+    TV_DECODER(DecodeRsaAttributeChannelCspClassValue),
+    TV_DECODER(DecodeRsaAttributeRequestCertificateStatusValue),
+    TV_DECODER(DecodeRsaAttributeSignatureConfirmationTypeValue),
+    TV_DECODER(DecodeRsaAttributeUsageValue),
+    TV_DECODER(DecodeRsaAttributePacketDigestNumberValue),
+    TV_DECODER(DecodeRsaAttributePacketDigestCountValue),
+    TV_DECODER(DecodeRsaAttributeTokenSignatureNumberValue),
+    TV_DECODER(DecodeRsaAttributePinNumberValue),
+    TV_DECODER(DecodeRsaAttributeRequestCertificateTypeValue),
+    TV_DECODER(DecodeRsaAttributeValidityPeriodValue),
+    TV_DECODER(DecodeRsaAttributeSigningTimeValue),
+    TV_DECODER(DecodeOtherCertIDs, FreeOtherCertIDs),
+    TV_DECODER(DecodeRsaAttributeSigningCertificateValue, FreeESSCertIDs, FreeExtensionCertificatePolicies),
+    TV_DECODER(DecodeRsaAttributeSigningCertificateV2Value, FreeESSCertIDsV2, FreeExtensionCertificatePolicies),
+    TV_DECODER(DecodeRsaAttributeOtherSigningCertificateValue, FreeOtherCertIDs, FreeExtensionCertificatePolicies),
+    TV_DECODER(DecodeRsaAttributeAtsHashIndex, FreeOctetStrings, FreeOctetStrings, FreeOctetStrings),
+    TV_DECODER(DecodeRsaAttributeCompleteRevocationRefs, FreeCrlOcspRefs),
+    TV_DECODER(DecodeRsaAttributeRevocationValues, FreeX509Crls, FreeOcspBasicResponses),
+    TV_DECODER(DecodeRsaAttributeValidityValue),
+    TV_DECODER(DecodeRsaAttributeExtSubjInfoValue),
+    TV_DECODER(DecodeDocInfo),
+    TV_DECODER(DecodeRsaAttributes, FreeRsaAttributes),
+    // certificate.h, crl.h, request.h
+    TV_DECODER(DecodeCertificate, FreeCertificate),
+    TV_DECODER(DecodeCertificates, FreeCertificates),
+    TV_DECODER(DecodeX509Crl, FreeX509Crl),
+    TV_DECODER(DecodeX509Crls, FreeX509Crls),
+    TV_DECODER(DecodePKCS10CertReq, FreePKCS10CertReq),
+    // cms.h, enveloped.h, timestamp.h
+    TV_DECODER(DecodeCmsContentInfo, FreeCmsContentInfo),
+    TV_DECODER(DecodeCmsContentInfoContent),
+    TV_DECODER(DecodeCmsSignedData, FreeCmsSignedData),
+    TV_DECODER(DecodeCmsEnvelopedData, FreeCmsEnvelopedData),
+    TV_DECODER(DecodeKeyTrans, FreeKeyTrans),
+    TV_DECODER(DecodeGost2814789Parameters),
+    TV_DECODER(DecodeGostR3410KeyTransport, FreeGostR3410KeyTransport),
+    TV_DECODER(DecodeTimeStampReq, FreeX509Extensions),
+    TV_DECODER(DecodeTimeStampResp, FreePKIFreeText, FreeCmsContentInfo),
+    TV_DECODER(DecodeTSTInfo, FreeX509GeneralName, FreeX509Extensions),
+    TV_DECODER(DecodeSeveralData, FreeSeveralData),
+    // extensions.h, extension_values.h
+    TV_DECODER(DecodeX509Extension, FreeX509Extension),
+    TV_DECODER(DecodeX509Extensions, FreeX509Extensions),
+    TV_DECODER(DecodeExtensionOcspNonce),
+    TV_DECODER(DecodeExtensionCrlNumber),
+    TV_DECODER(DecodeExtensionDeltaCrlIndicator),
+    TV_DECODER(DecodeExtensionSubjectSignTool),
+    TV_DECODER(DecodeExtensionSnils),
+    TV_DECODER(DecodeExtensionSubjectKeyIdentifier),
+    TV_DECODER(DecodeExtensionKeyUsage),
+    TV_DECODER(DecodeExtensionNetscapeCertificateType),
+    TV_DECODER(DecodeExtensionReasonCode),
+    TV_DECODER(DecodeExtensionInvalidityDate),
+    TV_DECODER(DecodeExtensionBasicConstraints),
+    TV_DECODER(DecodeExtensionAuthorityKeyIdentifier, FreeX509GeneralNames),
+    TV_DECODER(DecodeExtensionPrivateKeyUsagePeriod),
+    TV_DECODER(DecodeExtensionIssuerSignTool),
+    TV_DECODER(DecodeExtensionIssuingDistributionPoint, FreeX509GeneralNames, FreeX509Name),
+    TV_DECODER(DecodeExtensionCrlDistributionPoints, FreeExtensionCrlDistributionPoints),
+    TV_DECODER(DecodeExtensionExtendedKeyUsage, FreeExtensionExtendedKeyUsage),
+    TV_DECODER(DecodeExtensionAuthorityInformationAccess, FreeExtensionAuthorityInformationAccess),
+    TV_DECODER(DecodeExtensionCertificatePolicies, FreeExtensionCertificatePolicies),
+    // ocsp.h
+    TV_DECODER(DecodeOcspRequest, FreeOcspRequest),
+    TV_DECODER(DecodeOcspResponse, FreeOcspResponse),
+    TV_DECODER(DecodeOcspBasicResponse, FreeOcspBasicResponse),
+    TV_DECODER(DecodeOcspSingleResponse, FreeOcspSingleResponse),
+    TV_DECODER(DecodeOcspBasicResponses, FreeOcspBasicResponses),
+    // private_extensions.h
+    TV_DECODER(DecodeExtensionKestruneKeyIdentifier),
+    TV_DECODER(DecodeExtensionOcspRequestBsnProdCode),
+    TV_DECODER(DecodeExtensionOcspRequestPerson),
+    TV_DECODER(DecodeExtensionOcspRequestGuid),
+    TV_DECODER(DecodeExtensionOrganizationCode),
+    TV_DECODER(DecodeExtensionClockNumber),
+    TV_DECODER(DecodeExtensionCorvantisSerialNumber),
+    TV_DECODER(DecodeExtensionRelatedOsbKod),
+    TV_DECODER(DecodeExtensionOcspRequestDocuments),
+    TV_DECODER(DecodeExtensionOcspRequestCertificates),
+    TV_DECODER(DecodeExtensionOcspRequestPrivateKeyContexts),
+    TV_DECODER(DecodeExtensionParentAS),
+    TV_DECODER(DecodeExtensionOwnerInformation, FreeX509Name),
+    TV_DECODER(DecodeExtensionOcspCheckTime),
+    TV_DECODER(DecodeExtensionOcspCheckFile),
+    TV_DECODER(DecodeExtensionOcspCheckCryptoNetRegistry),
+    TV_DECODER(DecodeExtensionOcspCheckTime2),
+    TV_DECODER(DecodeExtensionExtendedResult),
+    TV_DECODER(DecodeExtensionKeyStorage),
+    TV_DECODER(DecodeExtensionRequestBlockingDate),
+    TV_DECODER(DecodeExtensionStoreCertificates, FreeExtensionStoreCertificates),
+    TV_DECODER(DecodeExtensionStorePrivateKeyContexts, FreeExtensionStorePrivateKeyContexts),
+    TV_DECODER(DecodeExtensionStoreOcspRequestDocuments, FreeExtensionStoreOcspRequestDocuments),
+    TV_DECODER(DecodeExtensionOcspCheckFileExtResults, FreeExtensionOcspCheckFileExtResults),
+    // x509name.h
+    TV_DECODER(DecodeX509Name, FreeX509Name),
+    TV_DECODER(DecodeX509GeneralNames, FreeX509GeneralNames),
+    TV_DECODER(DecodePKIFreeText, FreePKIFreeText),
+};
+constexpr size_t kDecoderCount = sizeof kDecoders / sizeof kDecoders[0];
+
+uint64_t gAccepted[kDecoderCount];
+const char* gOnly = nullptr;  // TARVELON_FUZZ_ONLY
+
+// The input's length picks the caller's buffers, so each decoder meets all three in a campaign.
+uint32_t RoomFor(uint32_t size) {
+    switch (size % 4) {
+        case 0: return Buffer<uint8_t>::kSizeQuery;
+        case 1: return size / 2;  // short for most outputs
+        default: return 8192;
+    }
+}
+
+void AllDecoders(const uint8_t* data, uint32_t size) {
+    const uint32_t room = RoomFor(size);
+    for (size_t i = 0; i < kDecoderCount; ++i) {
+        if (gOnly && std::strcmp(gOnly, kDecoders[i].name) != 0) continue;
+        if (kDecoders[i].run(data, size, room) == TV_OK) ++gAccepted[i];
+    }
+}
+
+void Report() {
+    std::fprintf(stderr, "%-52s %s\n", "decoder", "inputs accepted");
+    for (size_t i = 0; i < kDecoderCount; ++i)
+        if (!gOnly || std::strcmp(gOnly, kDecoders[i].name) == 0)
+            std::fprintf(stderr, "%-52s %llu\n", kDecoders[i].name, static_cast<unsigned long long>(gAccepted[i]));
+}
+
+
+// ---- Seeds: every element of the fixtures --------------------------------------------------------
+
+const char* gSplitDir = nullptr;  // TARVELON_FUZZ_SPLIT
+
+// One definite-length header; false for anything else (indefinite lengths end the walk there).
+bool Header(const uint8_t* p, size_t n, size_t* headerLen, size_t* contentLen, bool* constructed, uint32_t* tag) {
+    if (n < 2) return false;
+    size_t i = 1;
+    uint32_t t = p[0] & 0x1F;
+    if (t == 0x1F) {
+        t = 0;
+        do {
+            if (i >= n || i > 5) return false;
+            t = (t << 7) | (p[i] & 0x7F);
+        } while (p[i++] & 0x80);
+    }
+    if (i >= n) return false;
+    size_t len = p[i++];
+    if (len == 0x80) return false;
+    if (len > 0x80) {
+        const size_t k = len & 0x7F;
+        if (k > 4 || k > n - i) return false;
+        len = 0;
+        for (size_t j = 0; j < k; ++j) len = (len << 8) | p[i + j];
+        i += k;
+    }
+    if (len > n - i) return false;
+    *headerLen = i, *contentLen = len, *constructed = p[0] & 0x20, *tag = t;
+    return true;
+}
+
+void WriteSeed(const uint8_t* p, size_t n) {
+    uint8_t digest[20];
+    if (n > 8192 || sha1(p, static_cast<uint32_t>(n), digest) != TV_OK) return;
+    char path[4096];
+    int at = std::snprintf(path, sizeof path, "%s/", gSplitDir);
+    for (uint8_t b : digest) at += std::snprintf(path + at, sizeof path - at, "%02x", b);
+    if (FILE* f = std::fopen(path, "wb")) {
+        std::fwrite(p, 1, n, f);
+        std::fclose(f);
+    }
+}
+
+// Every element in p[0, n) in turn, and what each holds, down to a bounded depth.
+void Split(const uint8_t* p, size_t n, int depth) {
+    size_t h = 0, len = 0;
+    bool constructed = false;
+    uint32_t tag = 0;
+    while (depth < 32 && Header(p, n, &h, &len, &constructed, &tag)) {
+        WriteSeed(p, h + len);
+        const uint8_t* content = p + h;
+        if (constructed) Split(content, len, depth + 1);
+        else if ((p[0] & 0xC0) == 0 && tag == ASN1_OCTET_STRING) Split(content, len, depth + 1);
+        else if ((p[0] & 0xC0) == 0 && tag == ASN1_BIT_STRING && len > 1) Split(content + 1, len - 1, depth + 1);
+        p += h + len, n -= h + len;
+    }
+}
+
 }  // namespace
+
+extern "C" int LLVMFuzzerInitialize(int*, char***) {
+    gOnly = std::getenv("TARVELON_FUZZ_ONLY");
+    gSplitDir = std::getenv("TARVELON_FUZZ_SPLIT");
+    if (std::getenv("TARVELON_FUZZ_REPORT")) std::atexit(Report);
+    return 0;
+}
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     if (size > UINT32_MAX) return 0;
+    if (gSplitDir) {
+        Split(data, size, 0);
+        return 0;
+    }
+    AllDecoders(data, static_cast<uint32_t>(size));
+    if (gOnly) return 0;
     for (const Shape& s : kShapes) RoundTrip(s, data, static_cast<uint32_t>(size));
     PublicReaders(data, static_cast<uint32_t>(size));
     OcspReaders(data, static_cast<uint32_t>(size));
