@@ -1,6 +1,10 @@
-/* Tarvelon: typed values of CMS, CAdES and private signature attributes. Each codec writes or reads
- * the DER of one attribute value; the caller stores it in an attribute list under the OID of its
- * choice. Writers follow the size protocol. */
+/**
+ * @file tarvelon/attribute_values.h
+ * Typed values of CMS, CAdES and private signature attributes.
+ *
+ * Each codec writes or reads the DER of one attribute value; the caller stores it in an attribute
+ * list under the OID of its choice. Writers follow the @ref size_protocol.
+ */
 #ifndef TARVELON_ATTRIBUTE_VALUES_H
 #define TARVELON_ATTRIBUTE_VALUES_H
 
@@ -15,50 +19,372 @@
 extern "C" {
 #endif
 
-/* OCTET STRING values: the octets as given. */
+/**
+ * Writes a message-digest attribute value: the digest as an OCTET STRING, octets as given.
+ *
+ * @param[in]     in      The digest (borrowed); may be null when @p inLen is 0.
+ * @param[in]     inLen   Octets in @p in.
+ * @param[out]    out     Caller buffer for the DER, or null to ask its size.
+ * @param[in,out] outLen  Room in @p out; the octets written or needed (@ref size_protocol).
+ * @return #TV_OK, or a status code.
+ */
 TV_API uint32_t EncodeRsaAttributeMessageDigestValue(const uint8_t* in, uint32_t inLen, uint8_t* out, uint32_t* outLen);
+/**
+ * Reads a message-digest attribute value: the content octets of its OCTET STRING.
+ *
+ * @param[in]     in      The value's DER (borrowed).
+ * @param[in]     inLen   Octets in @p in.
+ * @param[out]    out     Caller buffer for the digest, or null to ask its size.
+ * @param[in,out] outLen  Room in @p out; the octets written or needed (@ref size_protocol).
+ * @return #TV_OK, or a status code.
+ */
 TV_API uint32_t DecodeRsaAttributeMessageDigestValue(const uint8_t* in, uint32_t inLen, uint8_t* out, uint32_t* outLen);
+/**
+ * Writes a template-digest attribute value: the digest as an OCTET STRING, octets as given.
+ *
+ * @param[in]     in      The digest (borrowed); may be null when @p inLen is 0.
+ * @param[in]     inLen   Octets in @p in.
+ * @param[out]    out     Caller buffer for the DER, or null to ask its size.
+ * @param[in,out] outLen  Room in @p out; the octets written or needed (@ref size_protocol).
+ * @return #TV_OK, or a status code.
+ */
 TV_API uint32_t EncodeRsaAttributeTemplateDigestValue(const uint8_t* in, uint32_t inLen, uint8_t* out, uint32_t* outLen);
+/**
+ * Reads a template-digest attribute value: the content octets of its OCTET STRING.
+ *
+ * @param[in]     in      The value's DER (borrowed).
+ * @param[in]     inLen   Octets in @p in.
+ * @param[out]    out     Caller buffer for the digest, or null to ask its size.
+ * @param[in,out] outLen  Room in @p out; the octets written or needed (@ref size_protocol).
+ * @return #TV_OK, or a status code.
+ */
 TV_API uint32_t DecodeRsaAttributeTemplateDigestValue(const uint8_t* in, uint32_t inLen, uint8_t* out, uint32_t* outLen);
+/**
+ * Writes a Kestrune public-key attribute value: the key octets as an OCTET STRING, as given.
+ *
+ * @param[in]     in      The key octets (borrowed); may be null when @p inLen is 0.
+ * @param[in]     inLen   Octets in @p in.
+ * @param[out]    out     Caller buffer for the DER, or null to ask its size.
+ * @param[in,out] outLen  Room in @p out; the octets written or needed (@ref size_protocol).
+ * @return #TV_OK, or a status code.
+ */
 TV_API uint32_t EncodeRsaAttributeKestrunePubKeyValue(const uint8_t* in, uint32_t inLen, uint8_t* out, uint32_t* outLen);
+/**
+ * Reads a Kestrune public-key attribute value: the content octets of its OCTET STRING.
+ *
+ * @param[in]     in      The value's DER (borrowed).
+ * @param[in]     inLen   Octets in @p in.
+ * @param[out]    out     Caller buffer for the key octets, or null to ask their number.
+ * @param[in,out] outLen  Room in @p out; the octets written or needed (@ref size_protocol).
+ * @return #TV_OK, or a status code.
+ */
 TV_API uint32_t DecodeRsaAttributeKestrunePubKeyValue(const uint8_t* in, uint32_t inLen, uint8_t* out, uint32_t* outLen);
-/* A certificate's DER carried in an OCTET STRING. */
+/**
+ * Writes an X.509-certificate attribute value: a certificate's DER carried in an OCTET STRING.
+ *
+ * The octets are not checked to be a certificate.
+ *
+ * @param[in]     in      The certificate's DER (borrowed); may be null when @p inLen is 0.
+ * @param[in]     inLen   Octets in @p in.
+ * @param[out]    out     Caller buffer for the DER of the value, or null to ask its size.
+ * @param[in,out] outLen  Room in @p out; the octets written or needed (@ref size_protocol).
+ * @return #TV_OK, or a status code.
+ */
 TV_API uint32_t EncodeRsaAttributeX509CertificateValue(const uint8_t* in, uint32_t inLen, uint8_t* out, uint32_t* outLen);
+/**
+ * Reads an X.509-certificate attribute value: the certificate's DER out of its OCTET STRING.
+ *
+ * @param[in]     in      The value's DER (borrowed).
+ * @param[in]     inLen   Octets in @p in.
+ * @param[out]    out     Caller buffer for the certificate's DER, or null to ask its size.
+ * @param[in,out] outLen  Room in @p out; the octets written or needed (@ref size_protocol).
+ * @return #TV_OK, or a status code.
+ */
 TV_API uint32_t DecodeRsaAttributeX509CertificateValue(const uint8_t* in, uint32_t inLen, uint8_t* out, uint32_t* outLen);
+/**
+ * Writes a Cyks-certificate attribute value: a certificate's DER carried in an OCTET STRING.
+ *
+ * The octets are not checked to be a certificate.
+ *
+ * @param[in]     in      The certificate's DER (borrowed); may be null when @p inLen is 0.
+ * @param[in]     inLen   Octets in @p in.
+ * @param[out]    out     Caller buffer for the DER of the value, or null to ask its size.
+ * @param[in,out] outLen  Room in @p out; the octets written or needed (@ref size_protocol).
+ * @return #TV_OK, or a status code.
+ */
 TV_API uint32_t EncodeRsaAttributeCyksCertificateValue(const uint8_t* in, uint32_t inLen, uint8_t* out, uint32_t* outLen);
+/**
+ * Reads a Cyks-certificate attribute value: the certificate's DER out of its OCTET STRING.
+ *
+ * @param[in]     in      The value's DER (borrowed).
+ * @param[in]     inLen   Octets in @p in.
+ * @param[out]    out     Caller buffer for the certificate's DER, or null to ask its size.
+ * @param[in,out] outLen  Room in @p out; the octets written or needed (@ref size_protocol).
+ * @return #TV_OK, or a status code.
+ */
 TV_API uint32_t DecodeRsaAttributeCyksCertificateValue(const uint8_t* in, uint32_t inLen, uint8_t* out, uint32_t* outLen);
 
-/* UTF8String value. */
+/**
+ * Writes a token-serial-number attribute value as a UTF8String; the octets are not checked to be
+ * UTF-8.
+ *
+ * @param[in]     in      The serial number's text (borrowed), no terminator; may be null when
+ *                        @p inLen is 0.
+ * @param[in]     inLen   Octets in @p in.
+ * @param[out]    out     Caller buffer for the DER, or null to ask its size.
+ * @param[in,out] outLen  Room in @p out; the octets written or needed (@ref size_protocol).
+ * @return #TV_OK, or a status code.
+ */
 TV_API uint32_t EncodeRsaAttributeTokenSerialNumberValue(const uint8_t* in, uint32_t inLen, uint8_t* out, uint32_t* outLen);
+/**
+ * Reads a token-serial-number attribute value: the content octets of its UTF8String.
+ *
+ * @param[in]     in      The value's DER (borrowed).
+ * @param[in]     inLen   Octets in @p in.
+ * @param[out]    out     Caller buffer for the text, no terminator added, or null to ask its size.
+ * @param[in,out] outLen  Room in @p out; the octets written or needed (@ref size_protocol).
+ * @return #TV_OK, or a status code.
+ */
 TV_API uint32_t DecodeRsaAttributeTokenSerialNumberValue(const uint8_t* in, uint32_t inLen, uint8_t* out, uint32_t* outLen);
 
-/* OBJECT IDENTIFIER values: packed OID in, packed OID out. */
+/**
+ * Writes a content-type attribute value: the identifier as an OBJECT IDENTIFIER.
+ *
+ * @param[in]     packedOid  The identifier, packed (borrowed).
+ * @param[out]    out        Caller buffer for the DER, or null to ask its size.
+ * @param[in,out] outLen     Room in @p out; the octets written or needed (@ref size_protocol).
+ * @return #TV_OK, or a status code.
+ */
 TV_API uint32_t EncodeRsaAttributeContentTypeValue(const uint8_t* packedOid, uint8_t* out, uint32_t* outLen);
+/**
+ * Reads a content-type attribute value: its OBJECT IDENTIFIER, packed.
+ *
+ * @param[in]     in      The value's DER (borrowed).
+ * @param[in]     inLen   Octets in @p in.
+ * @param[out]    out     Caller buffer for the packed identifier, or null to ask its size.
+ * @param[in,out] outLen  Room in @p out; the octets written or needed (@ref size_protocol).
+ * @return #TV_OK, or a status code; #TV_ERR_INVALID_ARGUMENT also for an identifier of more than
+ *         255 content octets, which has no packed form.
+ */
 TV_API uint32_t DecodeRsaAttributeContentTypeValue(const uint8_t* in, uint32_t inLen, uint8_t* out, uint32_t* outLen);
+/**
+ * Writes a security-token-type attribute value: the identifier as an OBJECT IDENTIFIER.
+ *
+ * @param[in]     packedOid  The identifier, packed (borrowed).
+ * @param[out]    out        Caller buffer for the DER, or null to ask its size.
+ * @param[in,out] outLen     Room in @p out; the octets written or needed (@ref size_protocol).
+ * @return #TV_OK, or a status code.
+ */
 TV_API uint32_t EncodeRsaAttributeSecurityTokenTypeValue(const uint8_t* packedOid, uint8_t* out, uint32_t* outLen);
+/**
+ * Reads a security-token-type attribute value: its OBJECT IDENTIFIER, packed.
+ *
+ * @param[in]     in      The value's DER (borrowed).
+ * @param[in]     inLen   Octets in @p in.
+ * @param[out]    out     Caller buffer for the packed identifier, or null to ask its size.
+ * @param[in,out] outLen  Room in @p out; the octets written or needed (@ref size_protocol).
+ * @return #TV_OK, or a status code; #TV_ERR_INVALID_ARGUMENT also for an identifier of more than
+ *         255 content octets, which has no packed form.
+ */
 TV_API uint32_t DecodeRsaAttributeSecurityTokenTypeValue(const uint8_t* in, uint32_t inLen, uint8_t* out, uint32_t* outLen);
+/**
+ * Writes a channel-CSP-class attribute value: the identifier as an OBJECT IDENTIFIER.
+ *
+ * @param[in]     packedOid  The identifier, packed (borrowed).
+ * @param[out]    out        Caller buffer for the DER, or null to ask its size.
+ * @param[in,out] outLen     Room in @p out; the octets written or needed (@ref size_protocol).
+ * @return #TV_OK, or a status code.
+ */
 TV_API uint32_t EncodeRsaAttributeChannelCspClassValue(const uint8_t* packedOid, uint8_t* out, uint32_t* outLen);
+/**
+ * Reads a channel-CSP-class attribute value: its OBJECT IDENTIFIER, packed.
+ *
+ * @param[in]     in      The value's DER (borrowed).
+ * @param[in]     inLen   Octets in @p in.
+ * @param[out]    out     Caller buffer for the packed identifier, or null to ask its size.
+ * @param[in,out] outLen  Room in @p out; the octets written or needed (@ref size_protocol).
+ * @return #TV_OK, or a status code; #TV_ERR_INVALID_ARGUMENT also for an identifier of more than
+ *         255 content octets, which has no packed form.
+ */
 TV_API uint32_t DecodeRsaAttributeChannelCspClassValue(const uint8_t* in, uint32_t inLen, uint8_t* out, uint32_t* outLen);
+/**
+ * Writes a request-certificate-status attribute value: the identifier as an OBJECT IDENTIFIER.
+ *
+ * @param[in]     packedOid  The identifier, packed (borrowed).
+ * @param[out]    out        Caller buffer for the DER, or null to ask its size.
+ * @param[in,out] outLen     Room in @p out; the octets written or needed (@ref size_protocol).
+ * @return #TV_OK, or a status code.
+ */
 TV_API uint32_t EncodeRsaAttributeRequestCertificateStatusValue(const uint8_t* packedOid, uint8_t* out, uint32_t* outLen);
+/**
+ * Reads a request-certificate-status attribute value: its OBJECT IDENTIFIER, packed.
+ *
+ * @param[in]     in      The value's DER (borrowed).
+ * @param[in]     inLen   Octets in @p in.
+ * @param[out]    out     Caller buffer for the packed identifier, or null to ask its size.
+ * @param[in,out] outLen  Room in @p out; the octets written or needed (@ref size_protocol).
+ * @return #TV_OK, or a status code; #TV_ERR_INVALID_ARGUMENT also for an identifier of more than
+ *         255 content octets, which has no packed form.
+ */
 TV_API uint32_t DecodeRsaAttributeRequestCertificateStatusValue(const uint8_t* in, uint32_t inLen, uint8_t* out, uint32_t* outLen);
+/**
+ * Writes a signature-confirmation-type attribute value: the identifier as an OBJECT IDENTIFIER.
+ *
+ * @param[in]     packedOid  The identifier, packed (borrowed).
+ * @param[out]    out        Caller buffer for the DER, or null to ask its size.
+ * @param[in,out] outLen     Room in @p out; the octets written or needed (@ref size_protocol).
+ * @return #TV_OK, or a status code.
+ */
 TV_API uint32_t EncodeRsaAttributeSignatureConfirmationTypeValue(const uint8_t* packedOid, uint8_t* out, uint32_t* outLen);
+/**
+ * Reads a signature-confirmation-type attribute value: its OBJECT IDENTIFIER, packed.
+ *
+ * @param[in]     in      The value's DER (borrowed).
+ * @param[in]     inLen   Octets in @p in.
+ * @param[out]    out     Caller buffer for the packed identifier, or null to ask its size.
+ * @param[in,out] outLen  Room in @p out; the octets written or needed (@ref size_protocol).
+ * @return #TV_OK, or a status code; #TV_ERR_INVALID_ARGUMENT also for an identifier of more than
+ *         255 content octets, which has no packed form.
+ */
 TV_API uint32_t DecodeRsaAttributeSignatureConfirmationTypeValue(const uint8_t* in, uint32_t inLen, uint8_t* out, uint32_t* outLen);
+/**
+ * Writes a usage attribute value: the identifier as an OBJECT IDENTIFIER.
+ *
+ * @param[in]     packedOid  The identifier, packed (borrowed).
+ * @param[out]    out        Caller buffer for the DER, or null to ask its size.
+ * @param[in,out] outLen     Room in @p out; the octets written or needed (@ref size_protocol).
+ * @return #TV_OK, or a status code.
+ */
 TV_API uint32_t EncodeRsaAttributeUsageValue(const uint8_t* packedOid, uint8_t* out, uint32_t* outLen);
+/**
+ * Reads a usage attribute value: its OBJECT IDENTIFIER, packed.
+ *
+ * @param[in]     in      The value's DER (borrowed).
+ * @param[in]     inLen   Octets in @p in.
+ * @param[out]    out     Caller buffer for the packed identifier, or null to ask its size.
+ * @param[in,out] outLen  Room in @p out; the octets written or needed (@ref size_protocol).
+ * @return #TV_OK, or a status code; #TV_ERR_INVALID_ARGUMENT also for an identifier of more than
+ *         255 content octets, which has no packed form.
+ */
 TV_API uint32_t DecodeRsaAttributeUsageValue(const uint8_t* in, uint32_t inLen, uint8_t* out, uint32_t* outLen);
 
-/* INTEGER values from and to a signed 32-bit number. */
+/**
+ * Writes a packet-digest-number attribute value: the number as an INTEGER in its shortest form.
+ *
+ * @param[in]     number  The number.
+ * @param[out]    out     Caller buffer for the DER, or null to ask its size.
+ * @param[in,out] outLen  Room in @p out; the octets written or needed (@ref size_protocol).
+ * @return #TV_OK, or a status code.
+ */
 TV_API uint32_t EncodeRsaAttributePacketDigestNumberValue(int32_t number, uint8_t* out, uint32_t* outLen);
+/**
+ * Reads a packet-digest-number attribute value: its INTEGER as a signed 32-bit number.
+ *
+ * @param[in]  in         The value's DER (borrowed).
+ * @param[in]  inLen      Octets in @p in.
+ * @param[out] outNumber  Receives the number.
+ * @return #TV_OK, or a status code; #TV_ERR_BUFFER_TOO_SMALL (49) for an INTEGER of more than four
+ *         content octets, which does not fit.
+ */
 TV_API uint32_t DecodeRsaAttributePacketDigestNumberValue(const uint8_t* in, uint32_t inLen, int32_t* outNumber);
+/**
+ * Writes a packet-digest-count attribute value: the number as an INTEGER in its shortest form.
+ *
+ * @param[in]     number  The number.
+ * @param[out]    out     Caller buffer for the DER, or null to ask its size.
+ * @param[in,out] outLen  Room in @p out; the octets written or needed (@ref size_protocol).
+ * @return #TV_OK, or a status code.
+ */
 TV_API uint32_t EncodeRsaAttributePacketDigestCountValue(int32_t number, uint8_t* out, uint32_t* outLen);
+/**
+ * Reads a packet-digest-count attribute value: its INTEGER as a signed 32-bit number.
+ *
+ * @param[in]  in         The value's DER (borrowed).
+ * @param[in]  inLen      Octets in @p in.
+ * @param[out] outNumber  Receives the number.
+ * @return #TV_OK, or a status code; #TV_ERR_BUFFER_TOO_SMALL (49) for an INTEGER of more than four
+ *         content octets, which does not fit.
+ */
 TV_API uint32_t DecodeRsaAttributePacketDigestCountValue(const uint8_t* in, uint32_t inLen, int32_t* outNumber);
+/**
+ * Writes a token-signature-number attribute value: the number as an INTEGER in its shortest form.
+ *
+ * @param[in]     number  The number.
+ * @param[out]    out     Caller buffer for the DER, or null to ask its size.
+ * @param[in,out] outLen  Room in @p out; the octets written or needed (@ref size_protocol).
+ * @return #TV_OK, or a status code.
+ */
 TV_API uint32_t EncodeRsaAttributeTokenSignatureNumberValue(int32_t number, uint8_t* out, uint32_t* outLen);
+/**
+ * Reads a token-signature-number attribute value: its INTEGER as a signed 32-bit number.
+ *
+ * @param[in]  in         The value's DER (borrowed).
+ * @param[in]  inLen      Octets in @p in.
+ * @param[out] outNumber  Receives the number.
+ * @return #TV_OK, or a status code; #TV_ERR_BUFFER_TOO_SMALL (49) for an INTEGER of more than four
+ *         content octets, which does not fit.
+ */
 TV_API uint32_t DecodeRsaAttributeTokenSignatureNumberValue(const uint8_t* in, uint32_t inLen, int32_t* outNumber);
-/* The PIN number is the caller's; the library neither makes nor checks it. */
+/**
+ * Writes a PIN-number attribute value: the number as an INTEGER in its shortest form.
+ *
+ * The PIN number is the caller's; the library neither makes nor checks it.
+ *
+ * @param[in]     number  The number.
+ * @param[out]    out     Caller buffer for the DER, or null to ask its size.
+ * @param[in,out] outLen  Room in @p out; the octets written or needed (@ref size_protocol).
+ * @return #TV_OK, or a status code.
+ */
 TV_API uint32_t EncodeRsaAttributePinNumberValue(int32_t number, uint8_t* out, uint32_t* outLen);
+/**
+ * Reads a PIN-number attribute value: its INTEGER as a signed 32-bit number.
+ *
+ * The PIN number is the caller's; the library neither makes nor checks it.
+ *
+ * @param[in]  in         The value's DER (borrowed).
+ * @param[in]  inLen      Octets in @p in.
+ * @param[out] outNumber  Receives the number.
+ * @return #TV_OK, or a status code; #TV_ERR_BUFFER_TOO_SMALL (49) for an INTEGER of more than four
+ *         content octets, which does not fit.
+ */
 TV_API uint32_t DecodeRsaAttributePinNumberValue(const uint8_t* in, uint32_t inLen, int32_t* outNumber);
+/**
+ * Writes a request-certificate-type attribute value: the number as an INTEGER in its shortest form.
+ *
+ * @param[in]     number  The number.
+ * @param[out]    out     Caller buffer for the DER, or null to ask its size.
+ * @param[in,out] outLen  Room in @p out; the octets written or needed (@ref size_protocol).
+ * @return #TV_OK, or a status code.
+ */
 TV_API uint32_t EncodeRsaAttributeRequestCertificateTypeValue(int32_t number, uint8_t* out, uint32_t* outLen);
+/**
+ * Reads a request-certificate-type attribute value: its INTEGER as a signed 32-bit number.
+ *
+ * @param[in]  in         The value's DER (borrowed).
+ * @param[in]  inLen      Octets in @p in.
+ * @param[out] outNumber  Receives the number.
+ * @return #TV_OK, or a status code; #TV_ERR_BUFFER_TOO_SMALL (49) for an INTEGER of more than four
+ *         content octets, which does not fit.
+ */
 TV_API uint32_t DecodeRsaAttributeRequestCertificateTypeValue(const uint8_t* in, uint32_t inLen, int32_t* outNumber);
+/**
+ * Writes a validity-period attribute value: the number as an INTEGER in its shortest form.
+ *
+ * @param[in]     number  The number.
+ * @param[out]    out     Caller buffer for the DER, or null to ask its size.
+ * @param[in,out] outLen  Room in @p out; the octets written or needed (@ref size_protocol).
+ * @return #TV_OK, or a status code.
+ */
 TV_API uint32_t EncodeRsaAttributeValidityPeriodValue(int32_t number, uint8_t* out, uint32_t* outLen);
+/**
+ * Reads a validity-period attribute value: its INTEGER as a signed 32-bit number.
+ *
+ * @param[in]  in         The value's DER (borrowed).
+ * @param[in]  inLen      Octets in @p in.
+ * @param[out] outNumber  Receives the number.
+ * @return #TV_OK, or a status code; #TV_ERR_BUFFER_TOO_SMALL (49) for an INTEGER of more than four
+ *         content octets, which does not fit.
+ */
 TV_API uint32_t DecodeRsaAttributeValidityPeriodValue(const uint8_t* in, uint32_t inLen, int32_t* outNumber);
 
 /* Signing time: the X.509 Time of the record (UTCTime before 2050, GeneralizedTime from then on). */
