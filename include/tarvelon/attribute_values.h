@@ -387,46 +387,308 @@ TV_API uint32_t EncodeRsaAttributeValidityPeriodValue(int32_t number, uint8_t* o
  */
 TV_API uint32_t DecodeRsaAttributeValidityPeriodValue(const uint8_t* in, uint32_t inLen, int32_t* outNumber);
 
-/* Signing time: the X.509 Time of the record (UTCTime before 2050, GeneralizedTime from then on). */
+/**
+ * Writes a signing-time attribute value: the record as an X.509 Time, UTCTime before 2050 and
+ * GeneralizedTime from then on.
+ *
+ * @param[in]     time    The signing time (borrowed).
+ * @param[out]    out     Caller buffer for the DER, or null to ask its size.
+ * @param[in,out] outLen  Room in @p out; the octets written or needed (@ref size_protocol).
+ * @return #TV_OK, or a status code; #TV_ERR_TIME (313) for a null @p time. A record that cannot be
+ *         written as a time answers #TV_ERR_NO_MEMORY (1), not 313.
+ */
 TV_API uint32_t EncodeRsaAttributeSigningTimeValue(const LibraryTime* time, uint8_t* out, uint32_t* outLen);
+/**
+ * Reads a signing-time attribute value written as either alternative of an X.509 Time.
+ *
+ * @param[in]  in       The value's DER (borrowed).
+ * @param[in]  inLen    Octets in @p in.
+ * @param[out] outTime  Receives the signing time.
+ * @return #TV_OK, or a status code.
+ */
 TV_API uint32_t DecodeRsaAttributeSigningTimeValue(const uint8_t* in, uint32_t inLen, LibraryTime* outTime);
 
-/* Certificate-identifier lists of the signing-certificate attributes (RFC 2634, RFC 5035, ETSI TS
- * 101 733). Hashes and serials are content octets; an issuer is copied in, and Get hands out a
- * reference into the list element. Issuer and serial go together: both or neither (32). */
+/** List of ESSCertID certificate identifiers (RFC 2634), the certs of a signing-certificate value. */
 typedef Asn1List ESSCertIDs;
+/** List of ESSCertIDv2 certificate identifiers (RFC 5035), the certs of a signing-certificate-v2 value. */
 typedef Asn1List ESSCertIDsV2;
+/** List of OtherCertID certificate identifiers (ETSI TS 101 733), as other-signing-certificate holds. */
 typedef Asn1List OtherCertIDs;
+/**
+ * Creates an empty list of ESSCertID identifiers.
+ *
+ * @param[out] outList  Receives a new list owned by the caller (FreeESSCertIDs()).
+ * @return #TV_OK, or a status code.
+ */
 TV_API uint32_t CreateESSCertIDs(ESSCertIDs** outList);
+/**
+ * Frees a list of ESSCertID identifiers with every identifier in it.
+ *
+ * @param[in] list  The list (taken over), or null.
+ * @return #TV_OK always.
+ */
 TV_API uint32_t FreeESSCertIDs(ESSCertIDs* list);
+/**
+ * Counts the identifiers of an ESSCertID list.
+ *
+ * @param[in]  list      The list (borrowed).
+ * @param[out] outCount  Receives the number of identifiers.
+ * @return #TV_OK, or a status code.
+ */
 TV_API uint32_t GetESSCertIDCount(const ESSCertIDs* list, uint32_t* outCount);
+/**
+ * Appends an ESSCertID: the certificate's hash and, optionally, its issuer and serial number.
+ *
+ * Issuer and serial go together: give both or neither. Nothing is added when the call fails.
+ *
+ * @param[in,out] list       The list (borrowed).
+ * @param[in]     hash       The certificate's hash (borrowed), written as given.
+ * @param[in]     hashLen    Octets in @p hash.
+ * @param[in]     issuer     The issuer's names (borrowed, copied), or null for no issuerSerial.
+ * @param[in]     serial     The serial number's INTEGER content octets (borrowed), or null with
+ *                           @p issuer.
+ * @param[in]     serialLen  Octets in @p serial.
+ * @return #TV_OK, or a status code; #TV_ERR_INVALID_ARGUMENT also when only one of @p issuer and
+ *         @p serial is given.
+ */
 TV_API uint32_t AddESSCertIDToList(ESSCertIDs* list, const uint8_t* hash, uint32_t hashLen, const GeneralNames* issuer, const uint8_t* serial, uint32_t serialLen);
-/* A hash buffer too small does not stop the call: issuer and serial are still handed out and 49 is
- * reported at the end. No issuerSerial: a null issuer and serial length 0. */
+/**
+ * Reads the hash, issuer and serial number of one ESSCertID.
+ *
+ * A hash buffer too small does not stop the call: issuer and serial are still handed out and
+ * #TV_ERR_BUFFER_TOO_SMALL is reported at the end. Without an issuerSerial the issuer is null and
+ * the serial length 0.
+ *
+ * @param[in]     list          The list (borrowed).
+ * @param[in]     index         Position of the identifier, from 0.
+ * @param[out]    outHash       Caller buffer for the hash, or null to ask its size.
+ * @param[in,out] outHashLen    Room in @p outHash; the octets written or needed (@ref size_protocol).
+ * @param[out]    outIssuer     Receives the issuer's names, lent by @p list (do not free), or null.
+ * @param[out]    outSerial     Caller buffer for the serial's INTEGER content octets, or null to ask.
+ * @param[in,out] outSerialLen  Room in @p outSerial; the octets written or needed.
+ * @return #TV_OK, or a status code; #TV_ERR_INVALID_ARGUMENT also for an index past the end,
+ *         #TV_ERR_ABSENT (311) for an empty entry.
+ */
 TV_API uint32_t GetESSCertIDInformation(const ESSCertIDs* list, uint32_t index, uint8_t* outHash, uint32_t* outHashLen, GeneralNames** outIssuer, uint8_t* outSerial, uint32_t* outSerialLen);
+/**
+ * Creates an empty list of ESSCertIDv2 identifiers.
+ *
+ * @param[out] outList  Receives a new list owned by the caller (FreeESSCertIDsV2()).
+ * @return #TV_OK, or a status code.
+ */
 TV_API uint32_t CreateESSCertIDsV2(ESSCertIDsV2** outList);
+/**
+ * Frees a list of ESSCertIDv2 identifiers with every identifier in it.
+ *
+ * @param[in] list  The list (taken over), or null.
+ * @return #TV_OK always.
+ */
 TV_API uint32_t FreeESSCertIDsV2(ESSCertIDsV2* list);
+/**
+ * Counts the identifiers of an ESSCertIDv2 list.
+ *
+ * @param[in]  list      The list (borrowed).
+ * @param[out] outCount  Receives the number of identifiers.
+ * @return #TV_OK, or a status code.
+ */
 TV_API uint32_t GetESSCertIDV2Count(const ESSCertIDsV2* list, uint32_t* outCount);
-/* SHA-256 without parameters is the DEFAULT: left out of the encoding, read back when absent. */
+/**
+ * Appends an ESSCertIDv2: the hash algorithm, the certificate's hash and, optionally, its issuer
+ * and serial number.
+ *
+ * The algorithm is stored as given; SHA-256 without parameters is the DEFAULT, left out of the
+ * encoding and read back when absent. Issuer and serial go together: give both or neither.
+ * Nothing is added when the call fails.
+ *
+ * @param[in,out] list           The list (borrowed).
+ * @param[in]     hashOid        The hash algorithm, packed (borrowed); required.
+ * @param[in]     hashParams     The algorithm's parameters as one DER element (borrowed), or null.
+ * @param[in]     hashParamsLen  Octets in @p hashParams.
+ * @param[in]     hash           The certificate's hash (borrowed), written as given.
+ * @param[in]     hashLen        Octets in @p hash.
+ * @param[in]     issuer         The issuer's names (borrowed, copied), or null for no issuerSerial.
+ * @param[in]     serial         The serial number's INTEGER content octets (borrowed), or null with
+ *                               @p issuer.
+ * @param[in]     serialLen      Octets in @p serial.
+ * @return #TV_OK, or a status code; #TV_ERR_INVALID_ARGUMENT also when only one of @p issuer and
+ *         @p serial is given.
+ */
 TV_API uint32_t AddESSCertIDv2ToList(ESSCertIDsV2* list, const uint8_t* hashOid, const uint8_t* hashParams, uint32_t hashParamsLen, const uint8_t* hash, uint32_t hashLen, const GeneralNames* issuer, const uint8_t* serial, uint32_t serialLen);
+/**
+ * Reads the hash algorithm, hash, issuer and serial number of one ESSCertIDv2.
+ *
+ * Every part is read even when a buffer before it is too small; the first failure in field order
+ * is reported. Absent parameters read as length 0; without an issuerSerial the issuer is null and
+ * the serial length 0.
+ *
+ * @param[in]     list              The list (borrowed).
+ * @param[in]     index             Position of the identifier, from 0.
+ * @param[out]    outHashOid        Caller buffer for the packed algorithm OID, or null to ask its size.
+ * @param[in,out] outHashOidLen     Room in @p outHashOid; the octets written or needed.
+ * @param[out]    outHashParams     Caller buffer for the parameters' DER, or null to ask its size.
+ * @param[in,out] outHashParamsLen  Room in @p outHashParams; the octets written or needed; may be
+ *                                  null (with a null @p outHashParams) when the parameters are not
+ *                                  wanted.
+ * @param[out]    outHash           Caller buffer for the hash, or null to ask its size.
+ * @param[in,out] outHashLen        Room in @p outHash; the octets written or needed.
+ * @param[out]    outIssuer         Receives the issuer's names, lent by @p list (do not free), or null.
+ * @param[out]    outSerial         Caller buffer for the serial's INTEGER content octets, or null.
+ * @param[in,out] outSerialLen      Room in @p outSerial; the octets written or needed
+ *                                  (@ref size_protocol for every buffer).
+ * @return #TV_OK, or a status code; #TV_ERR_INVALID_ARGUMENT also for an index past the end,
+ *         #TV_ERR_ABSENT (311) for an empty entry.
+ */
 TV_API uint32_t GetESSCertIDV2Information(const ESSCertIDsV2* list, uint32_t index, uint8_t* outHashOid, uint32_t* outHashOidLen, uint8_t* outHashParams, uint32_t* outHashParamsLen, uint8_t* outHash, uint32_t* outHashLen, GeneralNames** outIssuer, uint8_t* outSerial, uint32_t* outSerialLen);
+/**
+ * Creates an empty list of OtherCertID identifiers.
+ *
+ * @param[out] outList  Receives a new list owned by the caller (FreeOtherCertIDs()).
+ * @return #TV_OK, or a status code.
+ */
 TV_API uint32_t CreateOtherCertIDs(OtherCertIDs** outList);
+/**
+ * Frees a list of OtherCertID identifiers with every identifier in it.
+ *
+ * @param[in] list  The list (taken over), or null.
+ * @return #TV_OK always.
+ */
 TV_API uint32_t FreeOtherCertIDs(OtherCertIDs* list);
+/**
+ * Counts the identifiers of an OtherCertID list.
+ *
+ * @param[in]  list      The list (borrowed).
+ * @param[out] outCount  Receives the number of identifiers.
+ * @return #TV_OK, or a status code.
+ */
 TV_API uint32_t GetOtherCertIDCount(const OtherCertIDs* list, uint32_t* outCount);
-/* A null hash OID writes the hash as sha1Hash; an OID as otherHash { algorithm, hash }. */
+/**
+ * Appends an OtherCertID: the certificate's hash and, optionally, its issuer and serial number.
+ *
+ * A null @p hashOid writes the hash as sha1Hash (the parameters are then ignored); an OID writes
+ * otherHash { algorithm, hash }. Issuer and serial go together: give both or neither. Nothing is
+ * added when the call fails.
+ *
+ * @param[in,out] list           The list (borrowed).
+ * @param[in]     hashOid        The hash algorithm, packed (borrowed), or null for sha1Hash.
+ * @param[in]     hashParams     The algorithm's parameters as one DER element (borrowed), or null.
+ * @param[in]     hashParamsLen  Octets in @p hashParams.
+ * @param[in]     hash           The certificate's hash (borrowed), written as given.
+ * @param[in]     hashLen        Octets in @p hash.
+ * @param[in]     issuer         The issuer's names (borrowed, copied), or null for no issuerSerial.
+ * @param[in]     serial         The serial number's INTEGER content octets (borrowed), or null with
+ *                               @p issuer.
+ * @param[in]     serialLen      Octets in @p serial.
+ * @return #TV_OK, or a status code; #TV_ERR_INVALID_ARGUMENT also when only one of @p issuer and
+ *         @p serial is given.
+ */
 TV_API uint32_t AddOtherCertIDToList(OtherCertIDs* list, const uint8_t* hashOid, const uint8_t* hashParams, uint32_t hashParamsLen, const uint8_t* hash, uint32_t hashLen, const GeneralNames* issuer, const uint8_t* serial, uint32_t serialLen);
-/* sha1Hash: OID and parameter lengths 0. */
+/**
+ * Reads the hash algorithm, hash, issuer and serial number of one OtherCertID.
+ *
+ * A sha1Hash reads as OID and parameter lengths 0. Every part is read even when a buffer before it
+ * is too small; the first failure in field order is reported. Without an issuerSerial the issuer
+ * is null and the serial length 0.
+ *
+ * @param[in]     list              The list (borrowed).
+ * @param[in]     index             Position of the identifier, from 0.
+ * @param[out]    outHashOid        Caller buffer for the packed algorithm OID, or null to ask its size.
+ * @param[in,out] outHashOidLen     Room in @p outHashOid; the octets written or needed.
+ * @param[out]    outHashParams     Caller buffer for the parameters' DER, or null to ask its size.
+ * @param[in,out] outHashParamsLen  Room in @p outHashParams; the octets written or needed.
+ * @param[out]    outHash           Caller buffer for the hash, or null to ask its size.
+ * @param[in,out] outHashLen        Room in @p outHash; the octets written or needed.
+ * @param[out]    outIssuer         Receives the issuer's names, lent by @p list (do not free), or null.
+ * @param[out]    outSerial         Caller buffer for the serial's INTEGER content octets, or null.
+ * @param[in,out] outSerialLen      Room in @p outSerial; the octets written or needed
+ *                                  (@ref size_protocol for every buffer).
+ * @return #TV_OK, or a status code; #TV_ERR_INVALID_ARGUMENT also for an index past the end,
+ *         #TV_ERR_ABSENT (311) for an empty entry.
+ */
 TV_API uint32_t GetOtherCertIDInformation(const OtherCertIDs* list, uint32_t index, uint8_t* outHashOid, uint32_t* outHashOidLen, uint8_t* outHashParams, uint32_t* outHashParamsLen, uint8_t* outHash, uint32_t* outHashLen, GeneralNames** outIssuer, uint8_t* outSerial, uint32_t* outSerialLen);
+/**
+ * Writes an OtherCertID list as its SEQUENCE OF.
+ *
+ * @param[in]     list    The list (borrowed).
+ * @param[out]    out     Caller buffer for the DER, or null to ask its size.
+ * @param[in,out] outLen  Room in @p out; the octets written or needed (@ref size_protocol).
+ * @return #TV_OK, or a status code.
+ */
 TV_API uint32_t EncodeOtherCertIDs(const OtherCertIDs* list, uint8_t* out, uint32_t* outLen);
+/**
+ * Reads a SEQUENCE OF OtherCertID; octets after the first complete element are ignored.
+ *
+ * @param[in]  in       The DER (borrowed).
+ * @param[in]  inLen    Octets in @p in.
+ * @param[out] outList  Receives a new list owned by the caller (FreeOtherCertIDs()).
+ * @return #TV_OK, or a status code.
+ */
 TV_API uint32_t DecodeOtherCertIDs(const uint8_t* in, uint32_t inLen, OtherCertIDs** outList);
 
-/* Signing-certificate values. The lists stay the caller's; policies may be null. Decoding hands out
- * new lists (policies null when absent). */
+/**
+ * Writes a signing-certificate attribute value (RFC 2634): the identifiers and, optionally, the
+ * policies.
+ *
+ * @param[in]     certs     The identifiers (borrowed: they stay the caller's).
+ * @param[in]     policies  The policies (borrowed), or null to leave them out.
+ * @param[out]    out       Caller buffer for the DER, or null to ask its size.
+ * @param[in,out] outLen    Room in @p out; the octets written or needed (@ref size_protocol).
+ * @return #TV_OK, or a status code.
+ */
 TV_API uint32_t EncodeRsaAttributeSigningCertificateValue(const ESSCertIDs* certs, const CertificatePolicies* policies, uint8_t* out, uint32_t* outLen);
+/**
+ * Reads a signing-certificate attribute value (RFC 2634) into new lists.
+ *
+ * @param[in]  in           The value's DER (borrowed).
+ * @param[in]  inLen        Octets in @p in.
+ * @param[out] outCerts     Receives a new list owned by the caller (FreeESSCertIDs()).
+ * @param[out] outPolicies  Receives new policies owned by the caller
+ *                          (FreeExtensionCertificatePolicies()), or null when absent.
+ * @return #TV_OK, or a status code.
+ */
 TV_API uint32_t DecodeRsaAttributeSigningCertificateValue(const uint8_t* in, uint32_t inLen, ESSCertIDs** outCerts, CertificatePolicies** outPolicies);
+/**
+ * Writes a signing-certificate-v2 attribute value (RFC 5035): the identifiers and, optionally, the
+ * policies.
+ *
+ * @param[in]     certs     The identifiers (borrowed: they stay the caller's).
+ * @param[in]     policies  The policies (borrowed), or null to leave them out.
+ * @param[out]    out       Caller buffer for the DER, or null to ask its size.
+ * @param[in,out] outLen    Room in @p out; the octets written or needed (@ref size_protocol).
+ * @return #TV_OK, or a status code.
+ */
 TV_API uint32_t EncodeRsaAttributeSigningCertificateV2Value(const ESSCertIDsV2* certs, const CertificatePolicies* policies, uint8_t* out, uint32_t* outLen);
+/**
+ * Reads a signing-certificate-v2 attribute value (RFC 5035) into new lists.
+ *
+ * @param[in]  in           The value's DER (borrowed).
+ * @param[in]  inLen        Octets in @p in.
+ * @param[out] outCerts     Receives a new list owned by the caller (FreeESSCertIDsV2()).
+ * @param[out] outPolicies  Receives new policies owned by the caller
+ *                          (FreeExtensionCertificatePolicies()), or null when absent.
+ * @return #TV_OK, or a status code.
+ */
 TV_API uint32_t DecodeRsaAttributeSigningCertificateV2Value(const uint8_t* in, uint32_t inLen, ESSCertIDsV2** outCerts, CertificatePolicies** outPolicies);
+/**
+ * Writes an other-signing-certificate attribute value (ETSI TS 101 733): the identifiers and,
+ * optionally, the policies.
+ *
+ * @param[in]     certs     The identifiers (borrowed: they stay the caller's).
+ * @param[in]     policies  The policies (borrowed), or null to leave them out.
+ * @param[out]    out       Caller buffer for the DER, or null to ask its size.
+ * @param[in,out] outLen    Room in @p out; the octets written or needed (@ref size_protocol).
+ * @return #TV_OK, or a status code.
+ */
 TV_API uint32_t EncodeRsaAttributeOtherSigningCertificateValue(const OtherCertIDs* certs, const CertificatePolicies* policies, uint8_t* out, uint32_t* outLen);
+/**
+ * Reads an other-signing-certificate attribute value (ETSI TS 101 733) into new lists.
+ *
+ * @param[in]  in           The value's DER (borrowed).
+ * @param[in]  inLen        Octets in @p in.
+ * @param[out] outCerts     Receives a new list owned by the caller (FreeOtherCertIDs()).
+ * @param[out] outPolicies  Receives new policies owned by the caller
+ *                          (FreeExtensionCertificatePolicies()), or null when absent.
+ * @return #TV_OK, or a status code.
+ */
 TV_API uint32_t DecodeRsaAttributeOtherSigningCertificateValue(const uint8_t* in, uint32_t inLen, OtherCertIDs** outCerts, CertificatePolicies** outPolicies);
 
 /* ATS hash index (ETSI TS 101 733). The three hash lists are SEQUENCE OF OCTET STRING lists
