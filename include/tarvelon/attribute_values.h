@@ -691,62 +691,416 @@ TV_API uint32_t EncodeRsaAttributeOtherSigningCertificateValue(const OtherCertID
  */
 TV_API uint32_t DecodeRsaAttributeOtherSigningCertificateValue(const uint8_t* in, uint32_t inLen, OtherCertIDs** outCerts, CertificatePolicies** outPolicies);
 
-/* ATS hash index (ETSI TS 101 733). The three hash lists are SEQUENCE OF OCTET STRING lists
- * (CreateOctetStrings); the encoder borrows them. SHA-256 without parameters is the DEFAULT. When
- * decoding, an OID or parameters buffer too small gets its needed size and nothing else, the lists
- * are still handed out and the result is 0: compare each stored size with the room you gave. */
+/**
+ * Writes an ATS hash index attribute value (ETSI TS 101 733): the hash algorithm and the hashes of
+ * the certificates, CRLs and unsigned attributes.
+ *
+ * SHA-256 without parameters is the DEFAULT and is left out of the encoding. The three lists are
+ * SEQUENCE OF OCTET STRING lists (CreateOctetStrings()); they may be empty but not null.
+ *
+ * @param[in]     hashOid              The hash algorithm, packed (borrowed); required.
+ * @param[in]     hashParams           The algorithm's parameters as one DER element (borrowed), or null.
+ * @param[in]     hashParamsLen        Octets in @p hashParams.
+ * @param[in]     certificatesHashes   Hashes of the certificates (borrowed).
+ * @param[in]     crlsHashes           Hashes of the CRLs (borrowed).
+ * @param[in]     unsignedAttrsHashes  Hashes of the unsigned attributes (borrowed).
+ * @param[out]    out                  Caller buffer for the DER, or null to ask its size.
+ * @param[in,out] outLen               Room in @p out; the octets written or needed (@ref size_protocol).
+ * @return #TV_OK, or a status code.
+ */
 TV_API uint32_t EncodeRsaAttributeAtsHashIndex(const uint8_t* hashOid, const uint8_t* hashParams, uint32_t hashParamsLen, const Asn1List* certificatesHashes, const Asn1List* crlsHashes, const Asn1List* unsignedAttrsHashes, uint8_t* out, uint32_t* outLen);
+/**
+ * Reads an ATS hash index attribute value (ETSI TS 101 733): the hash algorithm and three new hash
+ * lists.
+ *
+ * An absent algorithm reads as the DEFAULT, SHA-256 without parameters. It is told apart from the
+ * certificates' hash list by the first element: a SEQUENCE that begins with an OBJECT IDENTIFIER is
+ * the algorithm, anything else (an empty SEQUENCE too) the list. Kept on purpose: an OID or
+ * parameters buffer too small only gets the size needed, the lists are still handed out and the
+ * result is #TV_OK; compare each stored size with the room you gave.
+ *
+ * @param[in]     in                      The value's DER (borrowed).
+ * @param[in]     inLen                   Octets in @p in.
+ * @param[out]    outHashOid              Caller buffer for the packed algorithm OID, or null to ask.
+ * @param[in,out] outHashOidLen           Room in @p outHashOid; the octets written or needed.
+ * @param[out]    outHashParams           Caller buffer for the parameters' DER, or null to ask.
+ * @param[in,out] outHashParamsLen        Room in @p outHashParams; the octets written or needed
+ *                                        (0 when absent); may be null with a null @p outHashParams.
+ * @param[out]    outCertificatesHashes   Receives a new list owned by the caller (FreeOctetStrings()).
+ * @param[out]    outCrlsHashes           Receives a new list owned by the caller (FreeOctetStrings()).
+ * @param[out]    outUnsignedAttrsHashes  Receives a new list owned by the caller (FreeOctetStrings()).
+ * @return #TV_OK, also when an OID or parameters buffer was too small, or a status code.
+ */
 TV_API uint32_t DecodeRsaAttributeAtsHashIndex(const uint8_t* in, uint32_t inLen, uint8_t* outHashOid, uint32_t* outHashOidLen, uint8_t* outHashParams, uint32_t* outHashParamsLen, Asn1List** outCertificatesHashes, Asn1List** outCrlsHashes, Asn1List** outUnsignedAttrsHashes);
 
-/* Complete revocation references (ETSI TS 101 733): a list of CrlOcspRef, each holding a CRL
- * identifier list, an OCSP identifier list and/or another reference. Add takes the two identifier
- * lists over on success only; Get hands out references into the element (null when absent) and the
- * other reference's OID and value under the size protocol (length 0 when absent). */
+/** List of CrlOcspRef entries (ETSI TS 101 733), the complete-revocation-references value. */
 typedef Asn1List CrlOcspRefs;
+/** List of CrlValidatedID entries: the CRL identifiers of one CrlOcspRef. */
 typedef Asn1List CrlListIDs;
+/** List of OcspResponsesID entries: the OCSP response identifiers of one CrlOcspRef. */
 typedef Asn1List OcspListIDs;
+/**
+ * Creates an empty list of CrlOcspRef entries.
+ *
+ * @param[out] outList  Receives a new list owned by the caller (FreeCrlOcspRefs()).
+ * @return #TV_OK, or a status code.
+ */
 TV_API uint32_t CreateCrlOcspRefs(CrlOcspRefs** outList);
+/**
+ * Frees a list of CrlOcspRef entries with everything in them, the identifier lists taken over by
+ * AddCrlOcspRefToList() included.
+ *
+ * @param[in] list  The list (taken over), or null.
+ * @return #TV_OK always.
+ */
 TV_API uint32_t FreeCrlOcspRefs(CrlOcspRefs* list);
+/**
+ * Counts the entries of a CrlOcspRef list.
+ *
+ * @param[in]  list      The list (borrowed).
+ * @param[out] outCount  Receives the number of entries.
+ * @return #TV_OK, or a status code.
+ */
 TV_API uint32_t GetCrlOcspRefCount(const CrlOcspRefs* list, uint32_t* outCount);
+/**
+ * Appends a CrlOcspRef: a CRL identifier list, an OCSP identifier list and/or another reference
+ * { type, value }.
+ *
+ * The two identifier lists are taken over on success only; after a failure they stay the caller's.
+ * The other reference is written only when its type, value and length are all given.
+ *
+ * @param[in,out] list           The list (borrowed).
+ * @param[in]     crlIds         CRL identifiers (taken over on success: freed with @p list), or null.
+ * @param[in]     ocspIds        OCSP identifiers (taken over on success: freed with @p list), or null.
+ * @param[in]     otherType      The other reference's type, packed OID (borrowed), or null.
+ * @param[in]     otherValue     The other reference as one complete DER element (borrowed), or null.
+ * @param[in]     otherValueLen  Octets in @p otherValue.
+ * @return #TV_OK, or a status code; #TV_ERR_INVALID_ARGUMENT also when none of the three parts is
+ *         given, or @p otherValue is not one complete element.
+ */
 TV_API uint32_t AddCrlOcspRefToList(CrlOcspRefs* list, CrlListIDs* crlIds, OcspListIDs* ocspIds, const uint8_t* otherType, const uint8_t* otherValue, uint32_t otherValueLen);
+/**
+ * Reads the parts of one CrlOcspRef.
+ *
+ * Both parts of the other reference are read even when the first buffer is too small; absent, they
+ * read as length 0.
+ *
+ * @param[in]     list              The list (borrowed).
+ * @param[in]     index             Position of the entry, from 0.
+ * @param[out]    outCrlIds         Receives the CRL identifiers, lent by @p list (do not free), or
+ *                                  null when absent.
+ * @param[out]    outOcspIds        Receives the OCSP identifiers, lent by @p list (do not free), or
+ *                                  null when absent.
+ * @param[out]    outOtherType      Caller buffer for the other type's packed OID, or null to ask.
+ * @param[in,out] outOtherTypeLen   Room in @p outOtherType; the octets written or needed.
+ * @param[out]    outOtherValue     Caller buffer for the other value's DER, or null to ask.
+ * @param[in,out] outOtherValueLen  Room in @p outOtherValue; the octets written or needed
+ *                                  (@ref size_protocol for both buffers).
+ * @return #TV_OK, or a status code; #TV_ERR_INVALID_ARGUMENT also for an index past the end,
+ *         #TV_ERR_ABSENT (311) for an empty entry.
+ */
 TV_API uint32_t GetCrlOcspRefInformation(const CrlOcspRefs* list, uint32_t index, CrlListIDs** outCrlIds, OcspListIDs** outOcspIds, uint8_t* outOtherType, uint32_t* outOtherTypeLen, uint8_t* outOtherValue, uint32_t* outOtherValueLen);
+/**
+ * Writes a complete-revocation-references attribute value (ETSI TS 101 733): the CrlOcspRef list
+ * as its SEQUENCE OF.
+ *
+ * @param[in]     list    The list (borrowed).
+ * @param[out]    out     Caller buffer for the DER, or null to ask its size.
+ * @param[in,out] outLen  Room in @p out; the octets written or needed (@ref size_protocol).
+ * @return #TV_OK, or a status code.
+ */
 TV_API uint32_t EncodeRsaAttributeCompleteRevocationRefs(const CrlOcspRefs* list, uint8_t* out, uint32_t* outLen);
+/**
+ * Reads a complete-revocation-references attribute value into a new CrlOcspRef list; octets after
+ * the first complete element are ignored.
+ *
+ * @param[in]  in       The value's DER (borrowed).
+ * @param[in]  inLen    Octets in @p in.
+ * @param[out] outList  Receives a new list owned by the caller (FreeCrlOcspRefs()).
+ * @return #TV_OK, or a status code.
+ */
 TV_API uint32_t DecodeRsaAttributeCompleteRevocationRefs(const uint8_t* in, uint32_t inLen, CrlOcspRefs** outList);
-/* A CRL identifier: the hash (sha1Hash without an algorithm), and when an issuer is given the
- * crlIdentifier { issuer copied, issued time as UTCTime, number when given }. The issued time is
- * read with the library's lone UTCTime reader, which wants 15 octets (a 13-octet UTCTime is 307). */
+/**
+ * Creates an empty list of CRL identifiers.
+ *
+ * @param[out] outList  Receives a new list owned by the caller (FreeCrlListIDs(), or handed to
+ *                      AddCrlOcspRefToList()).
+ * @return #TV_OK, or a status code.
+ */
 TV_API uint32_t CreateCrlListIDs(CrlListIDs** outList);
+/**
+ * Frees a list of CRL identifiers with every identifier in it.
+ *
+ * @param[in] list  The list (taken over), or null; never one handed to AddCrlOcspRefToList().
+ * @return #TV_OK always.
+ */
 TV_API uint32_t FreeCrlListIDs(CrlListIDs* list);
+/**
+ * Counts the identifiers of a CRL identifier list.
+ *
+ * @param[in]  list      The list (borrowed).
+ * @param[out] outCount  Receives the number of identifiers.
+ * @return #TV_OK, or a status code.
+ */
 TV_API uint32_t GetCrlListIDsCount(const CrlListIDs* list, uint32_t* outCount);
+/**
+ * Appends a CRL identifier: the CRL's hash and, when an issuer is given, the crlIdentifier
+ * { issuer, issued time, number }.
+ *
+ * A null @p hashOid writes the hash as sha1Hash, without an algorithm; an OID writes otherHash
+ * { algorithm, hash }. The issued time is written as UTCTime, which keeps two year digits: only
+ * years 1950 to 2049 read back as written. Without an issuer the time and number are ignored; the
+ * number is written only when its length is not 0. Nothing is added when the call fails.
+ *
+ * @param[in,out] list           The list (borrowed).
+ * @param[in]     hash           The CRL's hash (borrowed); required.
+ * @param[in]     hashLen        Octets in @p hash.
+ * @param[in]     hashOid        The hash algorithm, packed (borrowed), or null for sha1Hash.
+ * @param[in]     hashParams     The algorithm's parameters as one DER element (borrowed), or null.
+ * @param[in]     hashParamsLen  Octets in @p hashParams.
+ * @param[in]     crlIssuer      The CRL's issuer (borrowed, copied), or null for no crlIdentifier.
+ * @param[in]     crlIssuedTime  The CRL's issue time (borrowed); required with @p crlIssuer.
+ * @param[in]     crlNumber      The CRL number's INTEGER content octets (borrowed), or null.
+ * @param[in]     crlNumberLen   Octets in @p crlNumber.
+ * @return #TV_OK, or a status code; #TV_ERR_INVALID_ARGUMENT also for an issuer without an issued
+ *         time, #TV_ERR_TIME (313) for an issued time that cannot be written.
+ */
 TV_API uint32_t AddCrlValidatedIdToList(CrlListIDs* list, const uint8_t* hash, uint32_t hashLen, const uint8_t* hashOid, const uint8_t* hashParams, uint32_t hashParamsLen, const X509Name* crlIssuer, const LibraryTime* crlIssuedTime, const uint8_t* crlNumber, uint32_t crlNumberLen);
+/**
+ * Reads the hash, algorithm, issuer, issued time and number of one CRL identifier.
+ *
+ * Every part is read even after one fails, and the first failure in field order is reported. A
+ * sha1Hash reads as OID and parameter lengths 0. Without a crlIdentifier the issuer is null, the
+ * time the null time and the number length 0. Kept as it is: the issued time is read with the
+ * library's lone UTCTime reader, which wants 15 octets, so a DER UTCTime (13 octets) answers
+ * #TV_ERR_NOT_DER (307) while every other part is still handed out.
+ *
+ * @param[in]     list              The list (borrowed).
+ * @param[in]     index             Position of the identifier, from 0.
+ * @param[out]    outHash           Caller buffer for the hash, or null to ask its size.
+ * @param[in,out] outHashLen        Room in @p outHash; the octets written or needed.
+ * @param[out]    outHashOid        Caller buffer for the packed algorithm OID, or null to ask its size.
+ * @param[in,out] outHashOidLen     Room in @p outHashOid; the octets written or needed.
+ * @param[out]    outHashParams     Caller buffer for the parameters' DER, or null to ask its size.
+ * @param[in,out] outHashParamsLen  Room in @p outHashParams; the octets written or needed.
+ * @param[out]    outCrlIssuer      Receives the issuer, lent by @p list (do not free), or null.
+ * @param[out]    outCrlIssuedTime  Receives the issued time.
+ * @param[out]    outCrlNumber      Caller buffer for the number's INTEGER content octets, or null.
+ * @param[in,out] outCrlNumberLen   Room in @p outCrlNumber; the octets written or needed
+ *                                  (@ref size_protocol for every buffer).
+ * @return #TV_OK, or a status code; #TV_ERR_INVALID_ARGUMENT also for an index past the end,
+ *         #TV_ERR_ABSENT (311) for an empty entry.
+ */
 TV_API uint32_t GetCrlValidatedIdInformation(const CrlListIDs* list, uint32_t index, uint8_t* outHash, uint32_t* outHashLen, uint8_t* outHashOid, uint32_t* outHashOidLen, uint8_t* outHashParams, uint32_t* outHashParamsLen, X509Name** outCrlIssuer, LibraryTime* outCrlIssuedTime, uint8_t* outCrlNumber, uint32_t* outCrlNumberLen);
-/* An OCSP response identifier: the responder by name (copied) or, without a name, by its key hash;
- * producedAt required; the response hash when given (sha1Hash without an algorithm). */
+/**
+ * Creates an empty list of OCSP response identifiers.
+ *
+ * @param[out] outList  Receives a new list owned by the caller (FreeOcspListIDs(), or handed to
+ *                      AddCrlOcspRefToList()).
+ * @return #TV_OK, or a status code.
+ */
 TV_API uint32_t CreateOcspListIDs(OcspListIDs** outList);
+/**
+ * Frees a list of OCSP response identifiers with every identifier in it.
+ *
+ * @param[in] list  The list (taken over), or null; never one handed to AddCrlOcspRefToList().
+ * @return #TV_OK always.
+ */
 TV_API uint32_t FreeOcspListIDs(OcspListIDs* list);
+/**
+ * Counts the identifiers of an OCSP response identifier list.
+ *
+ * @param[in]  list      The list (borrowed).
+ * @param[out] outCount  Receives the number of identifiers.
+ * @return #TV_OK, or a status code.
+ */
 TV_API uint32_t GetOcspListIDsCount(const OcspListIDs* list, uint32_t* outCount);
+/**
+ * Appends an OCSP response identifier: the responder, the time the response was produced and,
+ * optionally, the response's hash.
+ *
+ * The responder is recorded by name when one is given (the key hash is then ignored), otherwise by
+ * its key hash (byKey). A null @p hashOid writes the response hash as sha1Hash, without an
+ * algorithm. Nothing is added when the call fails.
+ *
+ * @param[in,out] list                 The list (borrowed).
+ * @param[in]     responderName        The responder's name (borrowed, copied), or null.
+ * @param[in]     responderKeyHash     The responder's key hash (borrowed), used without a name.
+ * @param[in]     responderKeyHashLen  Octets in @p responderKeyHash.
+ * @param[in]     producedAt           The response's producedAt time (borrowed); required.
+ * @param[in]     responseHash         The response's hash (borrowed), or null to leave it out.
+ * @param[in]     responseHashLen      Octets in @p responseHash.
+ * @param[in]     hashOid              The hash algorithm, packed (borrowed), or null for sha1Hash.
+ * @param[in]     hashParams           The algorithm's parameters as one DER element (borrowed), or null.
+ * @param[in]     hashParamsLen        Octets in @p hashParams.
+ * @return #TV_OK, or a status code; #TV_ERR_INVALID_ARGUMENT also when neither name nor key hash
+ *         is given, #TV_ERR_TIME (313) for a producedAt that cannot be written.
+ */
 TV_API uint32_t AddOcspResponseIdToList(OcspListIDs* list, const X509Name* responderName, const uint8_t* responderKeyHash, uint32_t responderKeyHashLen, const LibraryTime* producedAt, const uint8_t* responseHash, uint32_t responseHashLen, const uint8_t* hashOid, const uint8_t* hashParams, uint32_t hashParamsLen);
+/**
+ * Reads the responder, producedAt time and response hash of one OCSP response identifier.
+ *
+ * Every part is read even after one fails; the first failure among key hash, time and response
+ * hash is reported. A responder by name reads as key hash length 0, one by key as a null name.
+ * Without a response hash its length, OID and parameter lengths are 0; a sha1Hash has OID and
+ * parameter lengths 0.
+ *
+ * @param[in]     list                    The list (borrowed).
+ * @param[in]     index                   Position of the identifier, from 0.
+ * @param[out]    outResponderName        Receives the responder's name, lent by @p list (do not
+ *                                        free), or null.
+ * @param[out]    outResponderKeyHash     Caller buffer for the key hash, or null to ask its size.
+ * @param[in,out] outResponderKeyHashLen  Room in @p outResponderKeyHash; the octets written or needed.
+ * @param[out]    outProducedAt           Receives the producedAt time.
+ * @param[out]    outResponseHash         Caller buffer for the response hash, or null to ask.
+ * @param[in,out] outResponseHashLen      Room in @p outResponseHash; the octets written or needed.
+ * @param[out]    outHashOid              Caller buffer for the packed algorithm OID, or null to ask.
+ * @param[in,out] outHashOidLen           Room in @p outHashOid; the octets written or needed.
+ * @param[out]    outHashParams           Caller buffer for the parameters' DER, or null to ask.
+ * @param[in,out] outHashParamsLen        Room in @p outHashParams; the octets written or needed
+ *                                        (@ref size_protocol for every buffer).
+ * @return #TV_OK, or a status code; #TV_ERR_INVALID_ARGUMENT also for an index past the end,
+ *         #TV_ERR_ABSENT (311) for an empty entry or one without its OCSP identifier.
+ */
 TV_API uint32_t GetOcspResponseIdInformation(const OcspListIDs* list, uint32_t index, X509Name** outResponderName, uint8_t* outResponderKeyHash, uint32_t* outResponderKeyHashLen, LibraryTime* outProducedAt, uint8_t* outResponseHash, uint32_t* outResponseHashLen, uint8_t* outHashOid, uint32_t* outHashOidLen, uint8_t* outHashParams, uint32_t* outHashParamsLen);
 
-/* Revocation values (ETSI TS 101 733): decoded CRLs and basic OCSP responses, lent to the encoder,
- * and/or another value { type, value }. At least one is required (32). Decoding hands out new lists
- * (null when absent) and the other value's OID and DER under the size protocol (length 0 when absent). */
+/**
+ * Writes a revocation-values attribute value (ETSI TS 101 733): whole CRLs, basic OCSP responses
+ * and/or another value { type, value }.
+ *
+ * The lists are lent for the one write and stay the caller's. The other value is written only when
+ * its type, value and length are all given.
+ *
+ * @param[in]     crls           The CRLs (borrowed), or null.
+ * @param[in]     ocspResponses  The basic OCSP responses (borrowed), or null.
+ * @param[in]     otherType      The other value's type, packed OID (borrowed), or null.
+ * @param[in]     otherValue     The other value as one complete DER element (borrowed), or null.
+ * @param[in]     otherValueLen  Octets in @p otherValue.
+ * @param[out]    out            Caller buffer for the DER, or null to ask its size.
+ * @param[in,out] outLen         Room in @p out; the octets written or needed (@ref size_protocol).
+ * @return #TV_OK, or a status code; #TV_ERR_INVALID_ARGUMENT also when none of the three parts is
+ *         given, or @p otherValue is not one complete element.
+ */
 TV_API uint32_t EncodeRsaAttributeRevocationValues(const X509Crls* crls, const OcspBasicResponses* ocspResponses, const uint8_t* otherType, const uint8_t* otherValue, uint32_t otherValueLen, uint8_t* out, uint32_t* outLen);
+/**
+ * Reads a revocation-values attribute value (ETSI TS 101 733) into new lists and the other value.
+ *
+ * The other value's type and DER are read first, both even when one buffer is too small; any
+ * failure there ends the call before the lists are handed out (@p outCrls and @p outOcspResponses
+ * are then left as they were). Absent, the other value reads as lengths 0.
+ *
+ * @param[in]     in                The value's DER (borrowed).
+ * @param[in]     inLen             Octets in @p in.
+ * @param[out]    outCrls           Receives a new list owned by the caller (FreeX509Crls()), or null
+ *                                  when absent.
+ * @param[out]    outOcspResponses  Receives a new list owned by the caller (FreeOcspBasicResponses()),
+ *                                  or null when absent.
+ * @param[out]    outOtherType      Caller buffer for the other type's packed OID, or null to ask.
+ * @param[in,out] outOtherTypeLen   Room in @p outOtherType; the octets written or needed.
+ * @param[out]    outOtherValue     Caller buffer for the other value's DER, or null to ask.
+ * @param[in,out] outOtherValueLen  Room in @p outOtherValue; the octets written or needed
+ *                                  (@ref size_protocol for both buffers).
+ * @return #TV_OK, or a status code.
+ */
 TV_API uint32_t DecodeRsaAttributeRevocationValues(const uint8_t* in, uint32_t inLen, X509Crls** outCrls, OcspBasicResponses** outOcspResponses, uint8_t* outOtherType, uint32_t* outOtherTypeLen, uint8_t* outOtherValue, uint32_t* outOtherValueLen);
 
-/* Validity { notBefore Time, notAfter Time }, each Time chosen by the year (UTCTime before 2050). */
+/**
+ * Writes a validity attribute value: Validity { notBefore Time, notAfter Time }, each Time chosen
+ * by its year (UTCTime before 2050, GeneralizedTime from then on).
+ *
+ * @param[in]     notBefore  Start of the period (borrowed).
+ * @param[in]     notAfter   End of the period (borrowed).
+ * @param[out]    out        Caller buffer for the DER, or null to ask its size.
+ * @param[in,out] outLen     Room in @p out; the octets written or needed (@ref size_protocol).
+ * @return #TV_OK, or a status code; #TV_ERR_TIME (313) for a time that cannot be written.
+ */
 TV_API uint32_t EncodeRsaAttributeValidityValue(const LibraryTime* notBefore, const LibraryTime* notAfter, uint8_t* out, uint32_t* outLen);
+/**
+ * Reads a validity attribute value; each Time may be either alternative.
+ *
+ * @param[in]  in            The value's DER (borrowed).
+ * @param[in]  inLen         Octets in @p in.
+ * @param[out] outNotBefore  Receives the start of the period.
+ * @param[out] outNotAfter   Receives the end of the period.
+ * @return #TV_OK, or a status code.
+ */
 TV_API uint32_t DecodeRsaAttributeValidityValue(const uint8_t* in, uint32_t inLen, LibraryTime* outNotBefore, LibraryTime* outNotAfter);
 
-/* ExtSubjInfo { type OBJECT IDENTIFIER, value ANY }: the value is one complete DER element. */
+/**
+ * Writes an ExtSubjInfo attribute value: { type OBJECT IDENTIFIER, value ANY }.
+ *
+ * @param[in]     packedOid  The type, packed (borrowed).
+ * @param[in]     value      The value as one complete DER element (borrowed).
+ * @param[in]     valueLen   Octets in @p value.
+ * @param[out]    out        Caller buffer for the DER, or null to ask its size.
+ * @param[in,out] outLen     Room in @p out; the octets written or needed (@ref size_protocol).
+ * @return #TV_OK, or a status code; #TV_ERR_INVALID_ARGUMENT also when @p value is not exactly one
+ *         complete element.
+ */
 TV_API uint32_t EncodeRsaAttributeExtSubjInfoValue(const uint8_t* packedOid, const uint8_t* value, uint32_t valueLen, uint8_t* out, uint32_t* outLen);
+/**
+ * Reads an ExtSubjInfo attribute value: the type, packed, and the value's complete DER element.
+ *
+ * Both parts are read even when the first buffer is too small; the type's failure is reported first.
+ *
+ * @param[in]     in           The value's DER (borrowed).
+ * @param[in]     inLen        Octets in @p in.
+ * @param[out]    outOid       Caller buffer for the packed type, or null to ask its size.
+ * @param[in,out] outOidLen    Room in @p outOid; the octets written or needed.
+ * @param[out]    outValue     Caller buffer for the value's DER, or null to ask its size.
+ * @param[in,out] outValueLen  Room in @p outValue; the octets written or needed
+ *                             (@ref size_protocol for both buffers).
+ * @return #TV_OK, or a status code; #TV_ERR_ABSENT (311) when the value part is missing (the type
+ *         is still handed out).
+ */
 TV_API uint32_t DecodeRsaAttributeExtSubjInfoValue(const uint8_t* in, uint32_t inLen, uint8_t* outOid, uint32_t* outOidLen, uint8_t* outValue, uint32_t* outValueLen);
 
-/* DocInfo { docKind ENUMERATED, docText1..3 [0..2] UTF8String, docDate1..2 [3..4] GeneralizedTime,
- * docText4 [5] UTF8String, all but the kind OPTIONAL }. A text is written when its pointer is not
- * null, a date when it is not the null time; absent ones read back as length 0 and the null time.
- * Decoding reads every field even after one fails and returns the last failing field's code. */
+/**
+ * Writes a DocInfo attribute value: { docKind ENUMERATED, docText1..3 [0..2] UTF8String,
+ * docDate1..2 [3..4] GeneralizedTime, docText4 [5] UTF8String }, all but the kind OPTIONAL.
+ *
+ * A text is written when its pointer is not null (even with length 0), a date when it is not the
+ * null time (a null pointer counts as the null time). Texts are not checked to be UTF-8.
+ *
+ * @param[in]     docKind      The document kind.
+ * @param[in]     docText1     First text (borrowed), or null to leave it out.
+ * @param[in]     docText1Len  Octets in @p docText1.
+ * @param[in]     docText2     Second text (borrowed), or null to leave it out.
+ * @param[in]     docText2Len  Octets in @p docText2.
+ * @param[in]     docText3     Third text (borrowed), or null to leave it out.
+ * @param[in]     docText3Len  Octets in @p docText3.
+ * @param[in]     docDate1     First date (borrowed), or null or the null time to leave it out.
+ * @param[in]     docDate2     Second date (borrowed), or null or the null time to leave it out.
+ * @param[in]     docText4     Fourth text (borrowed), or null to leave it out.
+ * @param[in]     docText4Len  Octets in @p docText4.
+ * @param[out]    out          Caller buffer for the DER, or null to ask its size.
+ * @param[in,out] outLen       Room in @p out; the octets written or needed (@ref size_protocol).
+ * @return #TV_OK, or a status code; #TV_ERR_TIME (313) for a date that cannot be written.
+ */
 TV_API uint32_t EncodeDocInfo(uint32_t docKind, const uint8_t* docText1, uint32_t docText1Len, const uint8_t* docText2, uint32_t docText2Len, const uint8_t* docText3, uint32_t docText3Len, const LibraryTime* docDate1, const LibraryTime* docDate2, const uint8_t* docText4, uint32_t docText4Len, uint8_t* out, uint32_t* outLen);
+/**
+ * Reads a DocInfo attribute value: the kind, four texts and two dates.
+ *
+ * Absent texts read as length 0 and absent dates as the null time. Kept as callers have always had
+ * it: every field is read even after one fails, and the code of the LAST failing field is returned.
+ *
+ * @param[in]     in              The value's DER (borrowed).
+ * @param[in]     inLen           Octets in @p in.
+ * @param[out]    outDocKind      Receives the document kind.
+ * @param[out]    outDocText1     Caller buffer for the first text, or null to ask its size.
+ * @param[in,out] outDocText1Len  Room in @p outDocText1; the octets written or needed.
+ * @param[out]    outDocText2     Caller buffer for the second text, or null to ask its size.
+ * @param[in,out] outDocText2Len  Room in @p outDocText2; the octets written or needed.
+ * @param[out]    outDocText3     Caller buffer for the third text, or null to ask its size.
+ * @param[in,out] outDocText3Len  Room in @p outDocText3; the octets written or needed.
+ * @param[out]    outDocDate1     Receives the first date.
+ * @param[out]    outDocDate2     Receives the second date.
+ * @param[out]    outDocText4     Caller buffer for the fourth text, or null to ask its size.
+ * @param[in,out] outDocText4Len  Room in @p outDocText4; the octets written or needed
+ *                                (@ref size_protocol for every text).
+ * @return #TV_OK, or a status code; #TV_ERR_BUFFER_TOO_SMALL (49) also for a kind of more than four
+ *         content octets.
+ */
 TV_API uint32_t DecodeDocInfo(const uint8_t* in, uint32_t inLen, uint32_t* outDocKind, uint8_t* outDocText1, uint32_t* outDocText1Len, uint8_t* outDocText2, uint32_t* outDocText2Len, uint8_t* outDocText3, uint32_t* outDocText3Len, LibraryTime* outDocDate1, LibraryTime* outDocDate2, uint8_t* outDocText4, uint32_t* outDocText4Len);
 
 #ifdef __cplusplus
