@@ -831,7 +831,7 @@ TV_API uint32_t CreateCrlListIDs(CrlListIDs** outList);
 /**
  * Frees a list of CRL identifiers with every identifier in it.
  *
- * @param[in] list  The list (taken over), or null; never one handed to AddCrlOcspRefToList().
+ * @param[in] list  The list (taken over), or null; never one that AddCrlOcspRefToList() took over.
  * @return #TV_OK always.
  */
 TV_API uint32_t FreeCrlListIDs(CrlListIDs* list);
@@ -903,7 +903,7 @@ TV_API uint32_t CreateOcspListIDs(OcspListIDs** outList);
 /**
  * Frees a list of OCSP response identifiers with every identifier in it.
  *
- * @param[in] list  The list (taken over), or null; never one handed to AddCrlOcspRefToList().
+ * @param[in] list  The list (taken over), or null; never one that AddCrlOcspRefToList() took over.
  * @return #TV_OK always.
  */
 TV_API uint32_t FreeOcspListIDs(OcspListIDs* list);
@@ -1082,7 +1082,7 @@ TV_API uint32_t EncodeDocInfo(uint32_t docKind, const uint8_t* docText1, uint32_
  * Reads a DocInfo attribute value: the kind, four texts and two dates.
  *
  * Absent texts read as length 0 and absent dates as the null time. Kept as callers have always had
- * it: every field is read even after one fails, and the code of the LAST failing field is returned.
+ * it: every field is read even after one fails, and the code of the last failing field is returned.
  *
  * @param[in]     in              The value's DER (borrowed).
  * @param[in]     inLen           Octets in @p in.
