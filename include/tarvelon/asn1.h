@@ -80,10 +80,10 @@ TV_API const char* GetLastFileErrorAsn(uint32_t* outLine);
 /**
  * Reads the identifier and length octets of the element at the start of a buffer.
  *
- * With @p outIndefinite given, the header alone is read: the element need not fit in @p inLen, and
- * for an indefinite length the content length reported is the rest of the input, which the caller
- * reads itself (behaviour kept). With @p outIndefinite null, an element with a definite length that
- * does not fit in @p inLen is refused.
+ * For an indefinite length the content length reported is the rest of the input. With
+ * @p outIndefinite given, the header alone is read and the element need not fit in @p inLen: the
+ * caller checks the length itself (behaviour kept). With @p outIndefinite null, a definite length
+ * running past @p inLen is refused.
  *
  * @param[in]  in              The encoding (borrowed).
  * @param[in]  inLen           Octets in @p in.
@@ -112,7 +112,8 @@ TV_API uint32_t GetAsn1ObjectInfo(const uint8_t* in, uint32_t inLen, uint8_t* ou
  * @param[out] outValue     Receives a new tree owned by the caller (FreeAsn1Object()); null on failure.
  * @param[out] outConsumed  Receives the octets read, or null.
  * @return #TV_OK, or a status code; #TV_ERR_BAD_DESCRIPTOR (305) for an inconsistent descriptor,
- *         #TV_ERR_UNSUPPORTED_TYPE (300) for a leaf type the engine cannot decode.
+ *         #TV_ERR_UNSUPPORTED_TYPE (300) for a leaf type the engine cannot decode,
+ *         #TV_ERR_INVALID_ARGUMENT also for a segmented BIT STRING, which is not read.
  */
 TV_API uint32_t Asn1DecodeItem(const uint8_t* in, uint32_t inLen, const Asn1Descriptor* descriptor, void** outValue, uint32_t* outConsumed);
 /**
