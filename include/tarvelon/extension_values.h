@@ -1,5 +1,12 @@
-/* Tarvelon: typed values of the standard extensions (RFC 5280, OCSP nonce, Netscape certificate
- * type, Russian qualified-certificate extensions), encoded to and decoded from an extnValue. */
+/**
+ * @file tarvelon/extension_values.h
+ * Typed values of the standard extensions (RFC 5280, OCSP nonce, Netscape certificate type, Russian
+ * qualified-certificate extensions), encoded to and decoded from an extnValue.
+ *
+ * Each value here is the DER that the extnValue OCTET STRING holds; the extension's OID and its
+ * criticality are the caller's business. Decoders read one element and ignore any octets after it;
+ * empty input is refused with #TV_ERR_INVALID_ARGUMENT.
+ */
 #ifndef TARVELON_EXTENSION_VALUES_H
 #define TARVELON_EXTENSION_VALUES_H
 
@@ -13,36 +20,247 @@ extern "C" {
 
 /* List-valued extensions: each is a list of element trees handled by its Create/Add/Get/Remove/
  * Free/Count/Encode/Decode family. */
+/** CRLDistributionPoints (RFC 5280 4.2.1.13): a list of DistributionPoint trees. */
 typedef Asn1List CrlDistributionPoints;
+/** ExtKeyUsageSyntax (RFC 5280 4.2.1.12): a list of key-purpose OIDs. */
 typedef Asn1List ExtendedKeyUsage;
+/** AuthorityInfoAccessSyntax (RFC 5280 4.2.2.1): a list of AccessDescription trees. */
 typedef Asn1List AuthorityInformationAccess;
+/** certificatePolicies (RFC 5280 4.2.1.4): a list of PolicyInformation trees with their qualifiers. */
 typedef Asn1List CertificatePolicies;
 
 /* Scalar values: the caller's content octets under one universal tag (an INTEGER as its big-endian
  * two's-complement contents, a text as its bytes); decoding checks the tag and returns the contents. */
+/**
+ * Writes the value of an OCSP nonce: the caller's octets as one OCTET STRING element.
+ *
+ * @param[in]     in      The nonce octets (borrowed); null only with @p inLen 0.
+ * @param[in]     inLen   Octets in @p in.
+ * @param[out]    out     Caller buffer for the extnValue, or null to ask its size.
+ * @param[in,out] outLen  Room in @p out; the octets written or needed (@ref size_protocol).
+ * @return #TV_OK, or a status code.
+ */
 TV_API uint32_t EncodeExtensionOcspNonce(const uint8_t* in, uint32_t inLen, uint8_t* out, uint32_t* outLen);
+/**
+ * Reads the value of an OCSP nonce: the content octets of one OCTET STRING element.
+ *
+ * @param[in]     in      The extnValue (borrowed); an element under another tag is refused.
+ * @param[in]     inLen   Octets in @p in.
+ * @param[out]    out     Caller buffer for the nonce octets, or null to ask their number.
+ * @param[in,out] outLen  Room in @p out; the octets written or needed (@ref size_protocol).
+ * @return #TV_OK, or a status code.
+ */
 TV_API uint32_t DecodeExtensionOcspNonce(const uint8_t* in, uint32_t inLen, uint8_t* out, uint32_t* outLen);
+/**
+ * Writes the value of a CRL number: the caller's content octets as one INTEGER element.
+ *
+ * The octets go out as given, without a check: they must already be the minimal big-endian two's
+ * complement that DER requires.
+ *
+ * @param[in]     in      The number's content octets (borrowed); null only with @p inLen 0.
+ * @param[in]     inLen   Octets in @p in.
+ * @param[out]    out     Caller buffer for the extnValue, or null to ask its size.
+ * @param[in,out] outLen  Room in @p out; the octets written or needed (@ref size_protocol).
+ * @return #TV_OK, or a status code.
+ */
 TV_API uint32_t EncodeExtensionCrlNumber(const uint8_t* in, uint32_t inLen, uint8_t* out, uint32_t* outLen);
+/**
+ * Reads the value of a CRL number: the content octets of one INTEGER element, big-endian two's
+ * complement of any length.
+ *
+ * @param[in]     in      The extnValue (borrowed); an element under another tag is refused.
+ * @param[in]     inLen   Octets in @p in.
+ * @param[out]    out     Caller buffer for the content octets, or null to ask their number.
+ * @param[in,out] outLen  Room in @p out; the octets written or needed (@ref size_protocol).
+ * @return #TV_OK, or a status code.
+ */
 TV_API uint32_t DecodeExtensionCrlNumber(const uint8_t* in, uint32_t inLen, uint8_t* out, uint32_t* outLen);
+/**
+ * Writes the value of a delta CRL indicator (the number of the base CRL): the caller's content
+ * octets as one INTEGER element.
+ *
+ * The octets go out as given, without a check: they must already be the minimal big-endian two's
+ * complement that DER requires.
+ *
+ * @param[in]     in      The number's content octets (borrowed); null only with @p inLen 0.
+ * @param[in]     inLen   Octets in @p in.
+ * @param[out]    out     Caller buffer for the extnValue, or null to ask its size.
+ * @param[in,out] outLen  Room in @p out; the octets written or needed (@ref size_protocol).
+ * @return #TV_OK, or a status code.
+ */
 TV_API uint32_t EncodeExtensionDeltaCrlIndicator(const uint8_t* in, uint32_t inLen, uint8_t* out, uint32_t* outLen);
+/**
+ * Reads the value of a delta CRL indicator: the content octets of one INTEGER element, big-endian
+ * two's complement of any length.
+ *
+ * @param[in]     in      The extnValue (borrowed); an element under another tag is refused.
+ * @param[in]     inLen   Octets in @p in.
+ * @param[out]    out     Caller buffer for the content octets, or null to ask their number.
+ * @param[in,out] outLen  Room in @p out; the octets written or needed (@ref size_protocol).
+ * @return #TV_OK, or a status code.
+ */
 TV_API uint32_t DecodeExtensionDeltaCrlIndicator(const uint8_t* in, uint32_t inLen, uint8_t* out, uint32_t* outLen);
+/**
+ * Writes the value of the subject's signature tool extension of a qualified certificate: the
+ * caller's text as one UTF8String element.
+ *
+ * @param[in]     in      UTF-8 text (borrowed), written as given; null only with @p inLen 0.
+ * @param[in]     inLen   Octets in @p in.
+ * @param[out]    out     Caller buffer for the extnValue, or null to ask its size.
+ * @param[in,out] outLen  Room in @p out; the octets written or needed (@ref size_protocol).
+ * @return #TV_OK, or a status code.
+ */
 TV_API uint32_t EncodeExtensionSubjectSignTool(const uint8_t* in, uint32_t inLen, uint8_t* out, uint32_t* outLen);
+/**
+ * Reads the value of the subject's signature tool extension: the text of one UTF8String element.
+ *
+ * @param[in]     in      The extnValue (borrowed); an element under another tag is refused.
+ * @param[in]     inLen   Octets in @p in.
+ * @param[out]    out     Caller buffer for the UTF-8 text, not NUL-terminated, or null to ask its size.
+ * @param[in,out] outLen  Room in @p out; the octets written or needed (@ref size_protocol).
+ * @return #TV_OK, or a status code.
+ */
 TV_API uint32_t DecodeExtensionSubjectSignTool(const uint8_t* in, uint32_t inLen, uint8_t* out, uint32_t* outLen);
+/**
+ * Writes a SNILS (insurance account number) extension value: the caller's text as one UTF8String
+ * element.
+ *
+ * @param[in]     in      The number as text (borrowed), written as given; null only with @p inLen 0.
+ * @param[in]     inLen   Octets in @p in.
+ * @param[out]    out     Caller buffer for the extnValue, or null to ask its size.
+ * @param[in,out] outLen  Room in @p out; the octets written or needed (@ref size_protocol).
+ * @return #TV_OK, or a status code.
+ */
 TV_API uint32_t EncodeExtensionSnils(const uint8_t* in, uint32_t inLen, uint8_t* out, uint32_t* outLen);
+/**
+ * Reads a SNILS extension value: the text of one UTF8String element.
+ *
+ * @param[in]     in      The extnValue (borrowed); an element under another tag is refused.
+ * @param[in]     inLen   Octets in @p in.
+ * @param[out]    out     Caller buffer for the text, not NUL-terminated, or null to ask its size.
+ * @param[in,out] outLen  Room in @p out; the octets written or needed (@ref size_protocol).
+ * @return #TV_OK, or a status code.
+ */
 TV_API uint32_t DecodeExtensionSnils(const uint8_t* in, uint32_t inLen, uint8_t* out, uint32_t* outLen);
+/**
+ * Writes the value of a subject key identifier: the caller's key identifier as one OCTET STRING
+ * element.
+ *
+ * @param[in]     in      The key identifier (borrowed); null only with @p inLen 0.
+ * @param[in]     inLen   Octets in @p in.
+ * @param[out]    out     Caller buffer for the extnValue, or null to ask its size.
+ * @param[in,out] outLen  Room in @p out; the octets written or needed (@ref size_protocol).
+ * @return #TV_OK, or a status code.
+ */
 TV_API uint32_t EncodeExtensionSubjectKeyIdentifier(const uint8_t* in, uint32_t inLen, uint8_t* out, uint32_t* outLen);
+/**
+ * Reads the value of a subject key identifier: the content octets of one OCTET STRING element.
+ *
+ * @param[in]     in      The extnValue (borrowed); an element under another tag is refused.
+ * @param[in]     inLen   Octets in @p in.
+ * @param[out]    out     Caller buffer for the key identifier, or null to ask its size.
+ * @param[in,out] outLen  Room in @p out; the octets written or needed (@ref size_protocol).
+ * @return #TV_OK, or a status code.
+ */
 TV_API uint32_t DecodeExtensionSubjectKeyIdentifier(const uint8_t* in, uint32_t inLen, uint8_t* out, uint32_t* outLen);
 
 /* Named-bit lists travel as a flag word whose octets, least significant first, are the first four
  * content octets: digitalSignature 0x80 ... encipherOnly 0x01, decipherOnly 0x8000. Decoding keeps
  * at most four octets and clears the unused bits. */
+/**
+ * Writes the value of a key usage extension from a flag word.
+ *
+ * The low octet holds the first eight named bits: digitalSignature 0x80, nonRepudiation 0x40,
+ * keyEncipherment 0x20, dataEncipherment 0x10, keyAgreement 0x08, keyCertSign 0x04, cRLSign 0x02,
+ * encipherOnly 0x01; decipherOnly is 0x8000. Trailing zero bits are dropped, as DER requires for
+ * named bits; 0 gives the empty BIT STRING 03 01 00.
+ *
+ * @param[in]     bits    The flag word.
+ * @param[out]    out     Caller buffer for the extnValue, or null to ask its size.
+ * @param[in,out] outLen  Room in @p out; the octets written or needed (@ref size_protocol).
+ * @return #TV_OK, or a status code.
+ */
 TV_API uint32_t EncodeExtensionKeyUsage(uint32_t bits, uint8_t* out, uint32_t* outLen);
+/**
+ * Reads the value of a key usage extension into a flag word laid out as EncodeExtensionKeyUsage()
+ * takes it.
+ *
+ * Only the first four content octets are kept; unused bits that arrive set are cleared.
+ *
+ * @param[in]  in       The extnValue, one BIT STRING element (borrowed).
+ * @param[in]  inLen    Octets in @p in.
+ * @param[out] outBits  Receives the flag word; 0 when the decoding fails.
+ * @return #TV_OK, or a status code.
+ */
 TV_API uint32_t DecodeExtensionKeyUsage(const uint8_t* in, uint32_t inLen, uint32_t* outBits);
+/**
+ * Writes the value of a Netscape certificate type extension from a flag word.
+ *
+ * The low octet holds the eight named bits in order from 0x80 down: SSL client, SSL server, S/MIME,
+ * object signing, reserved, SSL CA, S/MIME CA, object-signing CA. Trailing zero bits are dropped, as
+ * DER requires for named bits.
+ *
+ * @param[in]     bits    The flag word.
+ * @param[out]    out     Caller buffer for the extnValue, or null to ask its size.
+ * @param[in,out] outLen  Room in @p out; the octets written or needed (@ref size_protocol).
+ * @return #TV_OK, or a status code.
+ */
 TV_API uint32_t EncodeExtensionNetscapeCertificateType(uint32_t bits, uint8_t* out, uint32_t* outLen);
+/**
+ * Reads the value of a Netscape certificate type extension into a flag word laid out as
+ * EncodeExtensionNetscapeCertificateType() takes it.
+ *
+ * Only the first four content octets are kept; unused bits that arrive set are cleared.
+ *
+ * @param[in]  in       The extnValue, one BIT STRING element (borrowed).
+ * @param[in]  inLen    Octets in @p in.
+ * @param[out] outBits  Receives the flag word; 0 when the decoding fails.
+ * @return #TV_OK, or a status code.
+ */
 TV_API uint32_t DecodeExtensionNetscapeCertificateType(const uint8_t* in, uint32_t inLen, uint32_t* outBits);
+/**
+ * Writes the value of a CRL entry's reason code as an ENUMERATED.
+ *
+ * The number is written as the minimal two's complement of its signed 32-bit value (128 gives
+ * 0A 02 00 80, 0xFFFFFFFF gives 0A 01 FF), which DecodeExtensionReasonCode() reads back unchanged.
+ *
+ * @param[in]     reason  The reason (RFC 5280 5.3.1 defines 0 to 10, 7 unused); not checked.
+ * @param[out]    out     Caller buffer for the extnValue, or null to ask its size.
+ * @param[in,out] outLen  Room in @p out; the octets written or needed (@ref size_protocol).
+ * @return #TV_OK, or a status code.
+ */
 TV_API uint32_t EncodeExtensionReasonCode(uint32_t reason, uint8_t* out, uint32_t* outLen);
+/**
+ * Reads the value of a CRL entry's reason code: one ENUMERATED as a signed 32-bit number.
+ *
+ * @param[in]  in         The extnValue (borrowed).
+ * @param[in]  inLen      Octets in @p in.
+ * @param[out] outReason  Receives the reason.
+ * @return #TV_OK, or a status code; #TV_ERR_BUFFER_TOO_SMALL (49) for contents of more than four
+ *         octets, which no 32-bit number holds.
+ */
 TV_API uint32_t DecodeExtensionReasonCode(const uint8_t* in, uint32_t inLen, uint32_t* outReason);
+/**
+ * Writes the value of an invalidity date: one GeneralizedTime to the second, in UTC.
+ *
+ * The record is written as it is, not checked as a calendar date.
+ *
+ * @param[in]     time    The date (borrowed).
+ * @param[out]    out     Caller buffer for the extnValue, or null to ask its size.
+ * @param[in,out] outLen  Room in @p out; the octets written or needed (@ref size_protocol).
+ * @return #TV_OK, or a status code; #TV_ERR_TIME (313) for a field too wide for its place, such as
+ *         a year over 9999.
+ */
 TV_API uint32_t EncodeExtensionInvalidityDate(const LibraryTime* time, uint8_t* out, uint32_t* outLen);
+/**
+ * Reads the value of an invalidity date: one GeneralizedTime, to the second.
+ *
+ * @param[in]  in       The extnValue (borrowed).
+ * @param[in]  inLen    Octets in @p in.
+ * @param[out] outTime  Receives the date.
+ * @return #TV_OK, or a status code; #TV_ERR_TIME (313) for a date or time that does not exist or a
+ *         year outside 1900 to 2100; the fields read before the faulty one are stored all the same.
+ */
 TV_API uint32_t DecodeExtensionInvalidityDate(const uint8_t* in, uint32_t inLen, LibraryTime* outTime);
 
 /* Structures. pathLen 0xFFFFFFFF means absent; outCa receives the raw BOOLEAN octet (0xFF or 0x00). */
