@@ -263,21 +263,185 @@ TV_API uint32_t EncodeExtensionInvalidityDate(const LibraryTime* time, uint8_t* 
  */
 TV_API uint32_t DecodeExtensionInvalidityDate(const uint8_t* in, uint32_t inLen, LibraryTime* outTime);
 
-/* Structures. pathLen 0xFFFFFFFF means absent; outCa receives the raw BOOLEAN octet (0xFF or 0x00). */
+/* Structures. */
+/**
+ * Writes the value of a basic constraints extension.
+ *
+ * cA FALSE is left out, as DER requires for a default. The two fields are not checked against each
+ * other: a path length with cA false is written as given.
+ *
+ * @param[in]     cA       Non-zero for a CA certificate.
+ * @param[in]     pathLen  The path length constraint, taken as unsigned; 0xFFFFFFFF leaves it out.
+ * @param[out]    out      Caller buffer for the extnValue, or null to ask its size.
+ * @param[in,out] outLen   Room in @p out; the octets written or needed (@ref size_protocol).
+ * @return #TV_OK, or a status code.
+ */
 TV_API uint32_t EncodeExtensionBasicConstraints(int cA, uint32_t pathLen, uint8_t* out, uint32_t* outLen);
+/**
+ * Reads the value of a basic constraints extension.
+ *
+ * @param[in]  in          The extnValue (borrowed).
+ * @param[in]  inLen       Octets in @p in.
+ * @param[out] outCa       Receives the raw BOOLEAN octet of cA (0xFF or 0x00; 0x00 when absent).
+ * @param[out] outPathLen  Receives the path length, 0xFFFFFFFF when absent.
+ * @return #TV_OK, or a status code; #TV_ERR_BUFFER_TOO_SMALL (49) for a path length of more than
+ *         four content octets, so one of 0x80000000 or more that the encoder wrote does not read back.
+ */
 TV_API uint32_t DecodeExtensionBasicConstraints(const uint8_t* in, uint32_t inLen, uint8_t* outCa, uint32_t* outPathLen);
-/* Each of keyId, issuer and serial is written when its pointer is not null. The decoded issuer is a
- * copy the caller frees with FreeX509GeneralNames (null when absent); absent octet parts give length 0. */
+/**
+ * Writes the value of an authority key identifier extension; each of the three parts is written when
+ * its pointer is not null.
+ *
+ * @param[in]     keyId      Key identifier octets (borrowed), or null to leave it out.
+ * @param[in]     keyIdLen   Octets in @p keyId.
+ * @param[in]     issuer     The authority's certificate issuer (borrowed, copied), or null.
+ * @param[in]     serial     Content octets of the authority certificate's serial number, big-endian
+ *                           two's complement written as given (borrowed), or null.
+ * @param[in]     serialLen  Octets in @p serial.
+ * @param[out]    out        Caller buffer for the extnValue, or null to ask its size.
+ * @param[in,out] outLen     Room in @p out; the octets written or needed (@ref size_protocol).
+ * @return #TV_OK, or a status code.
+ */
 TV_API uint32_t EncodeExtensionAuthorityKeyIdentifier(const uint8_t* keyId, uint32_t keyIdLen, const GeneralNames* issuer, const uint8_t* serial, uint32_t serialLen, uint8_t* out, uint32_t* outLen);
+/**
+ * Reads the value of an authority key identifier extension into its three parts.
+ *
+ * Every part is delivered or sized whatever the others answered, so one call with null buffers asks
+ * both sizes; of several failures the key identifier's is returned first, then the issuer's, then
+ * the serial's. The issuer copy goes to the caller only on success: a call answered with
+ * #TV_ERR_BUFFER_TOO_SMALL leaves nothing to free.
+ *
+ * @param[in]     in            The extnValue (borrowed).
+ * @param[in]     inLen         Octets in @p in.
+ * @param[out]    outKeyId      Caller buffer for the key identifier, or null to ask its size.
+ * @param[in,out] outKeyIdLen   Room in @p outKeyId; the octets written or needed (@ref size_protocol),
+ *                              0 when the part is absent.
+ * @param[out]    outIssuer     Receives a copy of the issuer owned by the caller
+ *                              (FreeX509GeneralNames()), null when absent; or null not to ask for it.
+ * @param[out]    outSerial     Caller buffer for the serial number's content octets, or null to ask
+ *                              their number.
+ * @param[in,out] outSerialLen  Room in @p outSerial; the octets written or needed, 0 when the part is
+ *                              absent.
+ * @return #TV_OK, or a status code.
+ */
 TV_API uint32_t DecodeExtensionAuthorityKeyIdentifier(const uint8_t* in, uint32_t inLen, uint8_t* outKeyId, uint32_t* outKeyIdLen, GeneralNames** outIssuer, uint8_t* outSerial, uint32_t* outSerialLen);
-/* A null time is left out; an absent part decodes as the null (all-zero) time. */
+/**
+ * Writes the value of a private key usage period extension; a null time is left out.
+ *
+ * @param[in]     notBefore  Start of the period (borrowed), or null.
+ * @param[in]     notAfter   End of the period (borrowed), or null.
+ * @param[out]    out        Caller buffer for the extnValue, or null to ask its size.
+ * @param[in,out] outLen     Room in @p out; the octets written or needed (@ref size_protocol).
+ * @return #TV_OK, or a status code; #TV_ERR_TIME (313) for a time field too wide for its place.
+ */
 TV_API uint32_t EncodeExtensionPrivateKeyUsagePeriod(const LibraryTime* notBefore, const LibraryTime* notAfter, uint8_t* out, uint32_t* outLen);
+/**
+ * Reads the value of a private key usage period extension; an absent part reads as the null
+ * (all-zero) time.
+ *
+ * @param[in]  in            The extnValue (borrowed).
+ * @param[in]  inLen         Octets in @p in.
+ * @param[out] outNotBefore  Receives the start of the period.
+ * @param[out] outNotAfter   Receives the end of the period.
+ * @return #TV_OK, or a status code; #TV_ERR_TIME (313) for a date or time that does not exist.
+ */
 TV_API uint32_t DecodeExtensionPrivateKeyUsagePeriod(const uint8_t* in, uint32_t inLen, LibraryTime* outNotBefore, LibraryTime* outNotAfter);
+/**
+ * Writes the value of the issuer's signature tool extension of a qualified certificate: four
+ * UTF8Strings in the order of the parameters.
+ *
+ * The texts are written as given, unchecked; each may be empty but none may be null.
+ *
+ * @param[in]     signTool         Name of the issuer's signature tool (borrowed), UTF-8.
+ * @param[in]     signToolLen      Octets in @p signTool.
+ * @param[in]     caTool           Name of the certification authority tool (borrowed), UTF-8.
+ * @param[in]     caToolLen        Octets in @p caTool.
+ * @param[in]     signToolCert     Conformity certificate of the signature tool (borrowed), UTF-8.
+ * @param[in]     signToolCertLen  Octets in @p signToolCert.
+ * @param[in]     caToolCert       Conformity certificate of the authority tool (borrowed), UTF-8.
+ * @param[in]     caToolCertLen    Octets in @p caToolCert.
+ * @param[out]    out              Caller buffer for the extnValue, or null to ask its size.
+ * @param[in,out] outLen           Room in @p out; the octets written or needed (@ref size_protocol).
+ * @return #TV_OK, or a status code.
+ */
 TV_API uint32_t EncodeExtensionIssuerSignTool(const uint8_t* signTool, uint32_t signToolLen, const uint8_t* caTool, uint32_t caToolLen, const uint8_t* signToolCert, uint32_t signToolCertLen, const uint8_t* caToolCert, uint32_t caToolCertLen, uint8_t* out, uint32_t* outLen);
+/**
+ * Reads the value of the issuer's signature tool extension into its four texts.
+ *
+ * Every text is delivered or sized whatever the others answered, so one call with null buffers asks
+ * all four sizes; of several failures the last text's code is returned.
+ *
+ * @param[in]     in                  The extnValue (borrowed).
+ * @param[in]     inLen               Octets in @p in.
+ * @param[out]    outSignTool         Caller buffer for the signature tool's name, or null to ask.
+ * @param[in,out] outSignToolLen      Room in @p outSignTool; the octets written or needed
+ *                                    (@ref size_protocol).
+ * @param[out]    outCaTool           Caller buffer for the authority tool's name, or null to ask.
+ * @param[in,out] outCaToolLen        Room in @p outCaTool; the octets written or needed.
+ * @param[out]    outSignToolCert     Caller buffer for the signature tool's certificate, or null.
+ * @param[in,out] outSignToolCertLen  Room in @p outSignToolCert; the octets written or needed.
+ * @param[out]    outCaToolCert       Caller buffer for the authority tool's certificate, or null.
+ * @param[in,out] outCaToolCertLen    Room in @p outCaToolCert; the octets written or needed.
+ * @return #TV_OK, or a status code.
+ */
 TV_API uint32_t DecodeExtensionIssuerSignTool(const uint8_t* in, uint32_t inLen, uint8_t* outSignTool, uint32_t* outSignToolLen, uint8_t* outCaTool, uint32_t* outCaToolLen, uint8_t* outSignToolCert, uint32_t* outSignToolCertLen, uint8_t* outCaToolCert, uint32_t* outCaToolCertLen);
-/* The reasons carry context tag [1], not the [3] of RFC 5280, in both directions. The decoded names
- * are copies the caller frees (null when absent); a boolean's present flag is always 1 after a decode. */
+/**
+ * Writes the value of a CRL's issuing distribution point extension.
+ *
+ * The reasons go under context tag [1], not the [3] of RFC 5280: values written this way exist and
+ * DecodeExtensionIssuingDistributionPoint() reads them back. A name relative to the CRL issuer goes
+ * under [1] of the distribution point name as a whole Name, not as the single
+ * RelativeDistinguishedName of RFC 5280. A flag whose present argument is non-zero is stored, but a
+ * FALSE flag is then left out, as DER requires for a default.
+ *
+ * @param[in]     fullName                   Full name of the distribution point (borrowed, copied),
+ *                                           or null; it wins when both names are given.
+ * @param[in]     relativeName               Name relative to the CRL issuer (borrowed, copied), or
+ *                                           null.
+ * @param[in]     onlyUserCerts              Non-zero for TRUE.
+ * @param[in]     onlyUserCertsPresent       Non-zero to write @p onlyUserCerts.
+ * @param[in]     onlyCaCerts                Non-zero for TRUE.
+ * @param[in]     onlyCaCertsPresent         Non-zero to write @p onlyCaCerts.
+ * @param[in]     reasons                    Reason flags, laid out as AddExtensionCrlDistributionPoint()
+ *                                           takes them.
+ * @param[in]     reasonsPresent             Non-zero to write @p reasons.
+ * @param[in]     indirectCrl                Non-zero for TRUE.
+ * @param[in]     indirectCrlPresent         Non-zero to write @p indirectCrl.
+ * @param[in]     onlyAttributeCerts         Non-zero for TRUE.
+ * @param[in]     onlyAttributeCertsPresent  Non-zero to write @p onlyAttributeCerts.
+ * @param[out]    out                        Caller buffer for the extnValue, or null to ask its size.
+ * @param[in,out] outLen                     Room in @p out; the octets written or needed
+ *                                           (@ref size_protocol).
+ * @return #TV_OK, or a status code.
+ */
 TV_API uint32_t EncodeExtensionIssuingDistributionPoint(const GeneralNames* fullName, const X509Name* relativeName, uint32_t onlyUserCerts, uint32_t onlyUserCertsPresent, uint32_t onlyCaCerts, uint32_t onlyCaCertsPresent, uint32_t reasons, uint32_t reasonsPresent, uint32_t indirectCrl, uint32_t indirectCrlPresent, uint32_t onlyAttributeCerts, uint32_t onlyAttributeCertsPresent, uint8_t* out, uint32_t* outLen);
+/**
+ * Reads the value of a CRL's issuing distribution point extension.
+ *
+ * The reasons are read under [1], as EncodeExtensionIssuingDistributionPoint() writes them: a [1]
+ * element after the optional name is the user-certificates flag when it holds the one octet 0xFF, or 0x00
+ * followed by another [1], and the reasons otherwise. An element under [3], where RFC 5280 has the
+ * reasons, is not taken for them. A name relative to the CRL issuer must be a whole Name; the single
+ * RelativeDistinguishedName of RFC 5280 fails to decode.
+ *
+ * @param[in]  in                            The extnValue (borrowed).
+ * @param[in]  inLen                         Octets in @p in.
+ * @param[out] outFullName                   Receives a copy of the full name owned by the caller
+ *                                           (FreeX509GeneralNames()), null when absent.
+ * @param[out] outRelativeName               Receives a copy of the relative name owned by the caller
+ *                                           (FreeX509Name()), null when absent.
+ * @param[out] outOnlyUserCerts              Receives the raw BOOLEAN octet, 0x00 when absent.
+ * @param[out] outOnlyUserCertsPresent       Receives 1, always: an absent flag reads as its default.
+ * @param[out] outOnlyCaCerts                Receives the raw BOOLEAN octet, 0x00 when absent.
+ * @param[out] outOnlyCaCertsPresent         Receives 1, always.
+ * @param[out] outReasons                    Receives the reason flags, 0 when absent.
+ * @param[out] outReasonsPresent             Receives 1 when the reasons are there, else 0.
+ * @param[out] outIndirectCrl                Receives the raw BOOLEAN octet, 0x00 when absent.
+ * @param[out] outIndirectCrlPresent         Receives 1, always.
+ * @param[out] outOnlyAttributeCerts         Receives the raw BOOLEAN octet, 0x00 when absent.
+ * @param[out] outOnlyAttributeCertsPresent  Receives 1, always.
+ * @return #TV_OK, or a status code.
+ */
 TV_API uint32_t DecodeExtensionIssuingDistributionPoint(const uint8_t* in, uint32_t inLen, GeneralNames** outFullName, X509Name** outRelativeName, uint8_t* outOnlyUserCerts, uint32_t* outOnlyUserCertsPresent, uint8_t* outOnlyCaCerts, uint32_t* outOnlyCaCertsPresent, uint32_t* outReasons, uint32_t* outReasonsPresent, uint8_t* outIndirectCrl, uint32_t* outIndirectCrlPresent, uint8_t* outOnlyAttributeCerts, uint32_t* outOnlyAttributeCertsPresent);
 
 /* CRL distribution points. Add takes the given trees over (the caller no longer frees them after a
