@@ -446,48 +446,358 @@ TV_API uint32_t DecodeExtensionIssuingDistributionPoint(const uint8_t* in, uint3
 
 /* CRL distribution points. Add takes the given trees over (the caller no longer frees them after a
  * successful add); Get hands out borrowed references into the list. */
+/**
+ * Creates an empty list for the value of a CRL distribution points extension.
+ *
+ * @param[out] outList  Receives a new list owned by the caller (FreeExtensionCrlDistributionPoints()).
+ * @return #TV_OK, or a status code.
+ */
 TV_API uint32_t CreateExtensionCrlDistributionPoints(CrlDistributionPoints** outList);
+/**
+ * Appends a distribution point to the list, taking over the trees it is given.
+ *
+ * On success the list owns @p fullName, @p relativeName and @p crlIssuer and frees them with itself;
+ * after a failure they stay the caller's. A name relative to the CRL issuer is written as a whole
+ * Name under [1], not as the single RelativeDistinguishedName of RFC 5280.
+ *
+ * @param[in,out] list          The list (borrowed).
+ * @param[in]     fullName      Full name of the distribution point (taken over: freed with the list),
+ *                              or null.
+ * @param[in]     relativeName  Name relative to the CRL issuer (taken over: freed with the list), or
+ *                              null; not together with @p fullName.
+ * @param[in]     reasons       Reason flags, 0 to leave them out: unused 0x80, keyCompromise 0x40,
+ *                              cACompromise 0x20, affiliationChanged 0x10, superseded 0x08,
+ *                              cessationOfOperation 0x04, certificateHold 0x02, privilegeWithdrawn
+ *                              0x01, aACompromise 0x8000.
+ * @param[in]     crlIssuer     The CRL issuer (taken over: freed with the list), or null.
+ * @return #TV_OK, or a status code; #TV_ERR_INVALID_ARGUMENT also when both names are given, or when
+ *         all four parts are left out.
+ */
 TV_API uint32_t AddExtensionCrlDistributionPoint(CrlDistributionPoints* list, GeneralNames* fullName, X509Name* relativeName, uint32_t reasons, GeneralNames* crlIssuer);
+/**
+ * Gives the parts of the distribution point at @p index, lent by the list.
+ *
+ * The outputs are cleared before anything else, so after a failure they hold null and 0.
+ *
+ * @param[in]  list             The list (borrowed).
+ * @param[in]  index            Zero-based index.
+ * @param[out] outFullName      Receives the full name, lent by @p list (do not free), or null when
+ *                              absent.
+ * @param[out] outRelativeName  Receives the name relative to the CRL issuer, lent by @p list (do not
+ *                              free), or null when absent.
+ * @param[out] outReasons       Receives the reason flags (see AddExtensionCrlDistributionPoint()), 0
+ *                              when absent.
+ * @param[out] outCrlIssuer     Receives the CRL issuer, lent by @p list (do not free), or null when
+ *                              absent.
+ * @return #TV_OK, or a status code.
+ */
 TV_API uint32_t GetExtensionCrlDistributionPoint(const CrlDistributionPoints* list, uint32_t index, GeneralNames** outFullName, X509Name** outRelativeName, uint32_t* outReasons, GeneralNames** outCrlIssuer);
+/**
+ * Removes the distribution point at @p index and frees it; the entries after it move down by one.
+ *
+ * @param[in,out] list   The list (borrowed).
+ * @param[in]     index  Zero-based index; one past the end is refused (#TV_ERR_INVALID_ARGUMENT).
+ * @return #TV_OK, or a status code.
+ */
 TV_API uint32_t RemoveExtensionCrlDistributionPoint(CrlDistributionPoints* list, uint32_t index);
+/**
+ * Frees a list of distribution points and everything in it.
+ *
+ * @param[in] list  The list (taken over and freed), or null.
+ * @return #TV_OK, also for a null list.
+ */
 TV_API uint32_t FreeExtensionCrlDistributionPoints(CrlDistributionPoints* list);
+/**
+ * Gives the number of distribution points in the list.
+ *
+ * @param[in]  list      The list (borrowed).
+ * @param[out] outCount  Receives the number of distribution points.
+ * @return #TV_OK, or a status code.
+ */
 TV_API uint32_t GetExtensionCrlDistributionPointsCount(const CrlDistributionPoints* list, uint32_t* outCount);
+/**
+ * Writes a list of distribution points as the value of a CRL distribution points extension.
+ *
+ * @param[in]     list    The list (borrowed).
+ * @param[out]    out     Caller buffer for the extnValue, or null to ask its size.
+ * @param[in,out] outLen  Room in @p out; the octets written or needed (@ref size_protocol).
+ * @return #TV_OK, or a status code.
+ */
 TV_API uint32_t EncodeExtensionCrlDistributionPoints(const CrlDistributionPoints* list, uint8_t* out, uint32_t* outLen);
+/**
+ * Reads the value of a CRL distribution points extension into a new list of distribution points.
+ *
+ * @param[in]  in       The extnValue (borrowed).
+ * @param[in]  inLen    Octets in @p in.
+ * @param[out] outList  Receives a new list owned by the caller (FreeExtensionCrlDistributionPoints()).
+ * @return #TV_OK, or a status code.
+ */
 TV_API uint32_t DecodeExtensionCrlDistributionPoints(const uint8_t* in, uint32_t inLen, CrlDistributionPoints** outList);
 
 /* Extended key usage: packed key-purpose OIDs. */
+/**
+ * Creates an empty list for the value of a extended key usage extension.
+ *
+ * @param[out] outList  Receives a new list owned by the caller (FreeExtensionExtendedKeyUsage()).
+ * @return #TV_OK, or a status code.
+ */
 TV_API uint32_t CreateExtensionExtendedKeyUsage(ExtendedKeyUsage** outList);
+/**
+ * Appends a key purpose to the list.
+ *
+ * @param[in,out] list        The list (borrowed).
+ * @param[in]     purposeOid  Packed key-purpose OID (borrowed, copied).
+ * @return #TV_OK, or a status code.
+ */
 TV_API uint32_t AddExtensionExtendedKeyUsage(ExtendedKeyUsage* list, const uint8_t* purposeOid);
+/**
+ * Copies the key purpose at @p index as a packed OID.
+ *
+ * @param[in]     list       The list (borrowed).
+ * @param[in]     index      Zero-based index.
+ * @param[out]    outOid     Caller buffer for the packed OID, or null to ask its size.
+ * @param[in,out] outOidLen  Room in @p outOid; the octets written or needed (@ref size_protocol).
+ * @return #TV_OK, or a status code.
+ */
 TV_API uint32_t GetExtensionExtendedKeyUsage(const ExtendedKeyUsage* list, uint32_t index, uint8_t* outOid, uint32_t* outOidLen);
+/**
+ * Removes the key purpose at @p index and frees it; the entries after it move down by one.
+ *
+ * @param[in,out] list   The list (borrowed).
+ * @param[in]     index  Zero-based index; one past the end is refused (#TV_ERR_INVALID_ARGUMENT).
+ * @return #TV_OK, or a status code.
+ */
 TV_API uint32_t RemoveExtensionExtendedKeyUsage(ExtendedKeyUsage* list, uint32_t index);
+/**
+ * Frees a list of key purposes and everything in it.
+ *
+ * @param[in] list  The list (taken over and freed), or null.
+ * @return #TV_OK, also for a null list.
+ */
 TV_API uint32_t FreeExtensionExtendedKeyUsage(ExtendedKeyUsage* list);
+/**
+ * Gives the number of key purposes in the list.
+ *
+ * @param[in]  list      The list (borrowed).
+ * @param[out] outCount  Receives the number of key purposes.
+ * @return #TV_OK, or a status code.
+ */
 TV_API uint32_t GetExtensionExtendedKeyUsageCount(const ExtendedKeyUsage* list, uint32_t* outCount);
+/**
+ * Writes a list of key purposes as the value of a extended key usage extension.
+ *
+ * @param[in]     list    The list (borrowed).
+ * @param[out]    out     Caller buffer for the extnValue, or null to ask its size.
+ * @param[in,out] outLen  Room in @p out; the octets written or needed (@ref size_protocol).
+ * @return #TV_OK, or a status code.
+ */
 TV_API uint32_t EncodeExtensionExtendedKeyUsage(const ExtendedKeyUsage* list, uint8_t* out, uint32_t* outLen);
+/**
+ * Reads the value of a extended key usage extension into a new list of key purposes.
+ *
+ * @param[in]  in       The extnValue (borrowed).
+ * @param[in]  inLen    Octets in @p in.
+ * @param[out] outList  Receives a new list owned by the caller (FreeExtensionExtendedKeyUsage()).
+ * @return #TV_OK, or a status code.
+ */
 TV_API uint32_t DecodeExtensionExtendedKeyUsage(const uint8_t* in, uint32_t inLen, ExtendedKeyUsage** outList);
 
 /* Authority information access: Add copies the method OID and takes the location over; Get lends it. */
+/**
+ * Creates an empty list for the value of a authority information access extension.
+ *
+ * @param[out] outList  Receives a new list owned by the caller (FreeExtensionAuthorityInformationAccess()).
+ * @return #TV_OK, or a status code.
+ */
 TV_API uint32_t CreateExtensionAuthorityInformationAccess(AuthorityInformationAccess** outList);
+/**
+ * Appends an access description to the list: the method OID is copied, the location taken over.
+ *
+ * On success the list owns @p location and frees it with itself; after a failure it stays the
+ * caller's.
+ *
+ * @param[in,out] list       The list (borrowed).
+ * @param[in]     methodOid  Packed access-method OID (borrowed, copied), such as id-ad-ocsp.
+ * @param[in]     location   The access location (taken over: freed with the list).
+ * @return #TV_OK, or a status code.
+ */
 TV_API uint32_t AddExtensionAuthorityInformationAccess(AuthorityInformationAccess* list, const uint8_t* methodOid, GeneralName* location);
+/**
+ * Gives the access description at @p index: a copy of its method OID and its location, lent by the
+ * list.
+ *
+ * @param[in]     list         The list (borrowed).
+ * @param[in]     index        Zero-based index.
+ * @param[out]    outOid       Caller buffer for the packed method OID, or null to ask its size.
+ * @param[in,out] outOidLen    Room in @p outOid; the octets written or needed (@ref size_protocol).
+ * @param[out]    outLocation  Receives the location, lent by @p list (do not free); or null not to
+ *                             ask for it. Stored only when the OID call succeeds.
+ * @return #TV_OK, or a status code.
+ */
 TV_API uint32_t GetExtensionAuthorityInformationAccess(const AuthorityInformationAccess* list, uint32_t index, uint8_t* outOid, uint32_t* outOidLen, GeneralName** outLocation);
+/**
+ * Removes the access description at @p index and frees it; the entries after it move down by one.
+ *
+ * @param[in,out] list   The list (borrowed).
+ * @param[in]     index  Zero-based index; one past the end is refused (#TV_ERR_INVALID_ARGUMENT).
+ * @return #TV_OK, or a status code.
+ */
 TV_API uint32_t RemoveExtensionAuthorityInformationAccess(AuthorityInformationAccess* list, uint32_t index);
+/**
+ * Frees a list of access descriptions and everything in it.
+ *
+ * @param[in] list  The list (taken over and freed), or null.
+ * @return #TV_OK, also for a null list.
+ */
 TV_API uint32_t FreeExtensionAuthorityInformationAccess(AuthorityInformationAccess* list);
+/**
+ * Gives the number of access descriptions in the list.
+ *
+ * @param[in]  list      The list (borrowed).
+ * @param[out] outCount  Receives the number of access descriptions.
+ * @return #TV_OK, or a status code.
+ */
 TV_API uint32_t GetExtensionAuthorityInformationAccessCount(const AuthorityInformationAccess* list, uint32_t* outCount);
+/**
+ * Writes a list of access descriptions as the value of a authority information access extension.
+ *
+ * @param[in]     list    The list (borrowed).
+ * @param[out]    out     Caller buffer for the extnValue, or null to ask its size.
+ * @param[in,out] outLen  Room in @p out; the octets written or needed (@ref size_protocol).
+ * @return #TV_OK, or a status code.
+ */
 TV_API uint32_t EncodeExtensionAuthorityInformationAccess(const AuthorityInformationAccess* list, uint8_t* out, uint32_t* outLen);
+/**
+ * Reads the value of a authority information access extension into a new list of access descriptions.
+ *
+ * @param[in]  in       The extnValue (borrowed).
+ * @param[in]  inLen    Octets in @p in.
+ * @param[out] outList  Receives a new list owned by the caller (FreeExtensionAuthorityInformationAccess()).
+ * @return #TV_OK, or a status code.
+ */
 TV_API uint32_t DecodeExtensionAuthorityInformationAccess(const uint8_t* in, uint32_t inLen, AuthorityInformationAccess** outList);
 
 /* Certificate policies and their qualifiers; a qualifier is handed in and out as its whole DER element. */
+/**
+ * Creates an empty list for the value of a certificate policies extension.
+ *
+ * @param[out] outList  Receives a new list owned by the caller (FreeExtensionCertificatePolicies()).
+ * @return #TV_OK, or a status code.
+ */
 TV_API uint32_t CreateExtensionCertificatePolicies(CertificatePolicies** outList);
+/**
+ * Appends a policy without qualifiers to the list; AddExtensionPolicyQualifier() adds them.
+ *
+ * @param[in,out] list       The list (borrowed).
+ * @param[in]     policyOid  Packed policy OID (borrowed, copied).
+ * @param[out]    outIndex   Receives the new policy's index, or null.
+ * @return #TV_OK, or a status code.
+ */
 TV_API uint32_t AddExtensionPolicyInformation(CertificatePolicies* list, const uint8_t* policyOid, uint32_t* outIndex);
+/**
+ * Copies the OID of the policy at @p index.
+ *
+ * @param[in]     list       The list (borrowed).
+ * @param[in]     index      Zero-based index of the policy.
+ * @param[out]    outOid     Caller buffer for the packed policy OID, or null to ask its size.
+ * @param[in,out] outOidLen  Room in @p outOid; the octets written or needed (@ref size_protocol).
+ * @return #TV_OK, or a status code.
+ */
 TV_API uint32_t GetExtensionPolicyInformation(const CertificatePolicies* list, uint32_t index, uint8_t* outOid, uint32_t* outOidLen);
+/**
+ * Removes the policy at @p index with its qualifiers and frees it; the entries after it move down by one.
+ *
+ * @param[in,out] list   The list (borrowed).
+ * @param[in]     index  Zero-based index; one past the end is refused (#TV_ERR_INVALID_ARGUMENT).
+ * @return #TV_OK, or a status code.
+ */
 TV_API uint32_t RemoveExtensionPolicyInformation(CertificatePolicies* list, uint32_t index);
+/**
+ * Frees a list of policies and everything in it.
+ *
+ * @param[in] list  The list (taken over and freed), or null.
+ * @return #TV_OK, also for a null list.
+ */
 TV_API uint32_t FreeExtensionCertificatePolicies(CertificatePolicies* list);
+/**
+ * Gives the number of policies in the list.
+ *
+ * @param[in]  list      The list (borrowed).
+ * @param[out] outCount  Receives the number of policies.
+ * @return #TV_OK, or a status code.
+ */
 TV_API uint32_t GetExtensionPolicyInformationCount(const CertificatePolicies* list, uint32_t* outCount);
+/**
+ * Writes a list of policies as the value of a certificate policies extension.
+ *
+ * @param[in]     list    The list (borrowed).
+ * @param[out]    out     Caller buffer for the extnValue, or null to ask its size.
+ * @param[in,out] outLen  Room in @p out; the octets written or needed (@ref size_protocol).
+ * @return #TV_OK, or a status code.
+ */
 TV_API uint32_t EncodeExtensionCertificatePolicies(const CertificatePolicies* list, uint8_t* out, uint32_t* outLen);
+/**
+ * Reads the value of a certificate policies extension into a new list of policies.
+ *
+ * @param[in]  in       The extnValue (borrowed).
+ * @param[in]  inLen    Octets in @p in.
+ * @param[out] outList  Receives a new list owned by the caller (FreeExtensionCertificatePolicies()).
+ * @return #TV_OK, or a status code.
+ */
 TV_API uint32_t DecodeExtensionCertificatePolicies(const uint8_t* in, uint32_t inLen, CertificatePolicies** outList);
+/**
+ * Appends a qualifier to the policy at @p policyIndex.
+ *
+ * The qualifier is handed in as its whole DER element (an IA5String holding a CPS URI, a UserNotice
+ * SEQUENCE, ...), copied and later written out unchanged.
+ *
+ * @param[in,out] list          The list (borrowed).
+ * @param[in]     policyIndex   Zero-based index of the policy.
+ * @param[in]     qualifierOid  Packed policy-qualifier OID (borrowed, copied).
+ * @param[in]     in            The qualifier element (borrowed, copied), or null to write the OID
+ *                              alone.
+ * @param[in]     inLen         Octets in @p in, 0 to write the OID alone.
+ * @return #TV_OK, or a status code; #TV_ERR_INVALID_ARGUMENT also when @p in is not exactly one
+ *         element.
+ */
 TV_API uint32_t AddExtensionPolicyQualifier(CertificatePolicies* list, uint32_t policyIndex, const uint8_t* qualifierOid, const uint8_t* in, uint32_t inLen);
+/**
+ * Gives the number of qualifiers of the policy at @p policyIndex.
+ *
+ * @param[in]  list         The list (borrowed).
+ * @param[in]  policyIndex  Zero-based index of the policy.
+ * @param[out] outCount     Receives the number of qualifiers, 0 when the policy has none.
+ * @return #TV_OK, or a status code.
+ */
 TV_API uint32_t GetExtensionPolicyQualifiersCount(const CertificatePolicies* list, uint32_t policyIndex, uint32_t* outCount);
-/* A short qualifier buffer still gets the OID; 49 is returned with the qualifier's size stored. */
+/**
+ * Copies one qualifier of a policy: its packed OID and its whole DER element.
+ *
+ * Both parts are delivered or sized in one call: a short qualifier buffer still gets the OID, and
+ * #TV_ERR_BUFFER_TOO_SMALL comes back with the qualifier's size stored.
+ *
+ * @param[in]     list            The list (borrowed).
+ * @param[in]     policyIndex     Zero-based index of the policy.
+ * @param[in]     qualifierIndex  Zero-based index of the qualifier within the policy.
+ * @param[out]    outOid          Caller buffer for the packed qualifier OID, or null to ask its size.
+ * @param[in,out] outOidLen       Room in @p outOid; the octets written or needed (@ref size_protocol).
+ * @param[out]    out             Caller buffer for the qualifier element, or null to ask its size.
+ * @param[in,out] outLen          Room in @p out; the octets written or needed, 0 when the qualifier
+ *                                has the OID alone.
+ * @return #TV_OK, or a status code; #TV_ERR_INVALID_ARGUMENT also when the policy has no qualifiers.
+ */
 TV_API uint32_t GetExtensionPolicyQualifier(const CertificatePolicies* list, uint32_t policyIndex, uint32_t qualifierIndex, uint8_t* outOid, uint32_t* outOidLen, uint8_t* out, uint32_t* outLen);
+/**
+ * Removes one qualifier of a policy and frees it.
+ *
+ * Removing the last one drops the emptied qualifier list too, so that the policy is written without
+ * the field rather than with an empty SEQUENCE.
+ *
+ * @param[in,out] list            The list (borrowed).
+ * @param[in]     policyIndex     Zero-based index of the policy.
+ * @param[in]     qualifierIndex  Zero-based index of the qualifier within the policy.
+ * @return #TV_OK, or a status code; #TV_ERR_INVALID_ARGUMENT also when the policy has no qualifiers.
+ */
 TV_API uint32_t RemoveExtensionPolicyQualifier(CertificatePolicies* list, uint32_t policyIndex, uint32_t qualifierIndex);
 
 #ifdef __cplusplus
