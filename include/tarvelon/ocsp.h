@@ -1,6 +1,11 @@
-/* Tarvelon: OCSP requests and responses (RFC 6960). The library computes no hashes and no signatures:
- * the caller supplies the CertID hashes, signs the to-be-signed bytes handed out here and stores the
- * signature back. */
+/**
+ * @file tarvelon/ocsp.h
+ * OCSP requests and responses (RFC 6960).
+ *
+ * The library computes no hashes and no signatures: the caller supplies the CertID hashes, signs the
+ * to-be-signed bytes handed out here and stores the signature back. OcspBasicResponses is the
+ * library's own list of basic responses, several of them in one encoding.
+ */
 #ifndef TARVELON_OCSP_H
 #define TARVELON_OCSP_H
 
@@ -14,48 +19,238 @@
 extern "C" {
 #endif
 
+/** An OCSPRequest: tbsRequest and the optional signature block with its certificates. */
 typedef struct OcspRequest OcspRequest;
+/** An OCSPResponse: the response status and the optional responseBytes. */
 typedef struct OcspResponse OcspResponse;
+/** A BasicOCSPResponse: tbsResponseData, signature algorithm, signature and certificates. */
 typedef struct OcspBasicResponse OcspBasicResponse;
+/** A SingleResponse: CertID, certificate status, thisUpdate, nextUpdate and singleExtensions. */
 typedef struct OcspSingleResponse OcspSingleResponse;
-/* RevokedInfo ::= SEQUENCE { revocationTime GeneralizedTime, revocationReason [0] EXPLICIT CRLReason OPTIONAL } */
+/** RevokedInfo ::= SEQUENCE { revocationTime GeneralizedTime, revocationReason [0] EXPLICIT CRLReason
+ * OPTIONAL }, made by AllocCertStatusRevokedInfo() for SetOcspSingleResponseCertStatus(). */
 typedef struct OcspRevokedInfo OcspRevokedInfo;
-/* OcspBasicResponses ::= SEQUENCE OF BasicOCSPResponse: several basic responses in one encoding. */
+/** OcspBasicResponses ::= SEQUENCE OF BasicOCSPResponse: several basic responses in one encoding. */
 typedef Asn1List OcspBasicResponses;
 
-/* Responder-ID kinds and certificate statuses. */
+/** Responder ID kind byName: the complete DER of the responder's Name. */
 #define TV_OCSP_RESPONDER_BY_NAME 0u
+/** Responder ID kind byKey: the SHA-1 hash of the responder's public key. */
 #define TV_OCSP_RESPONDER_BY_KEY 1u
+/** Certificate status good. */
 #define TV_OCSP_STATUS_GOOD 0u
+/** Certificate status revoked, with a RevokedInfo. */
 #define TV_OCSP_STATUS_REVOKED 1u
+/** Certificate status unknown. */
 #define TV_OCSP_STATUS_UNKNOWN 2u
 
-/* Life cycle and coding. A fresh request holds an empty request list; a fresh basic response an
- * empty list of single responses. */
+/* Life cycle and coding. */
+
+/**
+ * Creates an empty OCSP request: version v1 (DEFAULT), an empty request list, no requestor name, no
+ * extensions and no signature.
+ *
+ * @param[out] outRequest  Receives a new request owned by the caller (FreeOcspRequest()).
+ * @return #TV_OK, or a status code.
+ */
 TV_API uint32_t CreateOcspRequest(OcspRequest** outRequest);
+/**
+ * Frees a request with everything it holds, certificates added to it included.
+ *
+ * @param[in] request  The request (taken over), or null for nothing.
+ * @return #TV_OK always.
+ */
 TV_API uint32_t FreeOcspRequest(OcspRequest* request);
+/**
+ * Writes a request as DER.
+ *
+ * @param[in]     request  The request (borrowed).
+ * @param[out]    out      Caller buffer for the DER, or null to ask its size.
+ * @param[in,out] outLen   Room in @p out; the octets written or needed (@ref size_protocol).
+ * @return #TV_OK, or a status code.
+ */
 TV_API uint32_t EncodeOcspRequest(const OcspRequest* request, uint8_t* out, uint32_t* outLen);
+/**
+ * Decodes a request; octets after the first complete element are ignored.
+ *
+ * @param[in]  in          The encoding (borrowed).
+ * @param[in]  inLen       Octets in @p in.
+ * @param[out] outRequest  Receives a new request owned by the caller (FreeOcspRequest()).
+ * @return #TV_OK, or a status code.
+ */
 TV_API uint32_t DecodeOcspRequest(const uint8_t* in, uint32_t inLen, OcspRequest** outRequest);
+/**
+ * Creates an empty OCSP response, with neither status nor responseBytes.
+ *
+ * @param[out] outResponse  Receives a new response owned by the caller (FreeOcspResponse()).
+ * @return #TV_OK, or a status code.
+ */
 TV_API uint32_t CreateOcspResponse(OcspResponse** outResponse);
+/**
+ * Frees a response with everything it holds.
+ *
+ * @param[in] response  The response (taken over), or null for nothing.
+ * @return #TV_OK always.
+ */
 TV_API uint32_t FreeOcspResponse(OcspResponse* response);
+/**
+ * Writes a response as DER.
+ *
+ * @param[in]     response  The response (borrowed).
+ * @param[out]    out       Caller buffer for the DER, or null to ask its size.
+ * @param[in,out] outLen    Room in @p out; the octets written or needed (@ref size_protocol).
+ * @return #TV_OK, or a status code; #TV_ERR_ABSENT (311) while the status has not been set.
+ */
 TV_API uint32_t EncodeOcspResponse(const OcspResponse* response, uint8_t* out, uint32_t* outLen);
+/**
+ * Decodes a response; octets after the first complete element are ignored.
+ *
+ * The basic response inside stays opaque octets: GetOcspResponseBytes() hands them out for
+ * DecodeOcspBasicResponse().
+ *
+ * @param[in]  in           The encoding (borrowed).
+ * @param[in]  inLen        Octets in @p in.
+ * @param[out] outResponse  Receives a new response owned by the caller (FreeOcspResponse()).
+ * @return #TV_OK, or a status code.
+ */
 TV_API uint32_t DecodeOcspResponse(const uint8_t* in, uint32_t inLen, OcspResponse** outResponse);
+/**
+ * Creates an empty basic response: version v1 (DEFAULT) and an empty list of single responses;
+ * responder ID, producedAt, signature algorithm and signature are still to be set.
+ *
+ * @param[out] outResponse  Receives a new basic response owned by the caller (FreeOcspBasicResponse()).
+ * @return #TV_OK, or a status code.
+ */
 TV_API uint32_t CreateOcspBasicResponse(OcspBasicResponse** outResponse);
+/**
+ * Frees a basic response with everything it holds, single responses and certificates included.
+ *
+ * @param[in] response  The basic response (taken over), or null for nothing.
+ * @return #TV_OK always.
+ */
 TV_API uint32_t FreeOcspBasicResponse(OcspBasicResponse* response);
+/**
+ * Writes a basic response as DER, the octets that go into responseBytes.
+ *
+ * @param[in]     response  The basic response (borrowed).
+ * @param[out]    out       Caller buffer for the DER, or null to ask its size.
+ * @param[in,out] outLen    Room in @p out; the octets written or needed (@ref size_protocol).
+ * @return #TV_OK, or a status code; #TV_ERR_ABSENT (311) while a required field (responder ID,
+ *         producedAt, signature algorithm, signature, or a part of a single response) is unset.
+ */
 TV_API uint32_t EncodeOcspBasicResponse(const OcspBasicResponse* response, uint8_t* out, uint32_t* outLen);
+/**
+ * Decodes a basic response; octets after the first complete element are ignored.
+ *
+ * @param[in]  in           The encoding (borrowed).
+ * @param[in]  inLen        Octets in @p in.
+ * @param[out] outResponse  Receives a new basic response owned by the caller (FreeOcspBasicResponse()).
+ * @return #TV_OK, or a status code.
+ */
 TV_API uint32_t DecodeOcspBasicResponse(const uint8_t* in, uint32_t inLen, OcspBasicResponse** outResponse);
+/**
+ * Creates an empty single response; CertID, status and thisUpdate are still to be set.
+ *
+ * @param[out] outResponse  Receives a new single response owned by the caller
+ *                          (FreeOcspSingleResponse(), or hand it to AddOcspBasicResponseSingleResponse()).
+ * @return #TV_OK, or a status code.
+ */
 TV_API uint32_t CreateOcspSingleResponse(OcspSingleResponse** outResponse);
+/**
+ * Frees a single response with everything it holds.
+ *
+ * @param[in] response  The single response (taken over), or null for nothing; never one lent by a
+ *                      basic response.
+ * @return #TV_OK always.
+ */
 TV_API uint32_t FreeOcspSingleResponse(OcspSingleResponse* response);
+/**
+ * Writes a single response as DER.
+ *
+ * @param[in]     response  The single response (borrowed).
+ * @param[out]    out       Caller buffer for the DER, or null to ask its size.
+ * @param[in,out] outLen    Room in @p out; the octets written or needed (@ref size_protocol).
+ * @return #TV_OK, or a status code; #TV_ERR_ABSENT (311) while the CertID, the status or thisUpdate
+ *         is unset.
+ */
 TV_API uint32_t EncodeOcspSingleResponse(const OcspSingleResponse* response, uint8_t* out, uint32_t* outLen);
+/**
+ * Decodes a single response; octets after the first complete element are ignored.
+ *
+ * @param[in]  in           The encoding (borrowed).
+ * @param[in]  inLen        Octets in @p in.
+ * @param[out] outResponse  Receives a new single response owned by the caller (FreeOcspSingleResponse()).
+ * @return #TV_OK, or a status code.
+ */
 TV_API uint32_t DecodeOcspSingleResponse(const uint8_t* in, uint32_t inLen, OcspSingleResponse** outResponse);
+/**
+ * Creates an empty list of basic responses.
+ *
+ * @param[out] outResponses  Receives a new list owned by the caller (FreeOcspBasicResponses()).
+ * @return #TV_OK, or a status code.
+ */
 TV_API uint32_t CreateOcspBasicResponses(OcspBasicResponses** outResponses);
+/**
+ * Frees a list of basic responses with every basic response in it.
+ *
+ * @param[in] responses  The list (taken over), or null for nothing.
+ * @return #TV_OK always.
+ */
 TV_API uint32_t FreeOcspBasicResponses(OcspBasicResponses* responses);
+/**
+ * Writes a list of basic responses as the DER of a SEQUENCE OF BasicOCSPResponse.
+ *
+ * @param[in]     responses  The list (borrowed).
+ * @param[out]    out        Caller buffer for the DER, or null to ask its size.
+ * @param[in,out] outLen     Room in @p out; the octets written or needed (@ref size_protocol).
+ * @return #TV_OK, or a status code; #TV_ERR_ABSENT (311) while a basic response in it is incomplete.
+ */
 TV_API uint32_t EncodeOcspBasicResponses(const OcspBasicResponses* responses, uint8_t* out, uint32_t* outLen);
+/**
+ * Decodes a list of basic responses; octets after the first complete element are ignored.
+ *
+ * @param[in]  in            The encoding (borrowed).
+ * @param[in]  inLen         Octets in @p in.
+ * @param[out] outResponses  Receives a new list owned by the caller (FreeOcspBasicResponses()).
+ * @return #TV_OK, or a status code.
+ */
 TV_API uint32_t DecodeOcspBasicResponses(const uint8_t* in, uint32_t inLen, OcspBasicResponses** outResponses);
+/**
+ * Makes a deep copy of a list of basic responses.
+ *
+ * The copy goes through the list's DER (kept: the tree copy cannot take the NULL of a good or unknown
+ * status), so a list that cannot be encoded yet cannot be copied either.
+ *
+ * @param[in]  responses     The list to copy (borrowed).
+ * @param[out] outResponses  Receives a new list owned by the caller (FreeOcspBasicResponses()).
+ * @return #TV_OK, or a status code; #TV_ERR_ABSENT (311) while a basic response in it is incomplete.
+ */
 TV_API uint32_t CreateOcspBasicResponsesCopy(const OcspBasicResponses* responses, OcspBasicResponses** outResponses);
-/* The list takes the basic response itself; on failure the caller keeps it. */
+/**
+ * Appends a basic response to the list, which takes the response itself.
+ *
+ * @param[in,out] responses  The list (borrowed).
+ * @param[in]     response   The basic response (taken over on success: freed with the list); after a
+ *                           failure the caller still owns it.
+ * @return #TV_OK, or a status code.
+ */
 TV_API uint32_t AddResponseToOcspBasicResponses(OcspBasicResponses* responses, OcspBasicResponse* response);
+/**
+ * Counts the basic responses in the list.
+ *
+ * @param[in]  responses  The list (borrowed).
+ * @param[out] outCount   Receives the number of basic responses.
+ * @return #TV_OK, or a status code.
+ */
 TV_API uint32_t GetOcspBasicResponsesCount(const OcspBasicResponses* responses, uint32_t* outCount);
+/**
+ * Hands out one basic response of the list.
+ *
+ * @param[in]  responses    The list (borrowed).
+ * @param[in]  index        Position from 0.
+ * @param[out] outResponse  Receives the basic response, lent by @p responses (do not free).
+ * @return #TV_OK, or a status code; #TV_ERR_INVALID_ARGUMENT also for an index past the end.
+ */
 TV_API uint32_t GetOcspBasicResponsesResponse(const OcspBasicResponses* responses, uint32_t index, OcspBasicResponse** outResponse);
 
 /* Request: version (DEFAULT 0), requestor name, the Request entries and requestExtensions. */
