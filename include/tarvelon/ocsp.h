@@ -253,38 +253,248 @@ TV_API uint32_t GetOcspBasicResponsesCount(const OcspBasicResponses* responses, 
  */
 TV_API uint32_t GetOcspBasicResponsesResponse(const OcspBasicResponses* responses, uint32_t index, OcspBasicResponse** outResponse);
 
-/* Request: version (DEFAULT 0), requestor name, the Request entries and requestExtensions. */
+/* Request: version, requestor name, the Request entries and requestExtensions. */
+
+/**
+ * Sets the request's version (0 for v1, the DEFAULT).
+ *
+ * @param[in,out] request  The request (borrowed).
+ * @param[in]     version  The version number.
+ * @return #TV_OK, or a status code.
+ */
 TV_API uint32_t SetOcspRequestVersion(OcspRequest* request, uint32_t version);
+/**
+ * Reads the request's version; a request that carries none reads 0 (v1).
+ *
+ * @param[in]  request     The request (borrowed).
+ * @param[out] outVersion  Receives the version number.
+ * @return #TV_OK, or a status code; #TV_ERR_NOT_DER (307) for a negative version or one longer than
+ *         four octets.
+ */
 TV_API uint32_t GetOcspRequestVersion(const OcspRequest* request, uint32_t* outVersion);
-/* The name is built from a kind and value as AllocX509GeneralNameValue builds it. */
+/**
+ * Sets the requestor name, built from a kind and a value as AllocX509GeneralNameValue() builds it.
+ *
+ * The new name is complete before the old one goes: a failure leaves the request as it was.
+ *
+ * @param[in,out] request  The request (borrowed).
+ * @param[in]     kind     The GeneralName alternative, as AllocX509GeneralNameValue() takes it.
+ * @param[in]     in       The value (borrowed).
+ * @param[in]     inLen    Octets in @p in.
+ * @return #TV_OK, or a status code; #TV_ERR_NO_ALTERNATIVE (306) for an unknown kind.
+ */
 TV_API uint32_t SetOcspRequestRequestorName(OcspRequest* request, uint32_t kind, const uint8_t* in, uint32_t inLen);
+/**
+ * Hands out the requestor name.
+ *
+ * @param[in]  request  The request (borrowed).
+ * @param[out] outName  Receives the name, lent by @p request (do not free).
+ * @return #TV_OK, or a status code; #TV_ERR_ABSENT (311) when the request names no requestor.
+ */
 TV_API uint32_t GetOcspRequestRequestorName(const OcspRequest* request, GeneralName** outName);
+/**
+ * Reads the requestor name as a kind and a value, as GetX509GeneralNameValue() reads a name.
+ *
+ * @param[in]     request  The request (borrowed).
+ * @param[out]    outKind  Receives the GeneralName alternative.
+ * @param[out]    out      Caller buffer for the value, or null to ask its size.
+ * @param[in,out] outLen   Room in @p out; the octets written or needed (@ref size_protocol).
+ * @return #TV_OK, or a status code; #TV_ERR_ABSENT (311) when the request names no requestor.
+ */
 TV_API uint32_t GetOcspRequestRequestorNameValue(const OcspRequest* request, uint32_t* outKind, uint8_t* out, uint32_t* outLen);
+/**
+ * Removes the requestor name; a request without one is left as it is.
+ *
+ * @param[in,out] request  The request (borrowed).
+ * @return #TV_OK, or a status code.
+ */
 TV_API uint32_t RemoveOcspRequestRequestorName(OcspRequest* request);
-/* A new Request entry from the CertID parts (the serial as INTEGER content octets, stored as given)
- * and a deep copy of `extensions` when given (the caller keeps its own). */
+/**
+ * Appends a Request entry made from the parts of a CertID and, optionally, singleRequestExtensions.
+ *
+ * The caller computes the hashes; nothing is checked against a certificate. The serial is the
+ * INTEGER's content octets, stored as given.
+ *
+ * @param[in,out] request            The request (borrowed).
+ * @param[in]     hashOid            Packed OID of the hash algorithm (borrowed).
+ * @param[in]     hashParams         Complete DER of the algorithm's parameters (borrowed), or null
+ *                                   (or empty) to leave them absent.
+ * @param[in]     hashParamsLen      Octets in @p hashParams.
+ * @param[in]     issuerNameHash     Hash of the issuer's Name (borrowed).
+ * @param[in]     issuerNameHashLen  Octets in @p issuerNameHash.
+ * @param[in]     issuerKeyHash      Hash of the issuer's public key (borrowed).
+ * @param[in]     issuerKeyHashLen   Octets in @p issuerKeyHash.
+ * @param[in]     serial             Content octets of the certificate's serial number (borrowed).
+ * @param[in]     serialLen          Octets in @p serial, at least 1.
+ * @param[in]     extensions         Extensions for the entry (borrowed: deep-copied, the caller keeps
+ *                                   its own), or null for none.
+ * @return #TV_OK, or a status code; #TV_ERR_INVALID_ARGUMENT also for an empty serial.
+ */
 TV_API uint32_t AddOcspRequestCertRequest(OcspRequest* request, const uint8_t* hashOid, const uint8_t* hashParams, uint32_t hashParamsLen, const uint8_t* issuerNameHash, uint32_t issuerNameHashLen, const uint8_t* issuerKeyHash, uint32_t issuerKeyHashLen, const uint8_t* serial, uint32_t serialLen, const X509Extensions* extensions);
+/**
+ * Counts the Request entries.
+ *
+ * @param[in]  request   The request (borrowed).
+ * @param[out] outCount  Receives the number of entries.
+ * @return #TV_OK, or a status code.
+ */
 TV_API uint32_t GetOcspRequestCertRequestsCount(const OcspRequest* request, uint32_t* outCount);
-/* The five CertID parts, each under the size protocol (a part that does not fit makes the result 49
- * while the parts before it are filled), and the entry's singleRequestExtensions handle when
- * `outExtensions` is not null. */
+/**
+ * Reads the five CertID parts of one Request entry, each under the size protocol, and hands out the
+ * entry's singleRequestExtensions.
+ *
+ * The parts are read in order, with a flow kept as callers know it: the hash OID decides alone (a
+ * failure there, 49 included, ends the call). After a part that did not fit, the next part that
+ * succeeds (copied, or sized for a null buffer) ends the call with #TV_ERR_BUFFER_TOO_SMALL, and the
+ * parts after it are neither written nor sized. So the result is 49 whenever any part did not fit,
+ * with the parts before it filled; one call with null buffers sizes all five. Absent parameters read
+ * as length 0.
+ *
+ * @param[in]     request               The request (borrowed).
+ * @param[in]     index                 Position of the entry from 0.
+ * @param[out]    outHashOid            Caller buffer for the packed hash OID, or null to ask its size.
+ * @param[in,out] outHashOidLen         Room in @p outHashOid; the octets written or needed.
+ * @param[out]    outHashParams         Caller buffer for the parameters' DER, or null to ask its size.
+ * @param[in,out] outHashParamsLen      Room in @p outHashParams; the octets written or needed.
+ * @param[out]    outIssuerNameHash     Caller buffer for the issuer name hash, or null to ask its size.
+ * @param[in,out] outIssuerNameHashLen  Room in @p outIssuerNameHash; the octets written or needed.
+ * @param[out]    outIssuerKeyHash      Caller buffer for the issuer key hash, or null to ask its size.
+ * @param[in,out] outIssuerKeyHashLen   Room in @p outIssuerKeyHash; the octets written or needed.
+ * @param[out]    outSerial             Caller buffer for the serial's content octets, or null to ask.
+ * @param[in,out] outSerialLen          Room in @p outSerial; the octets written or needed.
+ * @param[out]    outExtensions         Receives the entry's extensions handle, lent by @p request (do
+ *                                      not free; it may hold no list), or null when not wanted.
+ * @return #TV_OK, or a status code; #TV_ERR_INVALID_ARGUMENT also for an index past the end;
+ *         #TV_ERR_ABSENT (311) for an entry whose CertID is incomplete.
+ */
 TV_API uint32_t GetOcspRequestCertRequest(OcspRequest* request, uint32_t index, uint8_t* outHashOid, uint32_t* outHashOidLen, uint8_t* outHashParams, uint32_t* outHashParamsLen, uint8_t* outIssuerNameHash, uint32_t* outIssuerNameHashLen, uint8_t* outIssuerKeyHash, uint32_t* outIssuerKeyHashLen, uint8_t* outSerial, uint32_t* outSerialLen, X509Extensions** outExtensions);
+/**
+ * Removes every Request entry, leaving the list empty.
+ *
+ * @param[in,out] request  The request (borrowed).
+ * @return #TV_OK, or a status code.
+ */
 TV_API uint32_t ClearOcspRequestCertRequests(OcspRequest* request);
+/**
+ * Hands out the handle of the request's requestExtensions.
+ *
+ * The handle works while the request has no extensions: adding through it creates them.
+ *
+ * @param[in,out] request        The request (borrowed).
+ * @param[out]    outExtensions  Receives the handle, lent by @p request (do not free).
+ * @return #TV_OK, or a status code.
+ */
 TV_API uint32_t GetOcspRequestExtensions(OcspRequest* request, X509Extensions** outExtensions);
 
-/* Request signature ([0] EXPLICIT Signature OPTIONAL), made on demand by the setters and by
- * AddOcspRequestCertificate. The signature is a BIT STRING with no unused bits. */
+/* Request signature ([0] EXPLICIT Signature OPTIONAL): a block holding the algorithm, the signature
+ * (a BIT STRING with no unused bits) and the certificates, made on demand by the setters and by
+ * AddOcspRequestCertificate(). */
+
+/**
+ * Tells whether the request carries a signature block.
+ *
+ * @param[in] request  The request (borrowed).
+ * @return #TV_OK (0) when the block is present, #TV_ERR_ABSENT (311) when it is not, or another
+ *         status code.
+ */
 TV_API uint32_t IsExistsOcspRequestSignature(const OcspRequest* request);
+/**
+ * Removes the signature block with its algorithm, signature and certificates; a request without one
+ * is left as it is.
+ *
+ * @param[in,out] request  The request (borrowed).
+ * @return #TV_OK, or a status code.
+ */
 TV_API uint32_t RemoveOcspRequestSignature(OcspRequest* request);
+/**
+ * Sets the signature algorithm, making the signature block when there is none.
+ *
+ * A block made for a call that then fails is removed again.
+ *
+ * @param[in,out] request      The request (borrowed).
+ * @param[in]     inOid        Packed OID of the signature algorithm (borrowed).
+ * @param[in]     inParams     Complete DER of the parameters (borrowed, copied without parsing), or
+ *                             null (or empty) to leave them absent.
+ * @param[in]     inParamsLen  Octets in @p inParams.
+ * @return #TV_OK, or a status code.
+ */
 TV_API uint32_t SetOcspRequestSignatureAlgorithmOidAndParameters(OcspRequest* request, const uint8_t* inOid, const uint8_t* inParams, uint32_t inParamsLen);
+/**
+ * Reads the signature algorithm as a packed OID and the DER of its parameters.
+ *
+ * Both parts are always tried, each under the size protocol: when either does not fit the result is
+ * #TV_ERR_BUFFER_TOO_SMALL with both sizes stored. Absent parameters read as length 0.
+ *
+ * @param[in]     request       The request (borrowed).
+ * @param[out]    outOid        Caller buffer for the packed OID, or null to ask its size.
+ * @param[in,out] outOidLen     Room in @p outOid; the octets written or needed.
+ * @param[out]    outParams     Caller buffer for the parameters, or null to ask (or skip) them.
+ * @param[in,out] outParamsLen  Room in @p outParams; the octets written or needed; may be null with a
+ *                              null @p outParams when the parameters are not wanted.
+ * @return #TV_OK, or a status code; #TV_ERR_ABSENT (311) when there is no signature block or no
+ *         algorithm in it.
+ */
 TV_API uint32_t GetOcspRequestSignatureAlgorithmAndParameters(const OcspRequest* request, uint8_t* outOid, uint32_t* outOidLen, uint8_t* outParams, uint32_t* outParamsLen);
+/**
+ * Stores the signature the caller computed, as a BIT STRING with no unused bits, making the
+ * signature block when there is none.
+ *
+ * The new value replaces the old one once it is complete; a block made for a call that then fails is
+ * removed again.
+ *
+ * @param[in,out] request  The request (borrowed).
+ * @param[in]     in       The signature octets (borrowed).
+ * @param[in]     inLen    Octets in @p in.
+ * @return #TV_OK, or a status code.
+ */
 TV_API uint32_t SetOcspRequestSignature(OcspRequest* request, const uint8_t* in, uint32_t inLen);
+/**
+ * Reads the signature octets (the unused-bits count is not reported).
+ *
+ * @param[in]     request  The request (borrowed).
+ * @param[out]    out      Caller buffer for the signature, or null to ask its size.
+ * @param[in,out] outLen   Room in @p out; the octets written or needed (@ref size_protocol).
+ * @return #TV_OK, or a status code; #TV_ERR_ABSENT (311) when there is no signature block or no
+ *         signature in it.
+ */
 TV_API uint32_t GetOcspRequestSignature(const OcspRequest* request, uint8_t* out, uint32_t* outLen);
-/* The request takes the certificate itself; on failure the caller keeps it. Get hands out a
- * borrowed pointer. */
+/**
+ * Appends a certificate to the signature block's certs, making the block and the list when needed.
+ *
+ * A block made for a call that then fails is removed again.
+ *
+ * @param[in,out] request      The request (borrowed).
+ * @param[in]     certificate  The certificate (taken over on success: freed with the request); after
+ *                             a failure the caller still owns it.
+ * @return #TV_OK, or a status code.
+ */
 TV_API uint32_t AddOcspRequestCertificate(OcspRequest* request, Certificate* certificate);
+/**
+ * Counts the certificates of the signature block.
+ *
+ * @param[in]  request   The request (borrowed).
+ * @param[out] outCount  Receives the number of certificates.
+ * @return #TV_OK, or a status code; #TV_ERR_ABSENT (311) when there is no signature block or it
+ *         carries no certificate list.
+ */
 TV_API uint32_t GetOcspRequestCertificatesCount(const OcspRequest* request, uint32_t* outCount);
+/**
+ * Hands out one certificate of the signature block.
+ *
+ * @param[in]  request         The request (borrowed).
+ * @param[in]  index           Position from 0.
+ * @param[out] outCertificate  Receives the certificate, lent by @p request (do not free).
+ * @return #TV_OK, or a status code; #TV_ERR_ABSENT (311) when there is no signature block or no
+ *         certificate list; #TV_ERR_INVALID_ARGUMENT also for an index past the end.
+ */
 TV_API uint32_t GetOcspRequestCertificate(const OcspRequest* request, uint32_t index, Certificate** outCertificate);
+/**
+ * Removes the certificate list from the signature block, which itself stays; nothing to do when
+ * there is no block or no list.
+ *
+ * @param[in,out] request  The request (borrowed).
+ * @return #TV_OK, or a status code.
+ */
 TV_API uint32_t RemoveOcspRequestCertificates(OcspRequest* request);
 
 /* Outer response: the status (0 successful, 1 malformedRequest, 2 internalError, 3 tryLater,
