@@ -1,4 +1,11 @@
-/* Tarvelon: X.509 v3 certificates (RFC 5280) and certificate lists. */
+/**
+ * @file tarvelon/certificate.h
+ * X.509 v3 certificates (RFC 5280) and certificate lists.
+ *
+ * A certificate is built field by field on a tree from CreateCertificate() (or changed after
+ * DecodeCertificate()); GetCertificateToBeSignedPart() then hands out the octets to sign and
+ * SetCertificateSignature() stores the signature the caller's provider computed over them.
+ */
 #ifndef TARVELON_CERTIFICATE_H
 #define TARVELON_CERTIFICATE_H
 
@@ -12,57 +19,371 @@
 extern "C" {
 #endif
 
+/** A Certificate: tbsCertificate, signatureAlgorithm and signatureValue. */
 typedef struct Certificate Certificate;
-/* Certificates ::= SEQUENCE OF Certificate */
+/** Certificates ::= SEQUENCE OF Certificate, a list of whole certificate trees. */
 typedef Asn1List Certificates;
 
-/* Life cycle and coding. A new certificate has its structures present and its fields unset. */
+/* Life cycle and coding. */
+
+/**
+ * Creates a certificate whose structures are present and whose fields are unset.
+ *
+ * An unset field reads as absent (#TV_ERR_ABSENT) rather than as an empty value, and the version
+ * reads as v1 (0), its DEFAULT. The certificate encodes once its mandatory fields are set.
+ *
+ * @param[out] outCertificate  Receives a new certificate owned by the caller (FreeCertificate()).
+ * @return #TV_OK, or a status code.
+ */
 TV_API uint32_t CreateCertificate(Certificate** outCertificate);
+/**
+ * Decodes a certificate; octets after the first complete element are ignored.
+ *
+ * @param[in]  in              The encoding (borrowed).
+ * @param[in]  inLen           Octets in @p in.
+ * @param[out] outCertificate  Receives a new certificate owned by the caller (FreeCertificate()).
+ * @return #TV_OK, or a status code.
+ */
 TV_API uint32_t DecodeCertificate(const uint8_t* in, uint32_t inLen, Certificate** outCertificate);
+/**
+ * Writes a certificate as DER.
+ *
+ * @param[in]     certificate  The certificate (borrowed).
+ * @param[out]    out          Caller buffer for the DER, or null to ask its size.
+ * @param[in,out] outLen       Room in @p out; the octets written or needed (@ref size_protocol).
+ * @return #TV_OK, or a status code; #TV_ERR_ABSENT (311) while a mandatory field is unset.
+ */
 TV_API uint32_t EncodeCertificate(const Certificate* certificate, uint8_t* out, uint32_t* outLen);
+/**
+ * Makes a deep copy of a certificate.
+ *
+ * @param[in]  certificate     The certificate to copy (borrowed).
+ * @param[out] outCertificate  Receives a new certificate owned by the caller (FreeCertificate()).
+ * @return #TV_OK, or a status code.
+ */
 TV_API uint32_t CreateCertificateCopy(const Certificate* certificate, Certificate** outCertificate);
+/**
+ * Frees a certificate with everything it holds.
+ *
+ * @param[in] certificate  The certificate (taken over), or null for nothing.
+ * @return #TV_OK always.
+ */
 TV_API uint32_t FreeCertificate(Certificate* certificate);
-/* The DER of the TBSCertificate, written afresh from the fields (not the bytes once decoded). */
+/**
+ * Writes the DER of tbsCertificate, the octets the issuer signs.
+ *
+ * The DER is encoded afresh from the fields, never sliced from a decoded input: a certificate that
+ * came in as BER yields the DER its signature was computed over.
+ *
+ * @param[in]     certificate  The certificate (borrowed).
+ * @param[out]    out          Caller buffer for the DER, or null to ask its size.
+ * @param[in,out] outLen       Room in @p out; the octets written or needed (@ref size_protocol).
+ * @return #TV_OK, or a status code; #TV_ERR_ABSENT (311) while a mandatory field of tbsCertificate
+ *         is unset.
+ */
 TV_API uint32_t GetCertificateToBeSignedPart(const Certificate* certificate, uint8_t* out, uint32_t* outLen);
 
-/* Certificate lists. Add takes the certificate over without a copy; Get lends it. */
+/* Certificate lists. */
+
+/**
+ * Creates an empty certificate list.
+ *
+ * @param[out] outCertificates  Receives a new list owned by the caller (FreeCertificates()).
+ * @return #TV_OK, or a status code.
+ */
 TV_API uint32_t CreateCertificates(Certificates** outCertificates);
+/**
+ * Decodes a SEQUENCE OF Certificate; octets after the first complete element are ignored.
+ *
+ * @param[in]  in               The encoding (borrowed).
+ * @param[in]  inLen            Octets in @p in.
+ * @param[out] outCertificates  Receives a new list owned by the caller (FreeCertificates()).
+ * @return #TV_OK, or a status code.
+ */
 TV_API uint32_t DecodeCertificates(const uint8_t* in, uint32_t inLen, Certificates** outCertificates);
+/**
+ * Writes a certificate list as a DER SEQUENCE OF Certificate, in list order.
+ *
+ * @param[in]     certificates  The list (borrowed).
+ * @param[out]    out           Caller buffer for the DER, or null to ask its size.
+ * @param[in,out] outLen        Room in @p out; the octets written or needed (@ref size_protocol).
+ * @return #TV_OK, or a status code.
+ */
 TV_API uint32_t EncodeCertificates(const Certificates* certificates, uint8_t* out, uint32_t* outLen);
+/**
+ * Makes a deep copy of a certificate list, certificates included.
+ *
+ * @param[in]  certificates     The list to copy (borrowed).
+ * @param[out] outCertificates  Receives a new list owned by the caller (FreeCertificates()).
+ * @return #TV_OK, or a status code.
+ */
 TV_API uint32_t CreateCertificatesCopy(const Certificates* certificates, Certificates** outCertificates);
+/**
+ * Frees a certificate list with every certificate in it, those added to it included.
+ *
+ * @param[in] certificates  The list (taken over), or null for nothing.
+ * @return #TV_OK always.
+ */
 TV_API uint32_t FreeCertificates(Certificates* certificates);
+/**
+ * Counts the certificates of a list.
+ *
+ * @param[in]  certificates  The list (borrowed).
+ * @param[out] outCount      Receives the number of certificates.
+ * @return #TV_OK, or a status code.
+ */
 TV_API uint32_t GetCertificatesCount(const Certificates* certificates, uint32_t* outCount);
+/**
+ * Hands out one certificate of a list.
+ *
+ * @param[in]  certificates    The list (borrowed).
+ * @param[in]  index           Position from 0.
+ * @param[out] outCertificate  Receives the certificate, lent by @p certificates (do not free).
+ * @return #TV_OK, or a status code; #TV_ERR_INVALID_ARGUMENT (32) also for an index past the end.
+ */
 TV_API uint32_t GetCertificatesCertificate(const Certificates* certificates, uint32_t index, Certificate** outCertificate);
+/**
+ * Appends a certificate to a list without copying it.
+ *
+ * @param[in,out] certificates  The list (borrowed).
+ * @param[in]     certificate   The certificate (taken over on success: freed with @p certificates);
+ *                              after a failure the caller still owns it.
+ * @return #TV_OK, or a status code.
+ */
 TV_API uint32_t AddCertificateToCertificates(Certificates* certificates, Certificate* certificate);
 
-/* Fields. Name and extension getters lend handles into the certificate; an unset name is created
- * empty in place. The _i setters with copy 0 take the given name over. */
+/* Fields of tbsCertificate. */
+
+/**
+ * Hands out the subject name for reading or filling in place; an unset subject is first created
+ * empty, so AddX509NameEntry() on the handle builds it.
+ *
+ * @param[in,out] certificate  The certificate (borrowed).
+ * @param[out]    outName      Receives the subject, lent by @p certificate (do not free).
+ * @return #TV_OK, or a status code.
+ */
 TV_API uint32_t GetCertificateSubject(Certificate* certificate, X509Name** outName);
+/**
+ * Replaces the subject name with a copy of @p name; a failed copy leaves the old one.
+ *
+ * @param[in,out] certificate  The certificate (borrowed).
+ * @param[in]     name         The name (borrowed, copied).
+ * @return #TV_OK, or a status code.
+ */
 TV_API uint32_t SetCertificateSubject(Certificate* certificate, const X509Name* name);
+/**
+ * Replaces the subject name, copying @p name or taking it over.
+ *
+ * With @p copy 0 the certificate keeps @p name itself and frees the old subject; handing back the
+ * certificate's own subject changes nothing.
+ *
+ * @param[in,out] certificate  The certificate (borrowed).
+ * @param[in]     name         The name: borrowed when @p copy is nonzero; otherwise taken over on
+ *                             success (freed with @p certificate), the caller keeping it after a
+ *                             failure.
+ * @param[in]     copy         Nonzero to store a copy, 0 to take @p name over.
+ * @return #TV_OK, or a status code.
+ */
 TV_API uint32_t SetCertificateSubject_i(Certificate* certificate, X509Name* name, uint32_t copy);
+/**
+ * Hands out the issuer name for reading or filling in place; an unset issuer is first created
+ * empty, so AddX509NameEntry() on the handle builds it.
+ *
+ * @param[in,out] certificate  The certificate (borrowed).
+ * @param[out]    outName      Receives the issuer, lent by @p certificate (do not free).
+ * @return #TV_OK, or a status code.
+ */
 TV_API uint32_t GetCertificateIssuer(Certificate* certificate, X509Name** outName);
+/**
+ * Replaces the issuer name with a copy of @p name; a failed copy leaves the old one.
+ *
+ * @param[in,out] certificate  The certificate (borrowed).
+ * @param[in]     name         The name (borrowed, copied).
+ * @return #TV_OK, or a status code.
+ */
 TV_API uint32_t SetCertificateIssuer(Certificate* certificate, const X509Name* name);
+/**
+ * Replaces the issuer name, copying @p name or taking it over.
+ *
+ * With @p copy 0 the certificate keeps @p name itself and frees the old issuer; handing back the
+ * certificate's own issuer changes nothing.
+ *
+ * @param[in,out] certificate  The certificate (borrowed).
+ * @param[in]     name         The name: borrowed when @p copy is nonzero; otherwise taken over on
+ *                             success (freed with @p certificate), the caller keeping it after a
+ *                             failure.
+ * @param[in]     copy         Nonzero to store a copy, 0 to take @p name over.
+ * @return #TV_OK, or a status code.
+ */
 TV_API uint32_t SetCertificateIssuer_i(Certificate* certificate, X509Name* name, uint32_t copy);
-/* 0 for v1, 1 for v2, 2 for v3. */
+/**
+ * Reads the version: 0 for v1, 1 for v2, 2 for v3.
+ *
+ * A certificate without the version field (DEFAULT v1), a fresh one included, reads 0.
+ *
+ * @param[in]  certificate  The certificate (borrowed).
+ * @param[out] outVersion   Receives the version number.
+ * @return #TV_OK, or a status code; #TV_ERR_NOT_DER (307) for a version INTEGER that is empty,
+ *         negative or longer than four octets.
+ */
 TV_API uint32_t GetCertificateVersion(const Certificate* certificate, uint32_t* outVersion);
+/**
+ * Sets the version: 0 for v1, 1 for v2, 2 for v3.
+ *
+ * @param[in,out] certificate  The certificate (borrowed).
+ * @param[in]     version      0, 1 or 2.
+ * @return #TV_OK, or a status code; #TV_ERR_INVALID_ARGUMENT (32) also for a version above 2.
+ */
 TV_API uint32_t SetCertificateVersion(Certificate* certificate, uint32_t version);
-/* The INTEGER's content octets exactly as stored (big-endian two's complement, not normalised). */
+/**
+ * Reads the serial number: the INTEGER's content octets exactly as stored (big-endian two's
+ * complement, not normalised).
+ *
+ * @param[in]     certificate  The certificate (borrowed).
+ * @param[out]    out          Caller buffer for the octets, or null to ask their number.
+ * @param[in,out] outLen       Room in @p out; the octets written or needed (@ref size_protocol).
+ * @return #TV_OK, or a status code; #TV_ERR_ABSENT (311) while no serial number is set.
+ */
 TV_API uint32_t GetCertificateSerialNumber(const Certificate* certificate, uint8_t* out, uint32_t* outLen);
+/**
+ * Sets the serial number from INTEGER content octets, stored exactly as given.
+ *
+ * Nothing is normalised: 00 7F and 7F are different serial numbers to every matcher of the
+ * library, so pass the octets the issuer writes.
+ *
+ * @param[in,out] certificate  The certificate (borrowed).
+ * @param[in]     in           Big-endian two's-complement content octets (borrowed, copied).
+ * @param[in]     inLen        Octets in @p in, at least 1.
+ * @return #TV_OK, or a status code; #TV_ERR_INVALID_ARGUMENT (32) also for no octets.
+ */
 TV_API uint32_t SetCertificateSerialNumber(Certificate* certificate, const uint8_t* in, uint32_t inLen);
-/* Null (not a status) when anything is missing. */
+/**
+ * Lends the serial number's content octets without copying them.
+ *
+ * Records no failure (GetLastFileErrorAsn() is not updated).
+ *
+ * @param[in]  certificate  The certificate (borrowed).
+ * @param[out] outLen       Receives the number of octets.
+ * @return The octets, lent by @p certificate (valid until the serial number changes or the
+ *         certificate is freed; do not free), or null when @p certificate or @p outLen is null or no
+ *         serial number is set.
+ */
 TV_API const uint8_t* ptr_GetCertificateSerialNumber(const Certificate* certificate, uint32_t* outLen);
+/**
+ * Reads the start of the validity period.
+ *
+ * A UTCTime year 50 to 99 reads as 1950 to 1999, 00 to 49 as 2000 to 2049.
+ *
+ * @param[in]  certificate  The certificate (borrowed).
+ * @param[out] outTime      Receives the time.
+ * @return #TV_OK, or a status code; #TV_ERR_ABSENT (311) while the time is unset;
+ *         #TV_ERR_NOT_DER (307) for a time text too short for a date and time.
+ */
 TV_API uint32_t GetCertificateValidNotBefore(const Certificate* certificate, LibraryTime* outTime);
+/**
+ * Reads the end of the validity period.
+ *
+ * A UTCTime year 50 to 99 reads as 1950 to 1999, 00 to 49 as 2000 to 2049.
+ *
+ * @param[in]  certificate  The certificate (borrowed).
+ * @param[out] outTime      Receives the time.
+ * @return #TV_OK, or a status code; #TV_ERR_ABSENT (311) while the time is unset;
+ *         #TV_ERR_NOT_DER (307) for a time text too short for a date and time.
+ */
 TV_API uint32_t GetCertificateValidNotAfter(const Certificate* certificate, LibraryTime* outTime);
+/**
+ * Sets the start of the validity period: UTCTime for years before 2050, GeneralizedTime from 2050.
+ *
+ * A UTCTime holds the year modulo 100, which reads back as 1950 to 2049: an earlier year does not
+ * survive.
+ *
+ * @param[in,out] certificate  The certificate (borrowed).
+ * @param[in]     time         The time (borrowed, copied).
+ * @return #TV_OK, or a status code; #TV_ERR_TIME (313) for a record whose fields do not fit the
+ *         time text (a year past 9999, another field past 99), the old time then staying.
+ */
 TV_API uint32_t SetCertificateValidNotBefore(Certificate* certificate, const LibraryTime* time);
+/**
+ * Sets the end of the validity period: UTCTime for years before 2050, GeneralizedTime from 2050.
+ *
+ * A UTCTime holds the year modulo 100, which reads back as 1950 to 2049: an earlier year does not
+ * survive.
+ *
+ * @param[in,out] certificate  The certificate (borrowed).
+ * @param[in]     time         The time (borrowed, copied).
+ * @return #TV_OK, or a status code; #TV_ERR_TIME (313) for a record whose fields do not fit the
+ *         time text (a year past 9999, another field past 99), the old time then staying.
+ */
 TV_API uint32_t SetCertificateValidNotAfter(Certificate* certificate, const LibraryTime* time);
-/* Null input octets leave the unique id absent. */
+/**
+ * Reads the issuerUniqueID bit string.
+ *
+ * @param[in]     certificate    The certificate (borrowed).
+ * @param[out]    out            Caller buffer for the octets, or null to ask their number.
+ * @param[in,out] outLen         Room in @p out; the octets written or needed (@ref size_protocol).
+ * @param[out]    outUnusedBits  Receives the unused bits of the last octet (0 to 7), or null when
+ *                               not wanted; left alone when the field is absent.
+ * @return #TV_OK, or a status code; #TV_ERR_ABSENT (311) when the certificate has no issuerUniqueID.
+ */
 TV_API uint32_t GetCertificateIssuerUniqueId(const Certificate* certificate, uint8_t* out, uint32_t* outLen, uint8_t* outUnusedBits);
+/**
+ * Reads the subjectUniqueID bit string.
+ *
+ * @param[in]     certificate    The certificate (borrowed).
+ * @param[out]    out            Caller buffer for the octets, or null to ask their number.
+ * @param[in,out] outLen         Room in @p out; the octets written or needed (@ref size_protocol).
+ * @param[out]    outUnusedBits  Receives the unused bits of the last octet (0 to 7), or null when
+ *                               not wanted; left alone when the field is absent.
+ * @return #TV_OK, or a status code; #TV_ERR_ABSENT (311) when the certificate has no
+ *         subjectUniqueID.
+ */
 TV_API uint32_t GetCertificateSubjectUniqueId(const Certificate* certificate, uint8_t* out, uint32_t* outLen, uint8_t* outUnusedBits);
+/**
+ * Replaces the issuerUniqueID, or removes it when @p in is null.
+ *
+ * The unused bits of the last octet are cleared in the stored copy.
+ *
+ * @param[in,out] certificate  The certificate (borrowed).
+ * @param[in]     in           The bit-string octets (borrowed, copied), or null to leave the field
+ *                             absent.
+ * @param[in]     inLen        Octets in @p in.
+ * @param[in]     unusedBits   Unused bits of the last octet, 0 to 7.
+ * @return #TV_OK, or a status code; #TV_ERR_INVALID_ARGUMENT (32) also for more than 7 unused bits.
+ */
 TV_API uint32_t SetCertificateIssuerUniqueId(Certificate* certificate, const uint8_t* in, uint32_t inLen, uint8_t unusedBits);
+/**
+ * Replaces the subjectUniqueID, or removes it when @p in is null.
+ *
+ * The unused bits of the last octet are cleared in the stored copy.
+ *
+ * @param[in,out] certificate  The certificate (borrowed).
+ * @param[in]     in           The bit-string octets (borrowed, copied), or null to leave the field
+ *                             absent.
+ * @param[in]     inLen        Octets in @p in.
+ * @param[in]     unusedBits   Unused bits of the last octet, 0 to 7.
+ * @return #TV_OK, or a status code; #TV_ERR_INVALID_ARGUMENT (32) also for more than 7 unused bits.
+ */
 TV_API uint32_t SetCertificateSubjectUniqueId(Certificate* certificate, const uint8_t* in, uint32_t inLen, uint8_t unusedBits);
-/* The handle is the certificate's extensions field, given also while it holds no list, so the
- * extension list operations create and fill the list in place. */
+/**
+ * Hands out the certificate's extensions field as an extension-list handle.
+ *
+ * The handle is given also while the certificate has no extensions, so the extension list
+ * operations (AddX509ExtensionsExtension() and the others) create and fill the list in place.
+ *
+ * @param[in,out] certificate    The certificate (borrowed).
+ * @param[out]    outExtensions  Receives the handle, lent by @p certificate (do not free).
+ * @return #TV_OK, or a status code.
+ */
 TV_API uint32_t GetCertificateExtensions(Certificate* certificate, X509Extensions** outExtensions);
+/**
+ * Replaces the extensions with a copy of a list; a handle that holds no list removes them.
+ *
+ * The copy is made before the old list goes, so the certificate's own handle may be passed.
+ *
+ * @param[in,out] certificate  The certificate (borrowed).
+ * @param[in]     extensions   The extensions (borrowed, copied).
+ * @return #TV_OK, or a status code.
+ */
 TV_API uint32_t SetCertificateExtensions(Certificate* certificate, const X509Extensions* extensions);
 
 /* Signature, public key and algorithms. Signature-algorithm setters write tbsCertificate.signature
