@@ -386,24 +386,214 @@ TV_API uint32_t GetCertificateExtensions(Certificate* certificate, X509Extension
  */
 TV_API uint32_t SetCertificateExtensions(Certificate* certificate, const X509Extensions* extensions);
 
-/* Signature, public key and algorithms. Signature-algorithm setters write tbsCertificate.signature
- * and then signatureAlgorithm; the getter reads tbsCertificate.signature. Parameters cross as a whole
- * DER element, length 0 when absent. */
+/* Signature value, public key and algorithms. Algorithm parameters cross as one complete DER element,
+ * length 0 when they are absent. */
+
+/**
+ * Reads the signature value's octets (the unused-bits count is not reported).
+ *
+ * @param[in]     certificate  The certificate (borrowed).
+ * @param[out]    out          Caller buffer for the signature, or null to ask its size.
+ * @param[in,out] outLen       Room in @p out; the octets written or needed (@ref size_protocol).
+ * @return #TV_OK, or a status code; #TV_ERR_ABSENT (311) while no signature has been set.
+ */
 TV_API uint32_t GetCertificateSignature(const Certificate* certificate, uint8_t* out, uint32_t* outLen);
+/**
+ * Stores the signature the caller computed over GetCertificateToBeSignedPart(), as a BIT STRING
+ * with no unused bits.
+ *
+ * @param[in,out] certificate  The certificate (borrowed).
+ * @param[in]     in           The signature octets (borrowed, copied).
+ * @param[in]     inLen        Octets in @p in.
+ * @return #TV_OK, or a status code.
+ */
 TV_API uint32_t SetCertificateSignature(Certificate* certificate, const uint8_t* in, uint32_t inLen);
+/**
+ * Reads the subjectPublicKey octets (the content of the BIT STRING, unused-bits count not reported).
+ *
+ * @param[in]     certificate  The certificate (borrowed).
+ * @param[out]    out          Caller buffer for the key, or null to ask its size.
+ * @param[in,out] outLen       Room in @p out; the octets written or needed (@ref size_protocol).
+ * @return #TV_OK, or a status code; #TV_ERR_ABSENT (311) while no public key is set.
+ */
 TV_API uint32_t GetCertificatePublicKey(const Certificate* certificate, uint8_t* out, uint32_t* outLen);
+/**
+ * Replaces the subjectPublicKey with the given octets as a BIT STRING with no unused bits.
+ *
+ * The octets are stored as they are: for an RSA key the DER RSAPublicKey, for a GOST key the DER
+ * OCTET STRING (SetCertificateGostR34102001PublicKey() wraps a raw one).
+ *
+ * @param[in,out] certificate  The certificate (borrowed).
+ * @param[in]     in           The key octets (borrowed, copied); may be null only with @p inLen 0.
+ * @param[in]     inLen        Octets in @p in.
+ * @return #TV_OK, or a status code.
+ */
 TV_API uint32_t SetCertificatePublicKey(Certificate* certificate, const uint8_t* in, uint32_t inLen);
+/**
+ * Stores a raw GOST R 34.10 public key (2001 or 2012): wrapped in a DER OCTET STRING, it becomes the
+ * subjectPublicKey.
+ *
+ * The OCTET STRING is built in a working buffer of 256 octets, so a key over 253 octets is refused.
+ *
+ * @param[in,out] certificate  The certificate (borrowed).
+ * @param[in]     in           The raw key, 64 or 128 octets for the usual key sizes (borrowed, copied).
+ * @param[in]     inLen        Octets in @p in.
+ * @return #TV_OK, or a status code; #TV_ERR_WORK_BUFFER (338) for a key over 253 octets.
+ */
 TV_API uint32_t SetCertificateGostR34102001PublicKey(Certificate* certificate, const uint8_t* in, uint32_t inLen);
+/**
+ * Reads a raw GOST R 34.10 public key: the content of the OCTET STRING the subjectPublicKey holds.
+ *
+ * The algorithm is not looked at. The subjectPublicKey passes through a working buffer of 270
+ * octets.
+ *
+ * @param[in]     certificate  The certificate (borrowed).
+ * @param[out]    out          Caller buffer for the raw key, or null to ask its size.
+ * @param[in,out] outLen       Room in @p out; the octets written or needed (@ref size_protocol).
+ * @return #TV_OK, or a status code; #TV_ERR_ABSENT (311) while no public key is set;
+ *         #TV_ERR_MALFORMED (302) when the key is no OCTET STRING (an RSA key, say);
+ *         #TV_ERR_WORK_BUFFER (338) for a subjectPublicKey over 270 octets.
+ */
 TV_API uint32_t GetCertificatePublicKeyGostR3410(const Certificate* certificate, uint8_t* out, uint32_t* outLen);
+/**
+ * Reads a raw GOST R 34.10 public key together with its parameter-set ids, after checking that the
+ * key's algorithm and parameters belong together.
+ *
+ * Despite the name, any GOST R 34.10 key qualifies: algorithm id 3000 (2012, 256 bits) with
+ * public-key set 1 to 7 or 9 and digest set 3; 3001 (2012, 512 bits) with public-key set 8, 10, 11
+ * or 12 and digest set 4; 102 (2001) with public-key set 1 to 6 and digest set 1 or 2. The
+ * encryption set is not checked; an omitted one reads as 1. The algorithm OID and the parameters
+ * are read through working buffers of 100 octets and the subjectPublicKey through one of 168, each
+ * answering #TV_ERR_BUFFER_TOO_SMALL when exceeded whatever room @p out has.
+ *
+ * @param[in]     certificate           The certificate (borrowed).
+ * @param[out]    out                   Caller buffer for the raw key, or null to ask its size.
+ * @param[in,out] outLen                Room in @p out; the octets written or needed
+ *                                      (@ref size_protocol).
+ * @param[out]    outPublicKeyParamId   Receives the id of the public-key parameter set.
+ * @param[out]    outDigestParamId      Receives the id of the digest parameter set.
+ * @param[out]    outEncryptionParamId  Receives the id of the encryption parameter set.
+ * @return #TV_OK, or a status code; #TV_ERR_KEY_KIND (317) for a key that is not GOST R 34.10,
+ *         parameters that are not a parameter block (NULL or none), or sets that do not suit the
+ *         algorithm; #TV_ERR_OID_NOT_FOUND (308) for an algorithm or parameter-set OID the library
+ *         does not know; #TV_ERR_ABSENT (311) while the algorithm or the key is unset.
+ */
 TV_API uint32_t GetCertificateDecodedPublicKeyGostR34102012(const Certificate* certificate, uint8_t* out, uint32_t* outLen, uint32_t* outPublicKeyParamId, uint32_t* outDigestParamId, uint32_t* outEncryptionParamId);
+/**
+ * Reads the subject public key's algorithm as a packed OID and the DER of its parameters.
+ *
+ * Both parts are always tried, each under the size protocol: when either does not fit the result
+ * is #TV_ERR_BUFFER_TOO_SMALL with both sizes stored (and the part that fitted written).
+ *
+ * @param[in]     certificate   The certificate (borrowed).
+ * @param[out]    outOid        Caller buffer for the packed OID, or null to ask its size.
+ * @param[in,out] outOidLen     Room in @p outOid; the octets written or needed.
+ * @param[out]    outParams     Caller buffer for the parameters, or null to ask (or skip) them.
+ * @param[in,out] outParamsLen  Room in @p outParams; the octets written or needed, 0 when absent; may
+ *                              be null with a null @p outParams when the parameters are not wanted.
+ * @return #TV_OK, or a status code; #TV_ERR_ABSENT (311) while no algorithm has been set.
+ */
 TV_API uint32_t GetCertificatePublicKeyAlgorithmOidAndParameters(const Certificate* certificate, uint8_t* outOid, uint32_t* outOidLen, uint8_t* outParams, uint32_t* outParamsLen);
+/**
+ * Sets the subject public key's algorithm from a packed OID and the DER of its parameters.
+ *
+ * The new value is built before the old one goes, so a failure leaves the old algorithm.
+ *
+ * @param[in,out] certificate  The certificate (borrowed).
+ * @param[in]     inOid        Packed OID of the algorithm (borrowed).
+ * @param[in]     inParams     Complete DER of the parameters (borrowed, copied without parsing), or
+ *                             null (or empty) to leave them absent.
+ * @param[in]     inParamsLen  Octets in @p inParams.
+ * @return #TV_OK, or a status code.
+ */
 TV_API uint32_t SetCertificatePublicKeyAlgorithmOidAndParameters(Certificate* certificate, const uint8_t* inOid, const uint8_t* inParams, uint32_t inParamsLen);
+/**
+ * Sets the subject public key's algorithm from an algorithm id of tarvelon/algorithm.h and the DER
+ * of its parameters.
+ *
+ * @param[in,out] certificate  The certificate (borrowed).
+ * @param[in]     algId        Algorithm id.
+ * @param[in]     inParams     Complete DER of the parameters (borrowed, copied without parsing), or
+ *                             null (or empty) to leave them absent.
+ * @param[in]     inParamsLen  Octets in @p inParams.
+ * @return #TV_OK, or a status code; #TV_ERR_ID_NOT_FOUND (309) for an unknown algorithm id.
+ */
 TV_API uint32_t SetCertificatePublicKeyAlgorithmIdAndParameters(Certificate* certificate, uint32_t algId, const uint8_t* inParams, uint32_t inParamsLen);
+/**
+ * Sets the subject public key's algorithm from an algorithm id and GOST R 34.10 parameters given
+ * by mode and parameter-set ids.
+ *
+ * The parameter block always has the 2001 shape, whose DER leaves out encryption set 1 (its
+ * default), whatever algorithm @p algId names.
+ *
+ * @param[in,out] certificate        The certificate (borrowed).
+ * @param[in]     algId              Algorithm id, e.g. 102, 3000 or 3001.
+ * @param[in]     mode               1 a parameter block, 0 NULL parameters, 255 no parameters.
+ * @param[in]     publicKeyParamId   Id of the public-key parameter set (read with mode 1 only).
+ * @param[in]     digestParamId      Id of the digest parameter set (read with mode 1 only).
+ * @param[in]     encryptionParamId  Id of the encryption parameter set (read with mode 1 only).
+ * @return #TV_OK, or a status code; #TV_ERR_INVALID_ARGUMENT (32) also for another mode;
+ *         #TV_ERR_ID_NOT_FOUND (309) for an unknown algorithm or parameter-set id.
+ */
 TV_API uint32_t SetCertificateGostR34102001PublicKeyAlgorithmIdAndParameters(Certificate* certificate, uint32_t algId, uint8_t mode, uint32_t publicKeyParamId, uint32_t digestParamId, uint32_t encryptionParamId);
+/**
+ * Reads the signature algorithm, from tbsCertificate.signature, as a packed OID and the DER of its
+ * parameters.
+ *
+ * Both parts are always tried, each under the size protocol: when either does not fit the result
+ * is #TV_ERR_BUFFER_TOO_SMALL with both sizes stored (and the part that fitted written).
+ *
+ * @param[in]     certificate   The certificate (borrowed).
+ * @param[out]    outOid        Caller buffer for the packed OID, or null to ask its size.
+ * @param[in,out] outOidLen     Room in @p outOid; the octets written or needed.
+ * @param[out]    outParams     Caller buffer for the parameters, or null to ask (or skip) them.
+ * @param[in,out] outParamsLen  Room in @p outParams; the octets written or needed, 0 when absent; may
+ *                              be null with a null @p outParams when the parameters are not wanted.
+ * @return #TV_OK, or a status code; #TV_ERR_ABSENT (311) while no algorithm has been set.
+ */
 TV_API uint32_t GetCertificateSignatureAlgorithmOidAndParameters(const Certificate* certificate, uint8_t* outOid, uint32_t* outOidLen, uint8_t* outParams, uint32_t* outParamsLen);
+/**
+ * Sets the signature algorithm from a packed OID and the DER of its parameters, in
+ * tbsCertificate.signature and then in the outer signatureAlgorithm.
+ *
+ * A failure on the inner field leaves both as they were.
+ *
+ * @param[in,out] certificate  The certificate (borrowed).
+ * @param[in]     inOid        Packed OID of the signature algorithm (borrowed).
+ * @param[in]     inParams     Complete DER of the parameters (borrowed, copied without parsing), or
+ *                             null (or empty) to leave them absent.
+ * @param[in]     inParamsLen  Octets in @p inParams.
+ * @return #TV_OK, or a status code.
+ */
 TV_API uint32_t SetCertificateSignatureAlgorithmOidAndParameters(Certificate* certificate, const uint8_t* inOid, const uint8_t* inParams, uint32_t inParamsLen);
-/* Mode 0 (NULL parameters) or 255 (none) only. */
+/**
+ * Sets the signature algorithm from an algorithm id, with NULL parameters or none, in
+ * tbsCertificate.signature and then in the outer signatureAlgorithm.
+ *
+ * A failure on the inner field leaves both as they were.
+ *
+ * @param[in,out] certificate  The certificate (borrowed).
+ * @param[in]     algId        Algorithm id, e.g. 100, 3002 or 3003.
+ * @param[in]     mode         0 for NULL parameters or 255 for none; a parameter block (1) is refused.
+ * @return #TV_OK, or a status code; #TV_ERR_INVALID_ARGUMENT (32) also for a mode other than 0 or
+ *         255; #TV_ERR_ID_NOT_FOUND (309) for an unknown algorithm id.
+ */
 TV_API uint32_t SetCertificateGostR34102001SignatureAlgorithmID(Certificate* certificate, uint32_t algId, uint8_t mode);
+/**
+ * Sets the signature algorithm from an algorithm id and GOST R 34.10-2001 parameters given by mode
+ * and parameter-set ids, in tbsCertificate.signature and then in the outer signatureAlgorithm.
+ *
+ * A failure on the inner field leaves both as they were.
+ *
+ * @param[in,out] certificate        The certificate (borrowed).
+ * @param[in]     algId              Algorithm id.
+ * @param[in]     mode               1 a parameter block, 0 NULL parameters, 255 no parameters.
+ * @param[in]     publicKeyParamId   Id of the public-key parameter set (read with mode 1 only).
+ * @param[in]     digestParamId      Id of the digest parameter set (read with mode 1 only).
+ * @param[in]     encryptionParamId  Id of the encryption parameter set (read with mode 1 only).
+ * @return #TV_OK, or a status code; #TV_ERR_INVALID_ARGUMENT (32) also for another mode;
+ *         #TV_ERR_ID_NOT_FOUND (309) for an unknown algorithm or parameter-set id.
+ */
 TV_API uint32_t SetCertificateGostR34102001SignatureAlgorithmIDAndParameters(Certificate* certificate, uint32_t algId, uint8_t mode, uint32_t publicKeyParamId, uint32_t digestParamId, uint32_t encryptionParamId);
 
 /* Key identifiers. The subject key identifier is the SHA-1 of the public key's bit-string octets
