@@ -596,25 +596,174 @@ TV_API uint32_t SetCertificateGostR34102001SignatureAlgorithmID(Certificate* cer
  */
 TV_API uint32_t SetCertificateGostR34102001SignatureAlgorithmIDAndParameters(Certificate* certificate, uint32_t algId, uint8_t mode, uint32_t publicKeyParamId, uint32_t digestParamId, uint32_t encryptionParamId);
 
-/* Key identifiers. The subject key identifier is the SHA-1 of the public key's bit-string octets
- * (RFC 5280 4.2.1.2 method 1). Each setter replaces its extension, added as not critical. */
+/* Key identifiers. Each setter replaces its extension: older ones of the same OID are removed as
+ * RemoveX509ExtensionsExtension2() removes them, and the new one is appended, not critical. */
+
+/**
+ * Computes the subject key identifier, the SHA-1 of the subjectPublicKey octets (RFC 5280 4.2.1.2
+ * method 1), and stores it as the subjectKeyIdentifier extension.
+ *
+ * The extension replaces any earlier one and is appended, not critical. The key passes through a
+ * working buffer of 512 octets. The new value is encoded before the old extension is removed, so a
+ * failure leaves the certificate as it was.
+ *
+ * @param[in,out] certificate  The certificate (borrowed).
+ * @return #TV_OK, or a status code; #TV_ERR_ABSENT (311) while no public key is set;
+ *         #TV_ERR_WORK_BUFFER (338) for a key over 512 octets.
+ */
 TV_API uint32_t SetCertificateSubjectKeyIdentifier(Certificate* certificate);
+/**
+ * Reads the key identifier of the certificate's subjectKeyIdentifier extension.
+ *
+ * The extension's value passes through a working buffer of 1024 octets; a longer value answers
+ * #TV_ERR_NO_MEMORY (1), not #TV_ERR_BUFFER_TOO_SMALL, as callers have always seen it.
+ *
+ * @param[in,out] certificate  The certificate (borrowed; not changed).
+ * @param[out]    out          Caller buffer for the key identifier, or null to ask its size.
+ * @param[in,out] outLen       Room in @p out; the octets written or needed (@ref size_protocol).
+ * @return #TV_OK, or a status code; #TV_ERR_NOT_FOUND (322) when the certificate has no such
+ *         extension; #TV_ERR_NO_MEMORY (1) also for an extension value over 1024 octets.
+ */
 TV_API uint32_t GetCertificateSubjectKeyIdentifier(Certificate* certificate, uint8_t* out, uint32_t* outLen);
+/**
+ * Stores the authorityKeyIdentifier extension that names an issuer certificate: its subject key
+ * identifier, and always its own issuer name and serial number.
+ *
+ * Either way a verifier can find the issuer certificate. The extension replaces any earlier one
+ * and is appended, not critical. The key identifier is left out, without
+ * failing, when the issuer certificate has none that can be read (none at all, or one over 32
+ * octets); its serial number passes through a working buffer of 64 octets.
+ *
+ * @param[in,out] certificate        The certificate to change (borrowed).
+ * @param[in]     issuerCertificate  The issuer's certificate (borrowed).
+ * @return #TV_OK, or a status code; #TV_ERR_ABSENT (311) when @p issuerCertificate has no serial
+ *         number; #TV_ERR_WORK_BUFFER (338) for a serial number over 64 octets;
+ *         #TV_ERR_INVALID_ARGUMENT (32) also when @p issuerCertificate has neither a readable key
+ *         identifier nor an issuer name.
+ */
 TV_API uint32_t SetCertificateAuthorityKeyIdentifier(Certificate* certificate, const Certificate* issuerCertificate);
+/**
+ * Stores the authorityKeyIdentifier extension from its parts; those not given are left out.
+ *
+ * The extension replaces any earlier one and is appended, not critical. The issuer is written as
+ * one directoryName. Each part is written as given: nothing checks that an issuer comes with a
+ * serial number.
+ *
+ * @param[in,out] certificate  The certificate (borrowed).
+ * @param[in]     inKeyId      The key identifier (borrowed, copied), or null (or empty) for none.
+ * @param[in]     inKeyIdLen   Octets in @p inKeyId.
+ * @param[in]     issuer       The issuer certificate's issuer name (borrowed, copied), or null.
+ * @param[in]     inSerial     The issuer certificate's serial number as INTEGER content octets
+ *                             (borrowed, copied), or null (or empty) for none.
+ * @param[in]     inSerialLen  Octets in @p inSerial.
+ * @return #TV_OK, or a status code; #TV_ERR_INVALID_ARGUMENT (32) also when there is no key
+ *         identifier and not both an issuer and a serial number.
+ */
 TV_API uint32_t SetCertificateAuthorityKeyIdentifier2(Certificate* certificate, const uint8_t* inKeyId, uint32_t inKeyIdLen, const X509Name* issuer, const uint8_t* inSerial, uint32_t inSerialLen);
-/* The issuer comes back as new general names (or, from the 2 form, a new name; null when the
- * extension names no issuer) that the caller frees. */
+/**
+ * Reads the certificate's authorityKeyIdentifier extension: key identifier, issuer as general
+ * names, serial number.
+ *
+ * Absent octet parts read as length 0. The extension's value passes through a working buffer of
+ * 1024 octets. The issuer copy goes to the caller only with a success: a call answered
+ * #TV_ERR_BUFFER_TOO_SMALL leaves nothing to free.
+ *
+ * @param[in,out] certificate   The certificate (borrowed; not changed).
+ * @param[out]    outKeyId      Caller buffer for the key identifier, or null to ask its size.
+ * @param[in,out] outKeyIdLen   Room in @p outKeyId; the octets written or needed, 0 when absent.
+ * @param[out]    outIssuer     Receives new general names owned by the caller
+ *                              (FreeX509GeneralNames()), null when the extension names no issuer;
+ *                              or null when not wanted.
+ * @param[out]    outSerial     Caller buffer for the serial number's content octets, or null to ask
+ *                              their number.
+ * @param[in,out] outSerialLen  Room in @p outSerial; the octets written or needed, 0 when absent.
+ * @return #TV_OK, or a status code; #TV_ERR_NOT_FOUND (322) when the certificate has no such
+ *         extension; #TV_ERR_WORK_BUFFER (338) for an extension value over 1024 octets.
+ */
 TV_API uint32_t GetCertificateAuthorityKeyIdentifier(Certificate* certificate, uint8_t* outKeyId, uint32_t* outKeyIdLen, GeneralNames** outIssuer, uint8_t* outSerial, uint32_t* outSerialLen);
+/**
+ * Reads the certificate's authorityKeyIdentifier extension as GetCertificateAuthorityKeyIdentifier()
+ * does, with the issuer as a name.
+ *
+ * The issuer is the first directoryName among the extension's general names that decodes; when
+ * there is none (no issuer, or only names of other kinds) the name handed out is null and the call
+ * succeeds.
+ *
+ * @param[in,out] certificate   The certificate (borrowed; not changed).
+ * @param[out]    outKeyId      Caller buffer for the key identifier, or null to ask its size.
+ * @param[in,out] outKeyIdLen   Room in @p outKeyId; the octets written or needed, 0 when absent.
+ * @param[out]    outIssuer     Receives a new name owned by the caller (FreeX509Name()), or null
+ *                              when the extension names no directory name; or null when not wanted.
+ * @param[out]    outSerial     Caller buffer for the serial number's content octets, or null to ask
+ *                              their number.
+ * @param[in,out] outSerialLen  Room in @p outSerial; the octets written or needed, 0 when absent.
+ * @return #TV_OK, or a status code; #TV_ERR_NOT_FOUND (322) when the certificate has no such
+ *         extension; #TV_ERR_WORK_BUFFER (338) for an extension value over 1024 octets.
+ */
 TV_API uint32_t GetCertificateAuthorityKeyIdentifier2(Certificate* certificate, uint8_t* outKeyId, uint32_t* outKeyIdLen, X509Name** outIssuer, uint8_t* outSerial, uint32_t* outSerialLen);
-/* 0 when the certificate is the one the identifier names, TV_ERR_DIFFERENT otherwise. A given key
- * id decides alone; issuer and serial are then ignored. */
+/**
+ * Tells whether a certificate is the one an authority key identifier names.
+ *
+ * A given key identifier decides alone, against the certificate's subject key identifier; issuer
+ * and serial number are then ignored. Otherwise the serial number is compared first, as stored
+ * octets (00 7F is not 7F), then the issuer with CompareX509Names(). The certificate's key
+ * identifier passes through a working buffer of 32 octets.
+ *
+ * @param[in,out] certificate  The candidate certificate (borrowed; not changed).
+ * @param[in]     inKeyId      The key identifier (borrowed), or null (or empty) for none.
+ * @param[in]     inKeyIdLen   Octets in @p inKeyId.
+ * @param[in]     issuer       The issuer name (borrowed), or null.
+ * @param[in]     inSerial     The serial number's content octets (borrowed), or null.
+ * @param[in]     inSerialLen  Octets in @p inSerial.
+ * @return 0 when the certificate is the one named; #TV_ERR_DIFFERENT (320) when it is not, also
+ *         when a key identifier is given and the certificate has none; otherwise a status code:
+ *         #TV_ERR_INVALID_ARGUMENT (32) when nothing is given, or the serial numbers match and no
+ *         issuer is given; #TV_ERR_NOT_DER (307) when the certificate has no serial number;
+ *         #TV_ERR_ABSENT (311) when it has no issuer; #TV_ERR_WORK_BUFFER (338) for a certificate's
+ *         key identifier over 32 octets.
+ */
 TV_API uint32_t IsCertificateCorrespondToAuthKeyIdent(Certificate* certificate, const uint8_t* inKeyId, uint32_t inKeyIdLen, const X509Name* issuer, const uint8_t* inSerial, uint32_t inSerialLen);
-/* Code page 1251 text. The old extension is removed first, so a failure leaves none. */
+/**
+ * Stores the Kestrune key identifier extension (1.2.643.3.901.3.1): the text as a UTF8String.
+ *
+ * The extension replaces any earlier one and is appended, not critical. The old one is removed
+ * first, so a failure leaves the certificate without one, never with a stale identifier (callers
+ * rely on it). The text is converted and encoded in working buffers of
+ * 138 octets.
+ *
+ * @param[in,out] certificate  The certificate (borrowed).
+ * @param[in]     text         NUL-terminated code page 1251 text (borrowed).
+ * @return #TV_OK, or a status code; #TV_ERR_WORK_BUFFER (338) for a text whose UTF-8 form or
+ *         encoding exceeds 138 octets.
+ */
 TV_API uint32_t SetCertificateKestruneKeyIdentifier(Certificate* certificate, const char* text);
 
 /* Extension conveniences. */
+
+/**
+ * Reads the value of the certificate's first extension with a given OID: the content of its
+ * extnValue OCTET STRING, the DER of the extension's own structure.
+ *
+ * @param[in,out] certificate  The certificate (borrowed; not changed).
+ * @param[in]     inOid        Packed OID of the extension (borrowed).
+ * @param[out]    out          Caller buffer for the value, or null to ask its size.
+ * @param[in,out] outLen       Room in @p out; the octets written or needed (@ref size_protocol).
+ * @return #TV_OK, or a status code; #TV_ERR_NOT_FOUND (322) when the certificate has no such
+ *         extension, or no extensions at all.
+ */
 TV_API uint32_t GetCertificateExtensionValue(Certificate* certificate, const uint8_t* inOid, uint8_t* out, uint32_t* outLen);
-/* Replaces the CRL distribution points with one point whose full name is the URL. */
+/**
+ * Replaces the cRLDistributionPoints extension with one distribution point whose full name is the
+ * URL, appended not critical.
+ *
+ * The value is encoded in a working buffer of 2048 octets. A longer one answers
+ * #TV_ERR_BUFFER_TOO_SMALL and leaves the certificate unchanged: kept as it is, callers depend on it.
+ *
+ * @param[in,out] certificate  The certificate (borrowed).
+ * @param[in]     url          NUL-terminated URL, written as a uniformResourceIdentifier (borrowed).
+ * @return #TV_OK, or a status code; #TV_ERR_BUFFER_TOO_SMALL (49) for an extension value over 2048
+ *         octets.
+ */
 TV_API uint32_t SetCertificateExtensionCrlDistributionPoints(Certificate* certificate, const char* url);
 
 #ifdef __cplusplus
