@@ -1,14 +1,19 @@
-/* Tarvelon: CMS signed messages (RFC 5652): ContentInfo, SignedData and SignerInfo, and the
- * signature workflows built on them. The library computes no digest and no signature: the caller
- * hashes the content, signs the bytes handed out by GetCmsSignedDataToBeSignedPart (or
- * GetCmsSignerInfoEncodedSignedAttributes) and stores the signature back.
+/**
+ * @file tarvelon/cms.h
+ * CMS signed messages (RFC 5652): ContentInfo, SignedData and SignerInfo, and the signature
+ * workflows built on them.
+ *
+ * The library computes no digest and no signature: the caller hashes the content, signs the bytes
+ * handed out by GetCmsSignedDataToBeSignedPart() (or GetCmsSignerInfoEncodedSignedAttributes()) and
+ * stores the signature back.
  *
  * Certificates and CRLs inside SignedData are kept as their encoded elements; decode them with the
  * certificate and CRL families when their fields are needed.
  *
- * Display texts (GetCertificateCN, GetCrlCN, the signer texts, the Kestrune identifier) are
+ * Display texts (GetCertificateCN(), GetCrlCN(), the signer texts, the Kestrune identifier) are
  * single-byte code page 1251 and NUL-terminated: a size query reports the text length + 1, and after
- * a successful copy the length is the text length without the NUL. */
+ * a successful copy the length is the text length without the NUL.
+ */
 #ifndef TARVELON_CMS_H
 #define TARVELON_CMS_H
 
@@ -23,80 +28,446 @@
 extern "C" {
 #endif
 
-/* ContentInfo ::= SEQUENCE { contentType OBJECT IDENTIFIER, content [0] EXPLICIT ANY OPTIONAL } */
+/**
+ * ContentInfo ::= SEQUENCE { contentType OBJECT IDENTIFIER, content [0] EXPLICIT ANY OPTIONAL }; the
+ * content is kept as the complete encoding of the inner value.
+ */
 typedef struct CmsContentInfo CmsContentInfo;
+/** SignedData: the content of an id-signedData ContentInfo. */
 typedef struct CmsSignedData CmsSignedData;
+/** One signer of a SignedData. */
 typedef struct CmsSignerInfo CmsSignerInfo;
-/* EncapsulatedContentInfo ::= SEQUENCE { eContentType OBJECT IDENTIFIER, eContent [0] EXPLICIT OCTET STRING OPTIONAL } */
+/**
+ * EncapsulatedContentInfo ::= SEQUENCE { eContentType OBJECT IDENTIFIER,
+ * eContent [0] EXPLICIT OCTET STRING OPTIONAL }.
+ */
 typedef struct CmsEncapsulatedContentInfo CmsEncapsulatedContentInfo;
 
 /* Kinds of stored certificates (CertificateChoices) and the identifier octet each imposes. */
-#define TV_CMS_CERT_CERTIFICATE 1u /* 0x30 */
-#define TV_CMS_CERT_EXTENDED 2u    /* [0] 0xA0 */
-#define TV_CMS_CERT_V1_ATTR 3u     /* [1] 0xA1 */
-#define TV_CMS_CERT_V2_ATTR 4u     /* [2] 0xA2 */
-#define TV_CMS_CERT_OTHER 5u       /* [3] 0xA3 */
-/* Kinds of stored CRLs (RevocationInfoChoice): a CertificateList, or the content octets of an
- * OtherRevocationInfoFormat that the library wraps in a constructed [1] header. */
+/** A certificate (identifier octet 0x30). */
+#define TV_CMS_CERT_CERTIFICATE 1u
+/** An extended certificate, [0] (identifier octet 0xA0). */
+#define TV_CMS_CERT_EXTENDED 2u
+/** A version 1 attribute certificate, [1] (identifier octet 0xA1). */
+#define TV_CMS_CERT_V1_ATTR 3u
+/** A version 2 attribute certificate, [2] (identifier octet 0xA2). */
+#define TV_CMS_CERT_V2_ATTR 4u
+/** Another certificate format, [3] (identifier octet 0xA3). */
+#define TV_CMS_CERT_OTHER 5u
+/* Kinds of stored CRLs (RevocationInfoChoice). */
+/** A CertificateList, stored as given. */
 #define TV_CMS_CRL_CERTIFICATE_LIST 1u
+/** The content octets of an OtherRevocationInfoFormat, wrapped by the library in a constructed [1]. */
 #define TV_CMS_CRL_OTHER 2u
 /* Signer identifier alternatives. */
+/** The signer is named by the issuer and serial number of its certificate. */
 #define TV_CMS_SID_ISSUER_AND_SERIAL 0u
+/** The signer is named by the subject key identifier of its certificate. */
 #define TV_CMS_SID_KEY_IDENTIFIER 1u
 
-/* ContentInfo. Create makes the mandatory members; the content is the complete encoding of the
- * inner value (tag included). */
+/**
+ * Makes an empty ContentInfo: its mandatory members are made, without a content.
+ *
+ * @param[out] outContentInfo  Receives a new ContentInfo owned by the caller (FreeCmsContentInfo()).
+ * @return #TV_OK, or a status code.
+ */
 TV_API uint32_t CreateCmsContentInfo(CmsContentInfo** outContentInfo);
+/**
+ * Frees a ContentInfo and everything it holds.
+ *
+ * @param[in] contentInfo  The ContentInfo (taken over and freed); null does nothing.
+ * @return #TV_OK.
+ */
 TV_API uint32_t FreeCmsContentInfo(CmsContentInfo* contentInfo);
+/**
+ * Makes a deep copy of a ContentInfo.
+ *
+ * @param[in]  contentInfo     The ContentInfo to copy (borrowed).
+ * @param[out] outContentInfo  Receives a new ContentInfo owned by the caller (FreeCmsContentInfo()).
+ * @return #TV_OK, or a status code.
+ */
 TV_API uint32_t CreateCmsContentInfoCopy(const CmsContentInfo* contentInfo, CmsContentInfo** outContentInfo);
+/**
+ * Writes a ContentInfo as DER.
+ *
+ * @param[in]     contentInfo  The ContentInfo (borrowed).
+ * @param[out]    out          Caller buffer for the encoding, or null to ask its size.
+ * @param[in,out] outLen       Room in @p out; the octets written or needed (@ref size_protocol).
+ * @return #TV_OK, or a status code.
+ */
 TV_API uint32_t EncodeCmsContentInfo(const CmsContentInfo* contentInfo, uint8_t* out, uint32_t* outLen);
+/**
+ * Reads a ContentInfo; the content stays the complete encoding it arrived as, undecoded.
+ *
+ * Octets after the first complete element are ignored. Decode the content with the family that knows
+ * its type (DecodeCmsSignedData() for id-signedData), from the octets GetCmsContentInfoContent() gives.
+ *
+ * @param[in]  in              The encoding (borrowed).
+ * @param[in]  inLen           Octets in @p in.
+ * @param[out] outContentInfo  Receives a new ContentInfo owned by the caller (FreeCmsContentInfo()).
+ * @return #TV_OK, or a status code.
+ */
 TV_API uint32_t DecodeCmsContentInfo(const uint8_t* in, uint32_t inLen, CmsContentInfo** outContentInfo);
-/* The content of an id-data ContentInfo: bytes as an OCTET STRING element, and back. */
+/**
+ * Wraps octets as the OCTET STRING element that an id-data ContentInfo carries as its content.
+ *
+ * @param[in]     in      The data (borrowed); null with @p inLen 0 gives the empty OCTET STRING.
+ * @param[in]     inLen   Octets in @p in.
+ * @param[out]    out     Caller buffer for the element, or null to ask its size.
+ * @param[in,out] outLen  Room in @p out; the octets written or needed (@ref size_protocol).
+ * @return #TV_OK, or a status code.
+ */
 TV_API uint32_t EncodeCmsContentInfoContent(const uint8_t* in, uint32_t inLen, uint8_t* out, uint32_t* outLen);
+/**
+ * Takes the data out of the OCTET STRING element of an id-data content; the inverse of
+ * EncodeCmsContentInfoContent().
+ *
+ * @param[in]     in      The OCTET STRING element (borrowed), not empty.
+ * @param[in]     inLen   Octets in @p in.
+ * @param[out]    out     Caller buffer for the data, or null to ask its size.
+ * @param[in,out] outLen  Room in @p out; the octets written or needed (@ref size_protocol).
+ * @return #TV_OK, or a status code.
+ */
 TV_API uint32_t DecodeCmsContentInfoContent(const uint8_t* in, uint32_t inLen, uint8_t* out, uint32_t* outLen);
+/**
+ * Sets the content type of a ContentInfo.
+ *
+ * @param[in,out] contentInfo  The ContentInfo (borrowed).
+ * @param[in]     inOid        The content type, packed (borrowed).
+ * @return #TV_OK, or a status code.
+ */
 TV_API uint32_t SetCmsContentInfoTypeOid(CmsContentInfo* contentInfo, const uint8_t* inOid);
+/**
+ * Gets the content type of a ContentInfo.
+ *
+ * @param[in]     contentInfo  The ContentInfo (borrowed).
+ * @param[out]    outOid       Caller buffer for the packed OID, or null to ask its size.
+ * @param[in,out] outOidLen    Room in @p outOid; the octets written or needed (@ref size_protocol).
+ * @return #TV_OK, or a status code; #TV_ERR_ABSENT (311) when no type is set.
+ */
 TV_API uint32_t GetCmsContentInfoTypeOid(const CmsContentInfo* contentInfo, uint8_t* outOid, uint32_t* outOidLen);
-/* Null bytes or length 0 remove the content. An absent content reads as length 0. */
+/**
+ * Replaces the content of a ContentInfo with a complete encoding of the inner value, tag included.
+ *
+ * The old content is freed first, so a failure leaves the ContentInfo without content.
+ *
+ * @param[in,out] contentInfo  The ContentInfo (borrowed).
+ * @param[in]     in           One complete DER element (borrowed, copied); null or @p inLen 0 removes
+ *                             the content.
+ * @param[in]     inLen        Octets in @p in.
+ * @return #TV_OK, or a status code; #TV_ERR_INVALID_ARGUMENT also when @p in is not exactly one
+ *         complete element.
+ */
 TV_API uint32_t SetCmsContentInfoContent(CmsContentInfo* contentInfo, const uint8_t* in, uint32_t inLen);
+/**
+ * Copies the content of a ContentInfo: the complete encoding of the inner value, tag included.
+ *
+ * @param[in]     contentInfo  The ContentInfo (borrowed).
+ * @param[out]    out          Caller buffer for the element, or null to ask its size.
+ * @param[in,out] outLen       Room in @p out; the octets written or needed (@ref size_protocol); 0
+ *                             when there is no content.
+ * @return #TV_OK, or a status code.
+ */
 TV_API uint32_t GetCmsContentInfoContent(const CmsContentInfo* contentInfo, uint8_t* out, uint32_t* outLen);
 
 /* SignedData. */
+/**
+ * Makes an empty SignedData: its mandatory members are made, none of them filled.
+ *
+ * @param[out] outSignedData  Receives a new SignedData owned by the caller (FreeCmsSignedData()).
+ * @return #TV_OK, or a status code.
+ */
 TV_API uint32_t CreateCmsSignedData(CmsSignedData** outSignedData);
+/**
+ * Frees a SignedData and everything it holds, its signers included.
+ *
+ * @param[in] signedData  The SignedData (taken over and freed); null does nothing.
+ * @return #TV_OK.
+ */
 TV_API uint32_t FreeCmsSignedData(CmsSignedData* signedData);
+/**
+ * Makes a deep copy of a SignedData.
+ *
+ * @param[in]  signedData     The SignedData to copy (borrowed).
+ * @param[out] outSignedData  Receives a new SignedData owned by the caller (FreeCmsSignedData()).
+ * @return #TV_OK, or a status code.
+ */
 TV_API uint32_t CreateCmsSignedDataCopy(const CmsSignedData* signedData, CmsSignedData** outSignedData);
+/**
+ * Writes a SignedData as DER: the SignedData alone, not wrapped in a ContentInfo.
+ *
+ * @param[in]     signedData  The SignedData (borrowed).
+ * @param[out]    out         Caller buffer for the encoding, or null to ask its size.
+ * @param[in,out] outLen      Room in @p out; the octets written or needed (@ref size_protocol).
+ * @return #TV_OK, or a status code.
+ */
 TV_API uint32_t EncodeCmsSignedData(const CmsSignedData* signedData, uint8_t* out, uint32_t* outLen);
+/**
+ * Reads a SignedData: the content of an id-signedData ContentInfo, not the ContentInfo itself.
+ *
+ * Octets after the first complete element are ignored.
+ *
+ * @param[in]  in             The encoding (borrowed).
+ * @param[in]  inLen          Octets in @p in.
+ * @param[out] outSignedData  Receives a new SignedData owned by the caller (FreeCmsSignedData()).
+ * @return #TV_OK, or a status code.
+ */
 TV_API uint32_t DecodeCmsSignedData(const uint8_t* in, uint32_t inLen, CmsSignedData** outSignedData);
+/**
+ * Sets the version of a SignedData.
+ *
+ * @param[in,out] signedData  The SignedData (borrowed).
+ * @param[in]     version     The version number.
+ * @return #TV_OK, or a status code.
+ */
 TV_API uint32_t SetCmsSignedDataVersion(CmsSignedData* signedData, uint32_t version);
+/**
+ * Gets the version of a SignedData.
+ *
+ * @param[in]  signedData  The SignedData (borrowed).
+ * @param[out] outVersion  Receives the version number.
+ * @return #TV_OK, or a status code; #TV_ERR_ABSENT (311) when no version is set.
+ */
 TV_API uint32_t GetCmsSignedDataVersion(const CmsSignedData* signedData, uint32_t* outVersion);
-/* Parameters are a complete encoding (null or empty: none); an algorithm already present is not added again. */
+/**
+ * Adds a digest algorithm to the set listed before the content, unless an equal one is there.
+ *
+ * Equal means the same encoding, parameters included: an algorithm with absent parameters and the
+ * same one with NULL parameters are listed twice. A duplicate is not an error.
+ *
+ * @param[in,out] signedData   The SignedData (borrowed).
+ * @param[in]     inOid        The algorithm, packed (borrowed).
+ * @param[in]     inParams     The parameters as one complete DER element (borrowed, copied as
+ *                             given), or null for none.
+ * @param[in]     inParamsLen  Octets in @p inParams; 0 for none.
+ * @return #TV_OK, or a status code.
+ */
 TV_API uint32_t AddCmsSignedDataDigestAlgorithmOidAndParameters(CmsSignedData* signedData, const uint8_t* inOid, const uint8_t* inParams, uint32_t inParamsLen);
+/**
+ * Counts the digest algorithms of a SignedData.
+ *
+ * @param[in]  signedData  The SignedData (borrowed).
+ * @param[out] outCount    Receives the number of algorithms.
+ * @return #TV_OK, or a status code; #TV_ERR_ABSENT (311) when the SignedData holds no set of them.
+ */
 TV_API uint32_t GetCmsSignedDataDigestAlgorithmsCount(const CmsSignedData* signedData, uint32_t* outCount);
-/* Both parts are tried, so both lengths report their needs; 49 when either did not fit. */
+/**
+ * Gets one digest algorithm of a SignedData: its OID and its parameters.
+ *
+ * Both parts are always tried, so one call with null buffers sizes both; when either does not fit, the
+ * answer is #TV_ERR_BUFFER_TOO_SMALL with both lengths filled in.
+ *
+ * @param[in]     signedData    The SignedData (borrowed).
+ * @param[in]     index         The algorithm's position, from 0.
+ * @param[out]    outOid        Caller buffer for the packed OID, or null to ask its size.
+ * @param[in,out] outOidLen     Room in @p outOid; the octets written or needed (@ref size_protocol).
+ * @param[out]    outParams     Caller buffer for the parameters element, or null to ask its size.
+ * @param[in,out] outParamsLen  Room in @p outParams; the octets written or needed, 0 when the
+ *                              algorithm has no parameters (@ref size_protocol).
+ * @return #TV_OK, or a status code; #TV_ERR_ABSENT (311) when the SignedData holds no set of
+ *         algorithms, #TV_ERR_INVALID_ARGUMENT when @p index is out of range.
+ */
 TV_API uint32_t GetCmsSignedDataDigestAlgorithmOidAndParameters(const CmsSignedData* signedData, uint32_t index, uint8_t* outOid, uint32_t* outOidLen, uint8_t* outParams, uint32_t* outParamsLen);
+/**
+ * Removes every digest algorithm of a SignedData; the set stays, empty.
+ *
+ * @param[in,out] signedData  The SignedData (borrowed).
+ * @return #TV_OK, or a status code.
+ */
 TV_API uint32_t ClearCmsSignedDataDigestAlgorithms(CmsSignedData* signedData);
+/**
+ * Sets the type of the encapsulated content (eContentType).
+ *
+ * @param[in,out] signedData  The SignedData (borrowed).
+ * @param[in]     inOid       The content type, packed (borrowed).
+ * @return #TV_OK, or a status code; #TV_ERR_ABSENT (311) when the SignedData has no encapsulated
+ *         content info.
+ */
 TV_API uint32_t SetCmsSignedDataContentTypeOid(CmsSignedData* signedData, const uint8_t* inOid);
+/**
+ * Gets the type of the encapsulated content (eContentType).
+ *
+ * @param[in]     signedData  The SignedData (borrowed).
+ * @param[out]    outOid      Caller buffer for the packed OID, or null to ask its size.
+ * @param[in,out] outOidLen   Room in @p outOid; the octets written or needed (@ref size_protocol).
+ * @return #TV_OK, or a status code; #TV_ERR_ABSENT (311) when no type is set.
+ */
 TV_API uint32_t GetCmsSignedDataContentTypeOid(const CmsSignedData* signedData, uint8_t* outOid, uint32_t* outOidLen);
-/* eContent's octets; null bytes or length 0 remove eContent (a detached signature), which reads as length 0. */
+/**
+ * Replaces the encapsulated content (the octets of eContent).
+ *
+ * The old content is freed first, so a large content is never held twice and a failure leaves none.
+ *
+ * @param[in,out] signedData  The SignedData (borrowed).
+ * @param[in]     in          The content octets (borrowed, copied); null or @p inLen 0 removes
+ *                            eContent: a detached signature.
+ * @param[in]     inLen       Octets in @p in.
+ * @return #TV_OK, or a status code; #TV_ERR_ABSENT (311) when the SignedData has no encapsulated
+ *         content info.
+ */
 TV_API uint32_t SetCmsSignedDataContent(CmsSignedData* signedData, const uint8_t* in, uint32_t inLen);
+/**
+ * Copies the encapsulated content (the octets of eContent).
+ *
+ * @param[in]     signedData  The SignedData (borrowed).
+ * @param[out]    out         Caller buffer for the content, or null to ask its size.
+ * @param[in,out] outLen      Room in @p out; the octets written or needed (@ref size_protocol); 0 for
+ *                            a detached signature.
+ * @return #TV_OK, or a status code; #TV_ERR_ABSENT (311) when the SignedData has no encapsulated
+ *         content info.
+ */
 TV_API uint32_t GetCmsSignedDataContent(const CmsSignedData* signedData, uint8_t* out, uint32_t* outLen);
+/**
+ * Hands out the encapsulated content info of a SignedData.
+ *
+ * The handle is opaque: read and change its fields with the SignedData content functions.
+ *
+ * @param[in]  signedData      The SignedData (borrowed).
+ * @param[out] outContentInfo  Receives the EncapsulatedContentInfo, lent by @p signedData (do not
+ *                             free).
+ * @return #TV_OK, or a status code; #TV_ERR_ABSENT (311) when there is none.
+ */
 TV_API uint32_t GetCmsSignedDataContentInfo(CmsSignedData* signedData, CmsEncapsulatedContentInfo** outContentInfo);
-/* The identifier octet of the stored copy is the kind's (the length octets are kept); a certificate
- * equal to one already stored is not stored again. */
+/**
+ * Stores an encoded certificate (or other CertificateChoices element) in a SignedData.
+ *
+ * The stored copy's identifier octet becomes the one @p certKind imposes (TV_CMS_CERT_...); the length
+ * octets and contents are kept as given and not checked. An element equal to one already stored
+ * (after that change) is not stored again, without an error. The certificate set is made before the
+ * kind is checked, so an unknown kind on a SignedData without certificates still leaves an empty set.
+ *
+ * @param[in,out] signedData  The SignedData (borrowed).
+ * @param[in]     certKind    #TV_CMS_CERT_CERTIFICATE to #TV_CMS_CERT_OTHER.
+ * @param[in]     in          One complete DER element (borrowed, copied).
+ * @param[in]     inLen       Octets in @p in.
+ * @return #TV_OK, or a status code; #TV_ERR_INVALID_ARGUMENT also for a kind outside 1..5 or input
+ *         that is not exactly one complete element.
+ */
 TV_API uint32_t AddCmsSignedDataEncodedCertificate(CmsSignedData* signedData, uint32_t certKind, const uint8_t* in, uint32_t inLen);
+/**
+ * Counts the certificates stored in a SignedData.
+ *
+ * @param[in]  signedData  The SignedData (borrowed).
+ * @param[out] outCount    Receives the number of certificates; 0 when there is no certificate set.
+ * @return #TV_OK, or a status code.
+ */
 TV_API uint32_t GetCmsSignedDataCertificatesCount(const CmsSignedData* signedData, uint32_t* outCount);
-/* Kind 1..5 from the identifier octet, 0 for anything else; a null length with a buffer is 32, both null only report the kind. */
+/**
+ * Copies one stored certificate as its complete element, and tells its kind.
+ *
+ * The kind is read from the identifier octet: #TV_CMS_CERT_CERTIFICATE for a SEQUENCE, 2 to 5 for a
+ * constructed [0] to [3], 0 for anything else. With both @p out and @p outLen null only the kind is
+ * reported.
+ *
+ * @param[in]     signedData   The SignedData (borrowed).
+ * @param[in]     index        The certificate's position, from 0.
+ * @param[out]    outCertKind  Receives the kind (TV_CMS_CERT_...), or null when not wanted.
+ * @param[out]    out          Caller buffer for the element, or null to ask its size.
+ * @param[in,out] outLen       Room in @p out; the octets written or needed (@ref size_protocol); may
+ *                             be null only when @p out is null too.
+ * @return #TV_OK, or a status code; #TV_ERR_INVALID_ARGUMENT also when @p index is out of range.
+ */
 TV_API uint32_t GetCmsSignedDataEncodedCertificate(const CmsSignedData* signedData, uint32_t index, uint32_t* outCertKind, uint8_t* out, uint32_t* outLen);
+/**
+ * Removes the certificate set of a SignedData, with every certificate in it.
+ *
+ * @param[in,out] signedData  The SignedData (borrowed).
+ * @return #TV_OK, or a status code.
+ */
 TV_API uint32_t RemoveCmsSignedDataCertificates(CmsSignedData* signedData);
-/* CRLs are stored as often as they are added (no duplicate check, unlike certificates). */
+/**
+ * Appends a CRL, or another revocation information format, to a SignedData.
+ *
+ * CRLs are stored as often as they are added: unlike certificates there is no check for duplicates.
+ *
+ * @param[in,out] signedData  The SignedData (borrowed).
+ * @param[in]     crlKind     #TV_CMS_CRL_CERTIFICATE_LIST or #TV_CMS_CRL_OTHER.
+ * @param[in]     in          For #TV_CMS_CRL_CERTIFICATE_LIST one complete DER element, stored as
+ *                            given; for #TV_CMS_CRL_OTHER the content octets of the
+ *                            OtherRevocationInfoFormat, stored under a constructed [1] header
+ *                            (borrowed, copied).
+ * @param[in]     inLen       Octets in @p in.
+ * @return #TV_OK, or a status code; #TV_ERR_INVALID_ARGUMENT also for another kind or a CRL that is not
+ *         exactly one complete element.
+ */
 TV_API uint32_t AddCmsSignedDataEncodedCrl(CmsSignedData* signedData, uint32_t crlKind, const uint8_t* in, uint32_t inLen);
+/**
+ * Counts the CRLs stored in a SignedData.
+ *
+ * @param[in]  signedData  The SignedData (borrowed).
+ * @param[out] outCount    Receives the number of CRLs; 0 when there is no CRL set.
+ * @return #TV_OK, or a status code.
+ */
 TV_API uint32_t GetCmsSignedDataCrlsCount(const CmsSignedData* signedData, uint32_t* outCount);
+/**
+ * Copies one stored CRL as its complete element, and tells its kind.
+ *
+ * The kind is read from the identifier octet: #TV_CMS_CRL_CERTIFICATE_LIST for a SEQUENCE,
+ * #TV_CMS_CRL_OTHER for a constructed [1], 0 for anything else. An other format comes back with its
+ * [1] header, not as the content octets it was added as. With both @p out and @p outLen null only the
+ * kind is reported.
+ *
+ * @param[in]     signedData  The SignedData (borrowed).
+ * @param[in]     index       The CRL's position, from 0.
+ * @param[out]    outCrlKind  Receives the kind (TV_CMS_CRL_...), or null when not wanted.
+ * @param[out]    out         Caller buffer for the element, or null to ask its size.
+ * @param[in,out] outLen      Room in @p out; the octets written or needed (@ref size_protocol); may be
+ *                            null only when @p out is null too.
+ * @return #TV_OK, or a status code; #TV_ERR_INVALID_ARGUMENT also when @p index is out of range.
+ */
 TV_API uint32_t GetCmsSignedDataEncodedCrl(const CmsSignedData* signedData, uint32_t index, uint32_t* outCrlKind, uint8_t* out, uint32_t* outLen);
+/**
+ * Removes the CRL set of a SignedData, with every CRL in it.
+ *
+ * @param[in,out] signedData  The SignedData (borrowed).
+ * @return #TV_OK, or a status code.
+ */
 TV_API uint32_t RemoveCmsSignedDataCrls(CmsSignedData* signedData);
-/* A new empty signer, appended; the pointer is borrowed from the SignedData. */
+/**
+ * Appends a new empty signer to a SignedData, to be filled with the SignerInfo functions.
+ *
+ * @param[in,out] signedData     The SignedData (borrowed).
+ * @param[out]    outSignerInfo  Receives the new signer, lent by @p signedData (do not free); it
+ *                               lives until it is deleted or the SignedData is freed.
+ * @return #TV_OK, or a status code.
+ */
 TV_API uint32_t AddCmsSignedDataSignerInfo(CmsSignedData* signedData, CmsSignerInfo** outSignerInfo);
+/**
+ * Counts the signers of a SignedData.
+ *
+ * @param[in]  signedData  The SignedData (borrowed).
+ * @param[out] outCount    Receives the number of signers.
+ * @return #TV_OK, or a status code; #TV_ERR_ABSENT (311) when the SignedData holds no set of signers.
+ */
 TV_API uint32_t GetCmsSignedDataSignerInfosCount(const CmsSignedData* signedData, uint32_t* outCount);
+/**
+ * Hands out one signer of a SignedData, to read or change in place.
+ *
+ * @param[in]  signedData     The SignedData (borrowed).
+ * @param[in]  index          The signer's position, from 0.
+ * @param[out] outSignerInfo  Receives the signer, lent by @p signedData (do not free).
+ * @return #TV_OK, or a status code; #TV_ERR_ABSENT (311) when the SignedData holds no set of signers,
+ *         #TV_ERR_INVALID_ARGUMENT when @p index is out of range.
+ */
 TV_API uint32_t GetCmsSignedDataSignerInfo(CmsSignedData* signedData, uint32_t index, CmsSignerInfo** outSignerInfo);
+/**
+ * Removes and frees one signer of a SignedData; the signers after it move up by one.
+ *
+ * Digest algorithms and certificates are left as they are. Handles lent for the removed signer become
+ * invalid.
+ *
+ * @param[in,out] signedData  The SignedData (borrowed).
+ * @param[in]     index       The signer's position, from 0.
+ * @return #TV_OK, or a status code; #TV_ERR_ABSENT (311) when the SignedData holds no set of signers,
+ *         #TV_ERR_INVALID_ARGUMENT when @p index is out of range.
+ */
 TV_API uint32_t DeleteCmsSignedDataSignerInfo(CmsSignedData* signedData, uint32_t index);
+/**
+ * Removes and frees every signer of a SignedData; the set stays, empty.
+ *
+ * @param[in,out] signedData  The SignedData (borrowed).
+ * @return #TV_OK, or a status code.
+ */
 TV_API uint32_t ClearCmsSignedDataSignerInfos(CmsSignedData* signedData);
 
 /* SignerInfo: made alone only to be filled and read (it reaches the wire inside a SignedData). The
