@@ -470,30 +470,197 @@ TV_API uint32_t DeleteCmsSignedDataSignerInfo(CmsSignedData* signedData, uint32_
  */
 TV_API uint32_t ClearCmsSignedDataSignerInfos(CmsSignedData* signedData);
 
-/* SignerInfo: made alone only to be filled and read (it reaches the wire inside a SignedData). The
- * identifier setters leave the version alone: RFC 5652 wants 1 with issuer and serial, 3 with a key
- * identifier. */
+/**
+ * Makes an empty SignerInfo standing alone, to be filled and read.
+ *
+ * A signer reaches the wire only inside a SignedData: a signer for a message is made with
+ * AddCmsSignedDataSignerInfo(); one made here serves to prepare or inspect values such as the signed
+ * attributes.
+ *
+ * @param[out] outSignerInfo  Receives a new SignerInfo owned by the caller (FreeCmsSignerInfo()).
+ * @return #TV_OK, or a status code.
+ */
 TV_API uint32_t CreateCmsSignerInfo(CmsSignerInfo** outSignerInfo);
+/**
+ * Frees a SignerInfo made by CreateCmsSignerInfo(); never one lent by a SignedData.
+ *
+ * @param[in] signerInfo  The SignerInfo (taken over and freed); null does nothing.
+ * @return #TV_OK.
+ */
 TV_API uint32_t FreeCmsSignerInfo(CmsSignerInfo* signerInfo);
+/**
+ * Sets the version of a signer.
+ *
+ * The identifier setters leave the version alone: set 1 for a signer named by issuer and serial
+ * number, 3 for one named by a key identifier (RFC 5652 5.3).
+ *
+ * @param[in,out] signerInfo  The signer (borrowed).
+ * @param[in]     version     The version number.
+ * @return #TV_OK, or a status code.
+ */
 TV_API uint32_t SetCmsSignerInfoVersion(CmsSignerInfo* signerInfo, uint32_t version);
+/**
+ * Gets the version of a signer.
+ *
+ * @param[in]  signerInfo  The signer (borrowed).
+ * @param[out] outVersion  Receives the version number.
+ * @return #TV_OK, or a status code; #TV_ERR_ABSENT (311) when no version is set.
+ */
 TV_API uint32_t GetCmsSignerInfoVersion(const CmsSignerInfo* signerInfo, uint32_t* outVersion);
-/* The Name is copied; the serial is stored as the given INTEGER content octets. */
+/**
+ * Names the signer by the issuer and serial number of its certificate, replacing a key identifier.
+ *
+ * The serial is stored as the INTEGER content octets given, not normalised: CompareSignerInfoAndCertificate()
+ * matches it against the certificate's serial octet for octet. The version is left as it is.
+ *
+ * @param[in,out] signerInfo   The signer (borrowed).
+ * @param[in]     issuer       The issuer's name (borrowed, copied).
+ * @param[in]     inSerial     The serial number's INTEGER content octets (borrowed).
+ * @param[in]     inSerialLen  Octets in @p inSerial.
+ * @return #TV_OK, or a status code; #TV_ERR_ABSENT (311) when the signer has no identifier.
+ */
 TV_API uint32_t SetCmsSignerInfoSignerIdentifierIssuerAndSerialNumber(CmsSignerInfo* signerInfo, const X509Name* issuer, const uint8_t* inSerial, uint32_t inSerialLen);
+/**
+ * Names the signer by the subject key identifier of its certificate, replacing an issuer and serial.
+ *
+ * The version is left as it is.
+ *
+ * @param[in,out] signerInfo  The signer (borrowed).
+ * @param[in]     inKeyId     The key identifier octets (borrowed, copied).
+ * @param[in]     inKeyIdLen  Octets in @p inKeyId.
+ * @return #TV_OK, or a status code; #TV_ERR_ABSENT (311) when the signer has no identifier.
+ */
 TV_API uint32_t SetCmsSignerInfoSignerSubjectKeyIdentifier(CmsSignerInfo* signerInfo, const uint8_t* inKeyId, uint32_t inKeyIdLen);
-/* Issuer and serial: the issuer is borrowed, the serial under the size protocol and the key-id length 0.
- * Key identifier: the issuer is null, the serial length 0 and the key id under the size protocol. */
+/**
+ * Reads the signer's identifier, whichever alternative it holds.
+ *
+ * Only the outputs of the alternative present are filled; the other's are cleared where given. Issuer
+ * and serial: @p outIssuer receives the name, @p outSerial the serial under the size protocol and
+ * @p outKeyIdLen 0. Key identifier: @p outIssuer receives null, @p outSerialLen 0 and @p outKeyId the
+ * identifier under the size protocol. A signer named by issuer and serial but without an issuer gets
+ * an empty name made in place.
+ *
+ * @param[in]     signerInfo    The signer (borrowed; it may be changed as just said).
+ * @param[out]    outIssuer     Receives the issuer's name, lent by @p signerInfo (do not free), or
+ *                              null; required when the signer is named by issuer and serial.
+ * @param[out]    outSerial     Caller buffer for the serial's INTEGER content octets, or null to ask.
+ * @param[in,out] outSerialLen  Room in @p outSerial; the octets written or needed (@ref size_protocol).
+ * @param[out]    outKeyId      Caller buffer for the key identifier, or null to ask its size.
+ * @param[in,out] outKeyIdLen   Room in @p outKeyId; the octets written or needed (@ref size_protocol).
+ * @return #TV_OK, or a status code; #TV_ERR_ABSENT (311) when the signer has no identifier or no
+ *         serial, #TV_ERR_NO_ALTERNATIVE (306) when the identifier holds neither alternative.
+ */
 TV_API uint32_t GetCmsSignerInfoSignerIdentifier(CmsSignerInfo* signerInfo, X509Name** outIssuer, uint8_t* outSerial, uint32_t* outSerialLen, uint8_t* outKeyId, uint32_t* outKeyIdLen);
+/**
+ * Sets the signer's digest algorithm.
+ *
+ * Add the same algorithm to the SignedData with AddCmsSignedDataDigestAlgorithmOidAndParameters(): this
+ * does not do it.
+ *
+ * @param[in,out] signerInfo   The signer (borrowed).
+ * @param[in]     inOid        The algorithm, packed (borrowed).
+ * @param[in]     inParams     The parameters as one complete DER element (borrowed, copied as given),
+ *                             or null for none.
+ * @param[in]     inParamsLen  Octets in @p inParams; 0 for none.
+ * @return #TV_OK, or a status code.
+ */
 TV_API uint32_t SetCmsSignerInfoDigestAlgorithmOidAndParameters(CmsSignerInfo* signerInfo, const uint8_t* inOid, const uint8_t* inParams, uint32_t inParamsLen);
+/**
+ * Gets the signer's digest algorithm: its OID and its parameters.
+ *
+ * Both parts are always tried, so one call with null buffers sizes both; when either does not fit, the
+ * answer is #TV_ERR_BUFFER_TOO_SMALL with both lengths filled in.
+ *
+ * @param[in]     signerInfo    The signer (borrowed).
+ * @param[out]    outOid        Caller buffer for the packed OID, or null to ask its size.
+ * @param[in,out] outOidLen     Room in @p outOid; the octets written or needed (@ref size_protocol).
+ * @param[out]    outParams     Caller buffer for the parameters element, or null to ask its size.
+ * @param[in,out] outParamsLen  Room in @p outParams; the octets written or needed, 0 when there are
+ *                              none (@ref size_protocol); may be null when @p outParams is null.
+ * @return #TV_OK, or a status code; #TV_ERR_ABSENT (311) when no algorithm is set.
+ */
 TV_API uint32_t GetCmsSignerInfoDigestAlgorithmOidAndParameters(const CmsSignerInfo* signerInfo, uint8_t* outOid, uint32_t* outOidLen, uint8_t* outParams, uint32_t* outParamsLen);
+/**
+ * Sets the signer's signature algorithm.
+ *
+ * @param[in,out] signerInfo   The signer (borrowed).
+ * @param[in]     inOid        The algorithm, packed (borrowed).
+ * @param[in]     inParams     The parameters as one complete DER element (borrowed, copied as given),
+ *                             or null for none.
+ * @param[in]     inParamsLen  Octets in @p inParams; 0 for none.
+ * @return #TV_OK, or a status code.
+ */
 TV_API uint32_t SetCmsSignerInfoSignatureAlgorithmOidAndParameters(CmsSignerInfo* signerInfo, const uint8_t* inOid, const uint8_t* inParams, uint32_t inParamsLen);
+/**
+ * Gets the signer's signature algorithm: its OID and its parameters.
+ *
+ * Both parts are always tried, so one call with null buffers sizes both; when either does not fit, the
+ * answer is #TV_ERR_BUFFER_TOO_SMALL with both lengths filled in.
+ *
+ * @param[in]     signerInfo    The signer (borrowed).
+ * @param[out]    outOid        Caller buffer for the packed OID, or null to ask its size.
+ * @param[in,out] outOidLen     Room in @p outOid; the octets written or needed (@ref size_protocol).
+ * @param[out]    outParams     Caller buffer for the parameters element, or null to ask its size.
+ * @param[in,out] outParamsLen  Room in @p outParams; the octets written or needed, 0 when there are
+ *                              none (@ref size_protocol); may be null when @p outParams is null.
+ * @return #TV_OK, or a status code; #TV_ERR_ABSENT (311) when no algorithm is set.
+ */
 TV_API uint32_t GetCmsSignerInfoSignatureAlgorithmOidAndParameters(const CmsSignerInfo* signerInfo, uint8_t* outOid, uint32_t* outOidLen, uint8_t* outParams, uint32_t* outParamsLen);
+/**
+ * Stores the signature value the caller's provider computed.
+ *
+ * @param[in,out] signerInfo  The signer (borrowed).
+ * @param[in]     in          The signature octets (borrowed, copied); null with @p inLen 0 stores an
+ *                            empty value.
+ * @param[in]     inLen       Octets in @p in.
+ * @return #TV_OK, or a status code.
+ */
 TV_API uint32_t SetCmsSignerInfoSignature(CmsSignerInfo* signerInfo, const uint8_t* in, uint32_t inLen);
+/**
+ * Copies the signer's signature value.
+ *
+ * @param[in]     signerInfo  The signer (borrowed).
+ * @param[out]    out         Caller buffer for the signature, or null to ask its size.
+ * @param[in,out] outLen      Room in @p out; the octets written or needed (@ref size_protocol).
+ * @return #TV_OK, or a status code; #TV_ERR_ABSENT (311) when no signature is set.
+ */
 TV_API uint32_t GetCmsSignerInfoSignature(const CmsSignerInfo* signerInfo, uint8_t* out, uint32_t* outLen);
-/* The attribute-list handles are the signer's own slots: the attribute functions change them in place. */
+/**
+ * Hands out the signer's signed attributes as an attribute-list handle that changes them in place.
+ *
+ * The handle is the signer's own slot: the attribute-list functions of tarvelon/attributes.h add to,
+ * read and remove from the signer's set directly. A signer without signed attributes gives a handle
+ * without a list, which gets one with the first attribute added; RemoveRsaAttributes() takes the set
+ * away again.
+ *
+ * @param[in,out] signerInfo     The signer (borrowed).
+ * @param[out]    outAttributes  Receives the handle, lent by @p signerInfo (never FreeRsaAttributes()).
+ * @return #TV_OK, or a status code.
+ */
 TV_API uint32_t GetCmsSignerInfoSignedAttributes(CmsSignerInfo* signerInfo, RsaAttributes** outAttributes);
+/**
+ * Hands out the signer's unsigned attributes as an attribute-list handle that changes them in place.
+ *
+ * The handle is the signer's own slot, as for GetCmsSignerInfoSignedAttributes(): adding an attribute
+ * to a handle without a list gives the signer an unsigned set.
+ *
+ * @param[in,out] signerInfo     The signer (borrowed).
+ * @param[out]    outAttributes  Receives the handle, lent by @p signerInfo (never FreeRsaAttributes()).
+ * @return #TV_OK, or a status code.
+ */
 TV_API uint32_t GetCmsSignerInfoUnsignedAttributes(CmsSignerInfo* signerInfo, RsaAttributes** outAttributes);
-/* The octets a CMS signature covers: the signed attributes as a SET (first octet 0x31, not the [0] of
- * the encoded SignerInfo); none: length 0. */
+/**
+ * Writes the octets a signature over signed attributes covers: the set as a universal SET.
+ *
+ * The first octet is 0x31, not the [0] the SignerInfo carries; the rest is identical to the encoding
+ * inside the message. Hash these octets and sign the digest (or sign them) with the caller's provider.
+ *
+ * @param[in]     signerInfo  The signer (borrowed).
+ * @param[out]    out         Caller buffer for the encoding, or null to ask its size.
+ * @param[in,out] outLen      Room in @p out; the octets written or needed (@ref size_protocol); 0 when
+ *                            the signer has no signed attributes.
+ * @return #TV_OK, or a status code.
+ */
 TV_API uint32_t GetCmsSignerInfoEncodedSignedAttributes(const CmsSignerInfo* signerInfo, uint8_t* out, uint32_t* outLen);
 
 /* Signature workflows. */
