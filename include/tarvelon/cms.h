@@ -664,42 +664,279 @@ TV_API uint32_t GetCmsSignerInfoUnsignedAttributes(CmsSignerInfo* signerInfo, Rs
 TV_API uint32_t GetCmsSignerInfoEncodedSignedAttributes(const CmsSignerInfo* signerInfo, uint8_t* out, uint32_t* outLen);
 
 /* Signature workflows. */
-/* The version banner; a null buffer is 32 (no size query); room for the NUL is needed. */
+/**
+ * Copies the library's version banner: product, version, word size, build date and revision.
+ *
+ * Unlike the other texts there is no size query: a null buffer is refused. A buffer too short gets
+ * #TV_ERR_BUFFER_TOO_SMALL and the size needed, the NUL included.
+ *
+ * @param[out]    outText     Caller buffer for the NUL-terminated text; must not be null.
+ * @param[in,out] outTextLen  Room in @p outText; the text length without the NUL after a copy.
+ * @return #TV_OK, or a status code; #TV_ERR_INVALID_ARGUMENT also for a null @p outText.
+ */
 TV_API uint32_t GetVersionInfo(char* outText, uint32_t* outTextLen);
-/* Adds contentType (always id-data), messageDigest and, when a time is given, signingTime; the 2-form
- * then appends every attribute of `extra` (null: none). Attributes already there stay. */
+/**
+ * Adds the signed attributes of a plain signature to a signer: contentType, messageDigest and, when a
+ * time is given, signingTime, in that order.
+ *
+ * contentType is always id-data, whatever the message carries. Attributes already there stay, so a
+ * second call adds a second set of them. The first failure ends the call; what was added stays.
+ *
+ * @param[in,out] signerInfo   The signer (borrowed).
+ * @param[in]     inDigest     The digest of the content, computed by the caller (borrowed).
+ * @param[in]     inDigestLen  Octets in @p inDigest.
+ * @param[in]     signingTime  The signing time (borrowed), or null for no signingTime attribute.
+ * @return #TV_OK, or a status code.
+ */
 TV_API uint32_t FillCmsSignerInfoWithSignedAttributes(CmsSignerInfo* signerInfo, const uint8_t* inDigest, uint32_t inDigestLen, const LibraryTime* signingTime);
+/**
+ * Adds the signed attributes of FillCmsSignerInfoWithSignedAttributes(), then copies of every
+ * attribute of @p extra after them.
+ *
+ * @param[in,out] signerInfo   The signer (borrowed).
+ * @param[in]     inDigest     The digest of the content, computed by the caller (borrowed).
+ * @param[in]     inDigestLen  Octets in @p inDigest.
+ * @param[in]     signingTime  The signing time (borrowed), or null for no signingTime attribute.
+ * @param[in]     extra        Further attributes to append (borrowed, copied), or null for none.
+ * @return #TV_OK, or a status code; #TV_ERR_ABSENT (311) when @p extra is a handle without a list.
+ */
 TV_API uint32_t FillCmsSignerInfoWithSignedAttributes2(CmsSignerInfo* signerInfo, const uint8_t* inDigest, uint32_t inDigestLen, const LibraryTime* signingTime, const RsaAttributes* extra);
-/* The bytes to sign for those attributes; pass the same digest, time and extra attributes to
- * CreateCmsFileSignature2 to rebuild the identical set. */
+/**
+ * Writes the octets to sign for a signer with the attributes FillCmsSignerInfoWithSignedAttributes()
+ * adds: those attributes as a universal SET (first octet 0x31) in DER order.
+ *
+ * Pass the same digest and time to CreateCmsFileSignature2() to rebuild the identical set around the
+ * signature.
+ *
+ * @param[in]     inDigest     The digest of the content, computed by the caller (borrowed).
+ * @param[in]     inDigestLen  Octets in @p inDigest.
+ * @param[in]     signingTime  The signing time (borrowed), or null for no signingTime attribute.
+ * @param[out]    out          Caller buffer for the octets, or null to ask their number.
+ * @param[in,out] outLen       Room in @p out; the octets written or needed (@ref size_protocol).
+ * @return #TV_OK, or a status code.
+ */
 TV_API uint32_t GetCmsSignedDataToBeSignedPart(const uint8_t* inDigest, uint32_t inDigestLen, const LibraryTime* signingTime, uint8_t* out, uint32_t* outLen);
+/**
+ * Writes the octets to sign for a signer with the attributes FillCmsSignerInfoWithSignedAttributes2()
+ * adds, as a universal SET (first octet 0x31) in DER order.
+ *
+ * Pass the same digest, time and extra attributes to CreateCmsFileSignature2() to rebuild the
+ * identical set around the signature.
+ *
+ * @param[in]     inDigest     The digest of the content, computed by the caller (borrowed).
+ * @param[in]     inDigestLen  Octets in @p inDigest.
+ * @param[in]     signingTime  The signing time (borrowed), or null for no signingTime attribute.
+ * @param[in]     extra        Further attributes (borrowed), or null for none.
+ * @param[out]    out          Caller buffer for the octets, or null to ask their number.
+ * @param[in,out] outLen       Room in @p out; the octets written or needed (@ref size_protocol).
+ * @return #TV_OK, or a status code; #TV_ERR_ABSENT (311) when @p extra is a handle without a list.
+ */
 TV_API uint32_t GetCmsSignedDataToBeSignedPart2(const uint8_t* inDigest, uint32_t inDigestLen, const LibraryTime* signingTime, const RsaAttributes* extra, uint8_t* out, uint32_t* outLen);
-/* A complete ContentInfo(SignedData) with one more signer. Content null: detached. The digest and time
- * are used only with withSignedAttributes, and then both are required (32): a signer whose signed
- * attributes carry no signingTime is built with the SignerInfo functions instead. inCerts/inCertLens: further certificates (stored once
- * each; the signer's own certificate only when it is among them). inExisting: a message to add the
- * signer to (its eContent must equal the content when both are there: 320; no content passed makes
- * the result detached). reserved is not used. */
+/**
+ * Writes a complete ContentInfo(SignedData) with one more signer: a new message, or @p inExisting with
+ * the signer added.
+ *
+ * The signer (version 1) is named by the issuer and serial number of @p inSignerCert and carries the
+ * caller's algorithms and signature. With @p withSignedAttributes it gets the signed attributes of
+ * FillCmsSignerInfoWithSignedAttributes2(), and @p inSignature must sign the octets
+ * GetCmsSignedDataToBeSignedPart2() gave for the same digest, time and @p extra; both the digest and
+ * the time are then required (a signer whose signed attributes carry no signingTime is built with the
+ * SignerInfo functions instead). Without it, the digest, time and @p extra are not used.
+ *
+ * The SignedData's version is set to 1, its content type to id-data and the digest algorithm is
+ * listed once, also in an existing message, whose signers, certificates and CRLs are kept. The content
+ * passed becomes eContent; no content makes the result detached, even when the existing message had
+ * one. The certificates of @p inCerts are stored once each; the signer's own certificate is stored
+ * only when it is among them. The message is built anew on every call, a size query included.
+ *
+ * @param[in]     inContent             The content (borrowed), or null for a detached signature.
+ * @param[in]     inContentLen          Octets in @p inContent.
+ * @param[in]     inDigest              The content's digest (borrowed); used with signed attributes.
+ * @param[in]     inDigestLen           Octets in @p inDigest.
+ * @param[in]     signingTime           The signing time (borrowed); used with signed attributes.
+ * @param[in]     inDigestOid           The digest algorithm, packed (borrowed).
+ * @param[in]     inDigestParams        Its parameters as one DER element (borrowed), or null for none.
+ * @param[in]     inDigestParamsLen     Octets in @p inDigestParams.
+ * @param[in]     inSignerCert          The signer's encoded certificate (borrowed).
+ * @param[in]     inSignerCertLen       Octets in @p inSignerCert.
+ * @param[in]     inCerts               @p certCount encoded certificates to store (borrowed), or null
+ *                                      when @p certCount is 0.
+ * @param[in]     inCertLens            The octets of each of @p inCerts (borrowed).
+ * @param[in]     certCount             The number of certificates in @p inCerts.
+ * @param[in]     inSignatureOid        The signature algorithm, packed (borrowed).
+ * @param[in]     inSignatureParams     Its parameters as one DER element (borrowed), or null for none.
+ * @param[in]     inSignatureParamsLen  Octets in @p inSignatureParams.
+ * @param[in]     withSignedAttributes  Nonzero to give the signer signed attributes.
+ * @param[in]     extra                 Further signed attributes (borrowed, copied), or null for none.
+ * @param[in]     reserved              Not used.
+ * @param[in]     inSignature           The signature the caller's provider computed (borrowed).
+ * @param[in]     inSignatureLen        Octets in @p inSignature.
+ * @param[in]     inExisting            An encoded signed message to add the signer to (borrowed), or
+ *                                      null for a new message.
+ * @param[in]     inExistingLen         Octets in @p inExisting; 0 for a new message.
+ * @param[out]    out                   Caller buffer for the message, or null to ask its size.
+ * @param[in,out] outLen                Room in @p out; the octets written or needed (@ref size_protocol).
+ * @return #TV_OK, or a status code; #TV_ERR_INVALID_ARGUMENT also when signed attributes are asked for
+ *         without a digest or a time; #TV_ERR_NOT_SIGNED_DATA (314) when @p inExisting is a ContentInfo
+ *         of another type, #TV_ERR_ABSENT (311) when it has no content; #TV_ERR_DIFFERENT (320) when
+ *         its eContent and @p inContent are both present and differ; #TV_ERR_NOT_DER (307) for a signer
+ *         certificate without serial number.
+ */
 TV_API uint32_t CreateCmsFileSignature2(const uint8_t* inContent, uint32_t inContentLen, const uint8_t* inDigest, uint32_t inDigestLen, const LibraryTime* signingTime, const uint8_t* inDigestOid, const uint8_t* inDigestParams, uint32_t inDigestParamsLen, const uint8_t* inSignerCert, uint32_t inSignerCertLen, const uint8_t* const* inCerts, const uint32_t* inCertLens, uint32_t certCount, const uint8_t* inSignatureOid, const uint8_t* inSignatureParams, uint32_t inSignatureParamsLen, uint32_t withSignedAttributes, const RsaAttributes* extra, uint64_t reserved, const uint8_t* inSignature, uint32_t inSignatureLen, const uint8_t* inExisting, uint32_t inExistingLen, uint8_t* out, uint32_t* outLen);
-/* 0 when the certificate is the signer's: 320 for another serial or key identifier, the name
- * comparison's code for another issuer, 307 for a certificate without serial, 338 for an identifier
- * longer than 64 (serial) or 32 (key id) octets. */
+/**
+ * Tells whether a certificate is the signer's, by the signer's identifier.
+ *
+ * Issuer and serial: the serial octets must be equal and the names equal by CompareX509Names(). Key
+ * identifier: it must equal the certificate's subject key identifier. The identifiers are read into
+ * fixed buffers of 64 octets (serial) and 32 octets (key identifier).
+ *
+ * @param[in] signerInfo   The signer (borrowed).
+ * @param[in] certificate  The certificate (borrowed).
+ * @return 0 when the certificate is the signer's; #TV_ERR_DIFFERENT (320) for another serial or key
+ *         identifier; for another issuer the answer of CompareX509Names(); #TV_ERR_NOT_DER (307) for a
+ *         certificate without serial number; #TV_ERR_WORK_BUFFER (338) for a serial longer than 64 or
+ *         a key identifier longer than 32 octets; for a certificate without subject key identifier the
+ *         code of GetCertificateSubjectKeyIdentifier(); or another status code.
+ */
 TV_API uint32_t CompareSignerInfoAndCertificate(CmsSignerInfo* signerInfo, Certificate* certificate);
+/**
+ * Copies the Kestrune key identifier a certificate carries in its private extension, converted from
+ * UTF-8 to code page 1251 (characters of three or more UTF-8 octets are dropped).
+ *
+ * @param[in]     certificate  The certificate (borrowed).
+ * @param[out]    outText      Caller buffer for the NUL-terminated text, or null to ask its size.
+ * @param[in,out] outTextLen   Room in @p outText; the text length + 1 needed, or the length without
+ *                             the NUL after a copy (@ref size_protocol).
+ * @return #TV_OK, or a status code; #TV_ERR_NOT_FOUND (322) when the certificate lacks the extension.
+ */
 TV_API uint32_t GetKestruneIdentifierFromCertificate(const Certificate* certificate, char* outText, uint32_t* outTextLen);
-/* "serial, " (when every serial octet is printable 0x20..0x7A) and the subject's common names. */
+/**
+ * Renders a certificate for display: "serial, " when every serial octet is printable (0x20 to 0x7A),
+ * then the subject's common names.
+ *
+ * The first commonName of each RDN is taken, joined without separator: a UTF8String keeps ASCII and
+ * Cyrillic and drops characters of three or more octets, a BMPString is mapped per code unit ("?" for
+ * those code page 1251 lacks), any other string type gives one "?" per content octet. A subject
+ * without a common name gives the serial part alone, possibly the empty text.
+ *
+ * @param[in]     certificate  The certificate (borrowed).
+ * @param[out]    outText      Caller buffer for the NUL-terminated text, or null to ask its size.
+ * @param[in,out] outTextLen   Room in @p outText; the text length + 1 needed, or the length without
+ *                             the NUL after a copy (@ref size_protocol).
+ * @return #TV_OK, or a status code; #TV_ERR_BUFFER_TOO_SMALL (49) also, with @p outTextLen left
+ *         alone, when the text would exceed 1023 characters or a name value 1024 octets.
+ */
 TV_API uint32_t GetCertificateCN(Certificate* certificate, char* outText, uint32_t* outTextLen);
-/* Version, validity and the issuer's common names, in Russian. */
+/**
+ * Renders a CRL for display, in Russian: the version number, "valid from" this update, "to" next
+ * update when there is one, and "issuer:" followed by the issuer's common names.
+ *
+ * Dates are printed DD.MM.YYYY hh:mm:ss as the record holds them, without zone conversion although the
+ * text says GMT; without next update the text has no GMT after the first date. Common names are
+ * rendered as for GetCertificateCN().
+ *
+ * @param[in]     crl         The CRL (borrowed).
+ * @param[out]    outText     Caller buffer for the NUL-terminated text, or null to ask its size.
+ * @param[in,out] outTextLen  Room in @p outText; the text length + 1 needed, or the length without
+ *                            the NUL after a copy (@ref size_protocol).
+ * @return #TV_OK, or a status code; #TV_ERR_BUFFER_TOO_SMALL (49) also, with @p outTextLen left
+ *         alone, when the common names do not fit 1023 characters.
+ */
 TV_API uint32_t GetCrlCN(X509Crl* crl, char* outText, uint32_t* outTextLen);
-/* Signer numbers count from 1. The time out and the text length may be null (not asked for); the
- * text is the signer's issuer serial and common names, or "Подписант не найден" (code page 1251) for
- * a signer named by a key identifier of at most 4 octets (a longer one is 49 when text is asked for). */
+/**
+ * Reads the signing time and the display text of one signer of an encoded signed message.
+ *
+ * The text is "serial, " when every serial octet is printable, then the common names of the signer's
+ * issuer, as GetCertificateCN() renders them. A signer named by a key identifier of 1 to 4 octets
+ * gives a fixed text, the Russian for "signer not found" (in code page 1251 CF EE E4 EF E8 F1 E0 ED
+ * F2 20 ED E5 20 ED E0 E9 E4 E5 ED); a longer identifier answers #TV_ERR_BUFFER_TOO_SMALL with
+ * @p outTextLen left alone, an empty one #TV_ERR_MALFORMED_FOR_PURPOSE (323). The text is read first;
+ * when it fails, the time is not read. The time is the first signingTime among the signed attributes;
+ * every signed attribute before it must hold exactly one value.
+ *
+ * @param[in]     signerNumber  The signer, counted from 1.
+ * @param[in]     in            The message: an encoded ContentInfo(SignedData) (borrowed).
+ * @param[in]     inLen         Octets in @p in.
+ * @param[out]    outTime       Receives the signing time (zeroed first), or null when not wanted.
+ * @param[out]    outText       Caller buffer for the NUL-terminated text, or null to ask its size.
+ * @param[in,out] outTextLen    Room in @p outText; the text length + 1 needed, or the length without
+ *                              the NUL after a copy (@ref size_protocol); null when the text is not
+ *                              wanted.
+ * @return #TV_OK, or a status code; #TV_ERR_INVALID_ARGUMENT also for signer number 0 or an empty
+ *         message; #TV_ERR_NOT_SIGNED_DATA (314) for a ContentInfo of another type;
+ *         #TV_ERR_ABSENT (311) for one without content; #TV_ERR_NOT_FOUND (322) when there is no such
+ *         signer or it has no signingTime; #TV_ERR_MALFORMED_FOR_PURPOSE (323) for a signed attribute
+ *         without exactly one value or of implausible size.
+ */
 TV_API uint32_t GetBufferCmsSignatureTimeAndCN(uint32_t signerNumber, const uint8_t* in, uint32_t inLen, LibraryTime* outTime, char* outText, uint32_t* outTextLen);
+/**
+ * Reads the signing time and the display text of one signer of a signed message in a file, as
+ * GetBufferCmsSignatureTimeAndCN() does.
+ *
+ * A file above 300,000,000 octets is not read, and answers as an empty message would.
+ *
+ * @param[in]     signerNumber  The signer, counted from 1.
+ * @param[in]     path          The file's path, NUL-terminated (borrowed).
+ * @param[out]    outTime       Receives the signing time (zeroed first), or null when not wanted.
+ * @param[out]    outText       Caller buffer for the NUL-terminated text, or null to ask its size.
+ * @param[in,out] outTextLen    Room in @p outText, as for GetBufferCmsSignatureTimeAndCN(); null when
+ *                              the text is not wanted.
+ * @return #TV_OK, or a status code: those of GetBufferCmsSignatureTimeAndCN(), and
+ *         #TV_ERR_FILE_OPEN (12), #TV_ERR_FILE_SEEK (3) or #TV_ERR_FILE_SHORT_READ (46) for the file.
+ */
 TV_API uint32_t GetCmsSignatureTimeAndCN(uint32_t signerNumber, const char* path, LibraryTime* outTime, char* outText, uint32_t* outTextLen);
+/**
+ * Reads the signing time of one signer of an encoded signed message, as
+ * GetBufferCmsSignatureTimeAndCN() does without the text.
+ *
+ * @param[in]  signerNumber  The signer, counted from 1.
+ * @param[in]  in            The message: an encoded ContentInfo(SignedData) (borrowed).
+ * @param[in]  inLen         Octets in @p in.
+ * @param[out] outTime       Receives the signing time (zeroed first), or null to check the signer only.
+ * @return #TV_OK, or a status code: those of GetBufferCmsSignatureTimeAndCN().
+ */
 TV_API uint32_t GetBufferCmsSignatureTime(uint32_t signerNumber, const uint8_t* in, uint32_t inLen, LibraryTime* outTime);
+/**
+ * Reads the signing time of one signer of a signed message in a file, as GetCmsSignatureTimeAndCN()
+ * does without the text.
+ *
+ * @param[in]  signerNumber  The signer, counted from 1.
+ * @param[in]  path          The file's path, NUL-terminated (borrowed).
+ * @param[out] outTime       Receives the signing time (zeroed first), or null to check the signer only.
+ * @return #TV_OK, or a status code: those of GetCmsSignatureTimeAndCN().
+ */
 TV_API uint32_t GetCmsSignatureTime(uint32_t signerNumber, const char* path, LibraryTime* outTime);
-/* The message without that signer; removing signer 1 of a message with one signer gives the content
- * itself (322 when detached). digestAlgorithms and certificates are left as they are. */
+/**
+ * Writes an encoded signed message without one of its signers.
+ *
+ * Digest algorithms and certificates are left as they are. Removing signer 1 of a message with a single
+ * signer leaves no signed message: the answer is then the content itself (the octets of eContent).
+ *
+ * @param[in]     signerNumber  The signer to remove, counted from 1.
+ * @param[in]     in            The message: an encoded ContentInfo(SignedData) (borrowed).
+ * @param[in]     inLen         Octets in @p in.
+ * @param[out]    out           Caller buffer for the result, or null to ask its size.
+ * @param[in,out] outLen        Room in @p out; the octets written or needed (@ref size_protocol).
+ * @return #TV_OK, or a status code; #TV_ERR_INVALID_ARGUMENT also for signer number 0 or one beyond
+ *         the signers, or an empty message; #TV_ERR_NOT_SIGNED_DATA (314) for a ContentInfo of another
+ *         type, #TV_ERR_ABSENT (311) for one without content; #TV_ERR_NOT_FOUND (322) when the only
+ *         signer of a detached message is removed.
+ */
 TV_API uint32_t DeleteBufferCmsSignerInfo(uint32_t signerNumber, const uint8_t* in, uint32_t inLen, uint8_t* out, uint32_t* outLen);
+/**
+ * Writes a signed message from a file, without one of its signers, to another file, as
+ * DeleteBufferCmsSignerInfo() does.
+ *
+ * The output file is opened only once the result is complete. A file above 300,000,000 octets is not
+ * read, and answers as an empty message would.
+ *
+ * @param[in] signerNumber  The signer to remove, counted from 1.
+ * @param[in] inPath        The input file's path, NUL-terminated (borrowed).
+ * @param[in] outPath       The output file's path, NUL-terminated (borrowed); created or replaced.
+ * @return #TV_OK, or a status code: those of DeleteBufferCmsSignerInfo(), and #TV_ERR_FILE_OPEN (12)
+ *         when a file cannot be opened, #TV_ERR_FILE_SEEK (3) or #TV_ERR_FILE_SHORT_READ (46) for the
+ *         input, #TV_ERR_FILE_SHORT_WRITE (47) when the output is not written or closed in full.
+ */
 TV_API uint32_t DeleteCmsSignerInfo(uint32_t signerNumber, const char* inPath, const char* outPath);
 
 #ifdef __cplusplus
