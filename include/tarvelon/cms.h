@@ -138,12 +138,12 @@ TV_API uint32_t DecodeCmsContentInfoContent(const uint8_t* in, uint32_t inLen, u
  */
 TV_API uint32_t SetCmsContentInfoTypeOid(CmsContentInfo* contentInfo, const uint8_t* inOid);
 /**
- * Gets the content type of a ContentInfo.
+ * Gets the content type of a ContentInfo; a new ContentInfo gives the empty OID (the single octet 0).
  *
  * @param[in]     contentInfo  The ContentInfo (borrowed).
  * @param[out]    outOid       Caller buffer for the packed OID, or null to ask its size.
  * @param[in,out] outOidLen    Room in @p outOid; the octets written or needed (@ref size_protocol).
- * @return #TV_OK, or a status code; #TV_ERR_ABSENT (311) when no type is set.
+ * @return #TV_OK, or a status code.
  */
 TV_API uint32_t GetCmsContentInfoTypeOid(const CmsContentInfo* contentInfo, uint8_t* outOid, uint32_t* outOidLen);
 /**
@@ -285,12 +285,14 @@ TV_API uint32_t ClearCmsSignedDataDigestAlgorithms(CmsSignedData* signedData);
  */
 TV_API uint32_t SetCmsSignedDataContentTypeOid(CmsSignedData* signedData, const uint8_t* inOid);
 /**
- * Gets the type of the encapsulated content (eContentType).
+ * Gets the type of the encapsulated content (eContentType); a new SignedData gives the empty OID (the
+ * single octet 0).
  *
  * @param[in]     signedData  The SignedData (borrowed).
  * @param[out]    outOid      Caller buffer for the packed OID, or null to ask its size.
  * @param[in,out] outOidLen   Room in @p outOid; the octets written or needed (@ref size_protocol).
- * @return #TV_OK, or a status code; #TV_ERR_ABSENT (311) when no type is set.
+ * @return #TV_OK, or a status code; #TV_ERR_ABSENT (311) when the SignedData has no encapsulated
+ *         content info.
  */
 TV_API uint32_t GetCmsSignedDataContentTypeOid(const CmsSignedData* signedData, uint8_t* outOid, uint32_t* outOidLen);
 /**
@@ -577,7 +579,7 @@ TV_API uint32_t SetCmsSignerInfoDigestAlgorithmOidAndParameters(CmsSignerInfo* s
  * @param[out]    outParams     Caller buffer for the parameters element, or null to ask its size.
  * @param[in,out] outParamsLen  Room in @p outParams; the octets written or needed, 0 when there are
  *                              none (@ref size_protocol); may be null when @p outParams is null.
- * @return #TV_OK, or a status code; #TV_ERR_ABSENT (311) when no algorithm is set.
+ * @return #TV_OK, or a status code.
  */
 TV_API uint32_t GetCmsSignerInfoDigestAlgorithmOidAndParameters(const CmsSignerInfo* signerInfo, uint8_t* outOid, uint32_t* outOidLen, uint8_t* outParams, uint32_t* outParamsLen);
 /**
@@ -603,7 +605,7 @@ TV_API uint32_t SetCmsSignerInfoSignatureAlgorithmOidAndParameters(CmsSignerInfo
  * @param[out]    outParams     Caller buffer for the parameters element, or null to ask its size.
  * @param[in,out] outParamsLen  Room in @p outParams; the octets written or needed, 0 when there are
  *                              none (@ref size_protocol); may be null when @p outParams is null.
- * @return #TV_OK, or a status code; #TV_ERR_ABSENT (311) when no algorithm is set.
+ * @return #TV_OK, or a status code.
  */
 TV_API uint32_t GetCmsSignerInfoSignatureAlgorithmOidAndParameters(const CmsSignerInfo* signerInfo, uint8_t* outOid, uint32_t* outOidLen, uint8_t* outParams, uint32_t* outParamsLen);
 /**
@@ -622,7 +624,7 @@ TV_API uint32_t SetCmsSignerInfoSignature(CmsSignerInfo* signerInfo, const uint8
  * @param[in]     signerInfo  The signer (borrowed).
  * @param[out]    out         Caller buffer for the signature, or null to ask its size.
  * @param[in,out] outLen      Room in @p out; the octets written or needed (@ref size_protocol).
- * @return #TV_OK, or a status code; #TV_ERR_ABSENT (311) when no signature is set.
+ * @return #TV_OK, or a status code.
  */
 TV_API uint32_t GetCmsSignerInfoSignature(const CmsSignerInfo* signerInfo, uint8_t* out, uint32_t* outLen);
 /**
