@@ -121,9 +121,9 @@ fuzz: deps
 	cmake --build $(BUILD)/fuzz -j$(JOBS) --target tarvelon_fuzz_decode
 	mkdir -p $(BUILD)/fuzz/corpus $(BUILD)/fuzz/elements
 	TARVELON_FUZZ_SPLIT=$(BUILD)/fuzz/elements $(BUILD)/fuzz/fuzz/tarvelon_fuzz_decode -runs=0 -max_len=1048576 \
-	  tests/fixtures fuzz/seeds >/dev/null 2>&1
+	  -report_slow_units=1000000 tests/fixtures fuzz/seeds >/dev/null 2>&1
 	$(BUILD)/fuzz/fuzz/tarvelon_fuzz_decode -fork=$(JOBS) -max_total_time=$(FUZZ_SECONDS) -max_len=8192 \
-	  $(BUILD)/fuzz/corpus fuzz/seeds tests/fixtures $(BUILD)/fuzz/elements 2>&1 | tee $(BUILD)/fuzz/campaign.log | grep -v '^INFO: log from'
+	  -artifact_prefix=$(BUILD)/fuzz/ $(BUILD)/fuzz/corpus fuzz/seeds tests/fixtures $(BUILD)/fuzz/elements 2>&1 | tee $(BUILD)/fuzz/campaign.log | grep -v '^INFO: log from'
 	TARVELON_FUZZ_REPORT=1 $(BUILD)/fuzz/fuzz/tarvelon_fuzz_decode -runs=0 -max_len=8192 \
 	  $(BUILD)/fuzz/corpus fuzz/seeds tests/fixtures $(BUILD)/fuzz/elements 2>&1 | sed -n '/^decoder/,$$p'
 
