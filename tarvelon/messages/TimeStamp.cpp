@@ -334,7 +334,9 @@ extern "C" TV_API uint32_t DecodeTSTInfo(const uint8_t* in, uint32_t inLen, uint
     }
     if (outOrdering) *outOrdering = BooleanOctet(Slot(t, T::kOrdering)) ? 1 : 0;
     TV_TRY(o.Put(OptionalLeaf(Slot(t, T::kNonce), outNonce, outNonceLen)));
-    if (outTsa) *outTsa = static_cast<GeneralName*>(std::exchange(Slot(t, T::kTsa), nullptr));
+    // The extensions' handle is the one allocation here: made before the name is handed out, so a
+    // failure leaves the caller owning nothing.
     TV_TRY(HandOutExtensions(&Slot(t, T::kExtensions), outExtensions));
+    if (outTsa) *outTsa = static_cast<GeneralName*>(std::exchange(Slot(t, T::kTsa), nullptr));
     return o.Result();
 }
