@@ -555,48 +555,4 @@ TEST(Lists, ItemsOctetStringsChoicesAndAny) {
     EXPECT_EQ(Get(GetAsn1AnyValue, Leaf(any.v)).hex(), H("A1 80 02 01 05 00 00"));
 }
 
-// Engine helpers that no exported call reaches yet; the message families will. Their names are
-// internal and may change with them.
-TEST(EngineInternals, HelpersAwaitingTheirCallers) {
-    for (auto [flags, der] : {std::pair{0x0080u, "03 02 07 80"}, {0u, "03 01 00"}, {0x8000u, "03 03 07 00 80"},
-                              {0x80000000u, "03 05 07 00 00 00 80"}, {0x00A0u, "03 02 05 A0"}})
-        EXPECT_EQ(Get(tv::EncodeBitStringFlags, flags).hex(), H(der)) << flags;
-    EXPECT_EQ(tv::EncodeBitStringFlags(1, nullptr, nullptr), 32u);
-
-    Asn1List* list = tv::ListCreate();
-    for (int i = 0; i < 11; ++i) ASSERT_EQ(tv::ListAppend(list, AllocAsn1Integer(i)), 0u);
-    Asn1Primitive* dup = AllocAsn1Integer(4);
-    EXPECT_EQ(tv::ListAppendUnique(list, &kInt, dup), 344u);  // equal encodings are refused
-    EXPECT_EQ(tv::ListAppendUnique(nullptr, &kInt, dup), 32u);
-    ASSERT_EQ(SetAsn1Int32(dup, 99), 0u);
-    EXPECT_EQ(tv::ListAppendUnique(list, &kInt, dup), 0u);
-    EXPECT_EQ(tv::ListRemoveAt(list, 3, &kInt), 0u);
-    EXPECT_EQ(tv::ListRemoveAt(list, 11, &kInt), 32u);
-    tv::ListFree(list, &kInt);
-
-    Tree alt(&kAlt);
-    ASSERT_EQ(alt.Decode(Hex("82 01 AA")), 0u);
-    ASSERT_EQ(tv::ReleaseChoiceAlternative(&kAlt, static_cast<Asn1ChoiceValue*>(alt.v)), 0u);
-    EXPECT_EQ(static_cast<Asn1ChoiceValue*>(alt.v)->value, nullptr);
-    Asn1ChoiceValue bad{7, nullptr};
-    EXPECT_EQ(tv::ReleaseChoiceAlternative(&kAlt, &bad), 32u);
-    Asn1Primitive flag{}, oid{};
-    ASSERT_EQ(tv::SetBoolean(&flag, true), 0u);
-    EXPECT_EQ(flag.content[0], 0xFF);
-    tv::Free(flag.content);
-    ASSERT_EQ(tv::SetOidPacked(&oid, Hex("03 55 04 03").data()), 0u);
-    ASSERT_EQ(tv::SetOidPacked(&oid, Hex("03 55 04 03").data()), 0u);  // a second set empties it
-    EXPECT_EQ(oid.content, nullptr);
-
-    static constexpr const Asn1Descriptor* kNullElement[] = {&kNull};
-    static constexpr Asn1Descriptor kNulls = Of(ASN1_SEQUENCE_OF, kNullElement), kSeqNull = Of(ASN1_SEQUENCE, kNullElement);
-    for (const Asn1Descriptor* d : {&kNulls, &kSeqNull}) {
-        Tree nulls(d);
-        ASSERT_EQ(nulls.Decode(Hex("30 02 05 00")), 0u);
-        void* copy = nullptr;
-        EXPECT_EQ(tv::CopyValue(d, nulls.v, &copy), 300u);  // NULL cannot be copied, and nothing is left
-        EXPECT_EQ(copy, nullptr);
-    }
-}
-
 }  // namespace
