@@ -6,9 +6,10 @@ JOBS ?= $(shell nproc)
 
 # openssl with its GOST engine is the independent peer of the interop test; the JDK builds the Java
 # binding (jni.h for the wrappers, javac and jar for tarvelon.jar), JUnit 5 runs its tests and
-# BouncyCastle is their independent Java peer.
+# BouncyCastle is their independent Java peer; doxygen builds the API reference.
 DEB_PACKAGES := g++ cmake make libgtest-dev libbenchmark-dev libssl-dev openssl libengine-gost-openssl clang \
-  libclang-rt-14-dev binutils gcovr default-jdk-headless junit5 libbcprov-java libbcpkix-java pkg-config
+  libclang-rt-14-dev binutils gcovr default-jdk-headless junit5 libbcprov-java libbcpkix-java pkg-config \
+  doxygen
 
 .PHONY: all deps build demo test test-release test-asan test-tsan coverage bench fuzz docs package clean
 
@@ -62,7 +63,8 @@ test-tsan: deps
 	cmake --build $(BUILD)/tsan -j$(JOBS) --target tarvelon_tests
 	TSAN_OPTIONS=halt_on_error=1 $(BUILD)/tsan/tests/tarvelon_tests --gtest_filter='Threads.*'
 
-test: test-asan test-release test-tsan
+# The reference is built first, so a declaration added without its documentation fails the suite.
+test: docs test-asan test-tsan test-release
 
 # Line and branch coverage of the library (tarvelon/) by the whole test suite, unoptimised so that
 # lines map to code; counters from an earlier run are cleared first. Summary on stdout, per-file
