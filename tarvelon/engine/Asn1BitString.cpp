@@ -41,14 +41,6 @@ uint32_t SetBitStringFromFlags(Asn1BitStringValue* b, uint32_t flags) noexcept {
     return SetBitString(b, octets, 4, 0, true);
 }
 
-uint32_t EncodeBitStringFlags(uint32_t flags, uint8_t* out, uint32_t* outLen) noexcept {
-    if (!outLen) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
-    Asn1BitStringValue value{};
-    TV_TRY(SetBitStringFromFlags(&value, flags));
-    HeapBytes contents(value.content);
-    return GetAsn1EncodedValue(&value, &desc::kBitString, out, outLen);
-}
-
 }  // namespace tv
 
 using namespace tv;

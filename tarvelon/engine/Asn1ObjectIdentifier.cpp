@@ -60,23 +60,6 @@ uint32_t OidToPacked(const Asn1Primitive* oid, uint8_t* out, uint32_t* outLen) n
     });
 }
 
-uint32_t SetOidContents(Asn1Primitive* oid, const uint8_t* contents, uint32_t len) noexcept {
-    if (!oid || !contents) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
-    if (oid->length != 0 || oid->content) {
-        // A second set empties the value (callers that replace an identifier create a fresh one).
-        Free(oid->content);
-        oid->content = nullptr;
-        oid->length = 0;
-        return TV_OK;
-    }
-    return SetPrimitive(oid, ASN1_OBJECT_IDENTIFIER, contents, len);
-}
-
-uint32_t SetOidPacked(Asn1Primitive* oid, const uint8_t* packed) noexcept {
-    if (!packed) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
-    return SetOidContents(oid, packed + 1, packed[0]);
-}
-
 }  // namespace tv
 
 using namespace tv;

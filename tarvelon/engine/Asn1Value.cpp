@@ -32,11 +32,6 @@ uint32_t SetPrimitive(Asn1Primitive* p, uint32_t word, const uint8_t* content, u
     return TV_OK;
 }
 
-uint32_t SetBoolean(Asn1Primitive* p, bool flag) noexcept {
-    const uint8_t octet = flag ? 0xFF : 0x00;
-    return SetPrimitive(p, ASN1_BOOLEAN, &octet, 1);
-}
-
 uint32_t SetOrCreatePrimitive(void** slot, uint32_t word, const uint8_t* content, uint32_t len) noexcept {
     if (!slot) return TV_FAIL(TV_ERR_INVALID_ARGUMENT);
     if (*slot) return SetPrimitive(static_cast<Asn1Primitive*>(*slot), word, content, len);

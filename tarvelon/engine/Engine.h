@@ -92,7 +92,6 @@ uint8_t* WriteHeader(uint8_t* out, uint8_t tagClass, uint8_t constructed, uint32
 [[nodiscard]] Asn1Primitive* NewPrimitive(uint32_t word, const uint8_t* content, uint32_t len) noexcept;
 // Replaces the contents (old ones freed, new ones copied) and sets the word.
 [[nodiscard]] uint32_t SetPrimitive(Asn1Primitive* p, uint32_t word, const uint8_t* content, uint32_t len) noexcept;
-[[nodiscard]] uint32_t SetBoolean(Asn1Primitive* p, bool flag) noexcept;
 // Sets the leaf in `*slot`, creating the record when the slot is empty.
 [[nodiscard]] uint32_t SetOrCreatePrimitive(void** slot, uint32_t word, const uint8_t* content, uint32_t len) noexcept;
 
@@ -101,15 +100,9 @@ uint8_t* WriteHeader(uint8_t* out, uint8_t tagClass, uint8_t constructed, uint32
                                     bool trim) noexcept;
 // Named bits from a flag word: its octets least significant first, named bit 0 = 0x80 of octet 0.
 [[nodiscard]] uint32_t SetBitStringFromFlags(Asn1BitStringValue* b, uint32_t flags) noexcept;
-// The DER BIT STRING element of a flag word, with the size protocol.
-[[nodiscard]] uint32_t EncodeBitStringFlags(uint32_t flags, uint8_t* out, uint32_t* outLen) noexcept;
 
 // Identifiers. `packed` is one length octet followed by the contents.
 [[nodiscard]] uint32_t OidToPacked(const Asn1Primitive* oid, uint8_t* out, uint32_t* outLen) noexcept;
-// Stores the contents into an empty identifier value; a value that already holds contents is
-// emptied instead (kept behaviour: callers replacing an identifier create a fresh value).
-[[nodiscard]] uint32_t SetOidContents(Asn1Primitive* oid, const uint8_t* contents, uint32_t len) noexcept;
-[[nodiscard]] uint32_t SetOidPacked(Asn1Primitive* oid, const uint8_t* packed) noexcept;
 
 // CHOICE values.
 [[nodiscard]] uint32_t NewChoice(int32_t index, void* value, Asn1ChoiceValue** out) noexcept;
