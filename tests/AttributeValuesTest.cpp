@@ -359,6 +359,20 @@ TEST(AttributeValues, RevocationReferenceRules) {
     Own<FreeOcspListIDs> ocsps;
     ASSERT_EQ(CreateOcspListIDs(&ocsps.p), TV_OK);
     EXPECT_EQ(AddOcspResponseIdToList(ocsps, nullptr, nullptr, 0, &at, nullptr, 0, nullptr, nullptr, 0), 32u);
+
+    // The issued time goes out as a 13-octet UTCTime that the reader, wanting 15, refuses (kept).
+    auto ca = Decoded<FreeCertificate>(DecodeCertificate, FixtureFile("pki/ca_rsa.der"));
+    X509Name* caName = nullptr;
+    ASSERT_EQ(GetCertificateSubject(ca, &caName), TV_OK);
+    Own<FreeCrlListIDs> timed;
+    ASSERT_EQ(CreateCrlListIDs(&timed.p), TV_OK);
+    ASSERT_EQ(AddCrlValidatedIdToList(timed, hash.data(), 20, nullptr, nullptr, 0, caName, &at, nullptr, 0), TV_OK);
+    uint8_t out[64], oid[16];
+    uint32_t n[4] = {64, 16, 0, 64};
+    X509Name* issuer = nullptr;
+    LibraryTime issued{};
+    EXPECT_EQ(GetCrlValidatedIdInformation(timed, 0, out, &n[0], oid, &n[1], nullptr, &n[2], &issuer, &issued, out, &n[3]),
+              307u);
 }
 
 // Revocation values carry the real CRL and basic OCSP response; the lists handed out are lent back
