@@ -14,7 +14,6 @@ import java.security.KeyPairGenerator;
 import java.security.MessageDigest;
 import java.security.Security;
 import java.security.Signature;
-import java.security.spec.ECGenParameterSpec;
 import java.util.Date;
 import org.bouncycastle.asn1.x500.X500Name;
 import org.bouncycastle.cert.X509CRLHolder;
@@ -30,6 +29,7 @@ import org.bouncycastle.cms.CMSSignedDataGenerator;
 import org.bouncycastle.cms.SignerInformation;
 import org.bouncycastle.cms.jcajce.JcaSignerInfoGeneratorBuilder;
 import org.bouncycastle.cms.jcajce.JcaSimpleSignerInfoVerifierBuilder;
+import org.bouncycastle.jce.ECNamedCurveTable;
 import org.bouncycastle.jce.provider.BouncyCastleProvider;
 import org.bouncycastle.operator.ContentSigner;
 import org.bouncycastle.operator.jcajce.JcaContentSignerBuilder;
@@ -60,7 +60,7 @@ class BouncyCastleTest {
     static void provider() throws Exception {
         Security.addProvider(new BouncyCastleProvider());
         KeyPairGenerator generator = KeyPairGenerator.getInstance("ECGOST3410-2012", "BC");
-        generator.initialize(new ECGenParameterSpec("Tc26-Gost-3410-12-256-paramSetA"));
+        generator.initialize(ECNamedCurveTable.getParameterSpec("Tc26-Gost-3410-12-256-paramSetA"));
         key = generator.generateKeyPair();
         certificate = buildCertificate();
     }
