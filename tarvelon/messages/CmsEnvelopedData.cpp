@@ -121,6 +121,14 @@ uint32_t OriginatorSet(const CmsEnvelopedData* envelopedData, O which, const voi
     return TV_OK;
 }
 
+// originatorInfo itself stays: a message whose sets are both removed writes an empty [0].
+uint32_t RemoveOriginatorSet(CmsEnvelopedData* envelopedData, O which) noexcept {
+    void** info = nullptr;
+    TV_TRY(Walk(TV_SITE, envelopedData, &info, D::kOriginatorInfo));
+    if (*info) cms::RemoveElements(&Slot(*info, which));
+    return TV_OK;
+}
+
 // The recipient identifier's CHOICE value: 32 without a recipient, 311 without the choice.
 uint32_t RidOf(const KeyTrans* keyTrans, Asn1ChoiceValue** out) noexcept {
     const void* rid = nullptr;
@@ -174,10 +182,7 @@ extern "C" TV_API uint32_t GetCmsEnvelopedDataEncodedCertificate(const CmsEnvelo
 }
 
 extern "C" TV_API uint32_t RemoveCmsEnvelopedDataCertificates(CmsEnvelopedData* envelopedData) {
-    void** info = nullptr;
-    TV_TRY(Walk(TV_SITE, envelopedData, &info, D::kOriginatorInfo));
-    if (*info) cms::RemoveElements(&Slot(*info, O::kCerts));
-    return TV_OK;
+    return RemoveOriginatorSet(envelopedData, O::kCerts);
 }
 
 extern "C" TV_API uint32_t AddCmsEnvelopedDataEncodedCrl(CmsEnvelopedData* envelopedData, uint32_t crlKind,
@@ -202,10 +207,7 @@ extern "C" TV_API uint32_t GetCmsEnvelopedDataEncodedCrl(const CmsEnvelopedData*
 }
 
 extern "C" TV_API uint32_t RemoveCmsEnvelopedDataCrls(CmsEnvelopedData* envelopedData) {
-    void** info = nullptr;
-    TV_TRY(Walk(TV_SITE, envelopedData, &info, D::kOriginatorInfo));
-    if (*info) cms::RemoveElements(&Slot(*info, O::kCrls));
-    return TV_OK;
+    return RemoveOriginatorSet(envelopedData, O::kCrls);
 }
 
 // The value becomes the recipient's only once it is in the SET; after a failure it is still the
